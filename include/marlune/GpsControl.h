@@ -1,0 +1,131 @@
+// The GPS transfer control: one object that connects to a hand-held receiver, identifies it, and
+// exchanges waypoints, routes, tracks and positions with it.
+//
+// Life: construct, SetGpsMark, setNumPort, gpsConnect, transfers, gpsDisconnect, destroy. Members
+// run to their end on the caller's thread and raise events on it meanwhile; the control is not
+// thread-safe and needs no lock. Members never throw errors of their own: what goes wrong is told
+// to the user in a message box (Host::messageBox), in French, and the member returns false or an
+// empty value.
+//
+// Records are text lines, UTF-8, described in docs/formats.md.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "marlune/GpsControlEvents.h"
+#include "marlune/Host.h"
+
+namespace marlune {
+
+class SerialPort;
+class UsbDevice;
+
+// The COM ports a host may choose: Comm1 = 1 to Comm40 = 40.
+enum class numPort : std::int32_t {
+    Comm1 = 1,
+    Comm2,
+    Comm3,
+    Comm4,
+    Comm5,
+    Comm6,
+    Comm7,
+    Comm8,
+    Comm9,
+    Comm10,
+    Comm11,
+    Comm12,
+    Comm13,
+    Comm14,
+    Comm15,
+    Comm16,
+    Comm17,
+    Comm18,
+    Comm19,
+    Comm20,
+    Comm21,
+    Comm22,
+    Comm23,
+    Comm24,
+    Comm25,
+    Comm26,
+    Comm27,
+    Comm28,
+    Comm29,
+    Comm30,
+    Comm31,
+    Comm32,
+    Comm33,
+    Comm34,
+    Comm35,
+    Comm36,
+    Comm37,
+    Comm38,
+    Comm39,
+    Comm40
+};
+
+class GpsControl {
+public:
+    // host and events stay the caller's and must outlive every call of a member, also one that is
+    // still running when a handler destroys the control.
+    GpsControl(Host& host, GpsControlEvents& events);
+    // The same over other devices than the platform's; the control owns them.
+    GpsControl(Host& host, GpsControlEvents& events, std::unique_ptr<SerialPort> port,
+               std::unique_ptr<UsbDevice> usb);
+    GpsControl(const GpsControl&) = delete;
+    GpsControl& operator=(const GpsControl&) = delete;
+    // Closes the serial port and the USB device. Allowed inside a handler of a running member.
+    ~GpsControl();
+
+    // The receiver's date and time (days since 30/12/1899), also shown in a box. 0 when it fails.
+    double GetTime();
+    // "ON" in any case switches the trace file on, any other value off. The file is
+    // Palimor/OcxDebug.txt in the documents folder; the folder is never created.
+    void SetDebug(const std::string& value);
+    // The receiver's family: "GRM" (at first), "GRM_USB", "MGN", "MGN;9600" (with a line rate, a
+    // multiple of 1200) or "MLR"; any case.
+    void SetGpsMark(const std::string& value);
+    // Follows the receiver's position: Startpvt, PvtData per position, EndPvt. Runs until
+    // StopPvtData is called in a handler or the receiver falls silent.
+    bool StartPvtData();
+    // Opens the port or the USB device and identifies the receiver. True when that succeeded.
+    bool gpsConnect();
+    void gpsDisconnect();
+    // Downloads, one event per record. Over a Garmin serial line the result stays false even when
+    // all went well; the events tell.
+    bool getTracks();
+    bool getWaypts();
+    bool GetRoutes();
+    // "Marlune Version 1.0.0 -  GPSId: ... Version: ... - ...": this version and the receiver's.
+    std::string getIdent();
+    bool getProximites();
+    // A line with the receiver's present position, empty when it fails.
+    std::string getPosition();
+    // Chooses the port that gpsConnect opens.
+    void setNumPort(numPort n);
+    void StopPvtData();
+    // Aborts a running Garmin transfer: the loop ends after the record in hand.
+    void StopTransfert();
+    // Uploads the records of a text file of lines (docs/formats.md).
+    bool SendWaypts(const std::string& Fic);
+    // What the receiver can do, as its list of protocol tags or a sentence.
+    std::string getProtocoles();
+    bool SendRoutes(const std::string& Fic);
+    bool SendTraces(const std::string& Fic);
+    // Listens to a stream of NMEA sentences that contain NMEACode ("$GPGGA") and carry a position,
+    // one PhraseNMEA each, until none came for Delai seconds or StopNMEA is called. It closes the
+    // connection and uses the chosen port at 4800 baud. True when positions came to the end.
+    bool StartNMEA(const std::string& NMEACode, std::int16_t Delai);
+    void StopNMEA();
+    // Discards what waits in the port's queues. Always returns false.
+    bool ResetComBuffers();
+
+private:
+    struct Impl;
+    // Shared with the member calls in progress, so a handler may destroy the control.
+    std::shared_ptr<Impl> impl_;
+};
+
+}  // namespace marlune

@@ -1,0 +1,40 @@
+// The link to a Garmin receiver: whole packets, over a serial line or over USB. Downloads, uploads
+// and real time are written once over this interface.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace marlune {
+
+// A received packet. Id 0 means that nothing came; id 1 that something came which is no packet.
+struct LinkPacket {
+    std::uint16_t pid = 0;
+    std::vector<std::uint8_t> data;
+};
+
+class GarminLink {
+public:
+    GarminLink() = default;
+    GarminLink(const GarminLink&) = delete;
+    GarminLink& operator=(const GarminLink&) = delete;
+    virtual ~GarminLink() = default;
+
+    // Writes one packet; false when the receiver or the system did not take it.
+    virtual bool send(std::uint8_t pid, std::span<const std::uint8_t> data) = 0;
+
+    // Waits for one packet, as long as the line's time-outs allow.
+    virtual LinkPacket receive() = 0;
+
+    // Tells the receiver that a packet arrived; nothing on a link that does not acknowledge.
+    virtual void acknowledge(std::uint8_t pid) = 0;
+
+    // Empties the line before a service.
+    virtual void discard() = 0;
+
+    // False once the connection was closed or replaced under the running procedure.
+    [[nodiscard]] virtual bool holds() const = 0;
+};
+
+}  // namespace marlune
