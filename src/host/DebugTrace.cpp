@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "host/CodePage.h"
+#include "host/FilePath.h"
 
 namespace marlune {
 
@@ -13,12 +14,12 @@ DebugTrace::DebugTrace(const std::string& folder) : path_(folder + "/Palimor/Ocx
 
 void DebugTrace::openEmpty() {
     close();
-    file_.open(path_, std::ios::binary | std::ios::trunc);
+    file_.open(filePath(path_), std::ios::binary | std::ios::trunc);
 }
 
 void DebugTrace::openAppend() {
     close();
-    file_.open(path_, std::ios::binary | std::ios::app);
+    file_.open(filePath(path_), std::ios::binary | std::ios::app);
 }
 
 void DebugTrace::close() {

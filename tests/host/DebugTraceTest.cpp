@@ -8,6 +8,7 @@
 
 #include "host/DateText.h"
 #include "host/DebugTrace.h"
+#include "host/FilePath.h"
 
 namespace marlune {
 namespace {
@@ -17,7 +18,7 @@ namespace fs = std::filesystem;
 class DebugTraceTest : public testing::Test {
 protected:
     void SetUp() override {
-        folder_ = fs::path(testing::TempDir()) /
+        folder_ = fs::path(testing::TempDir()) / filePath("Mes données Łódź") /
                   testing::UnitTest::GetInstance()->current_test_info()->name();
         fs::remove_all(folder_);
         fs::create_directories(folder_ / "Palimor");
@@ -33,7 +34,7 @@ protected:
 };
 
 TEST_F(DebugTraceTest, NumbersLinesAlsoWhileDebuggingIsOff) {
-    DebugTrace trace(folder_.string());
+    DebugTrace trace(pathText(folder_));
     trace.openEmpty();
     trace.setDebug(true);
     trace.traceLine("première");
@@ -51,7 +52,7 @@ TEST_F(DebugTraceTest, NumbersLinesAlsoWhileDebuggingIsOff) {
 }
 
 TEST_F(DebugTraceTest, OpensEmptyOrAppends) {
-    DebugTrace trace(folder_.string());
+    DebugTrace trace(pathText(folder_));
     trace.setDebug(true);
     trace.openEmpty();
     trace.traceLine("one");
@@ -65,7 +66,7 @@ TEST_F(DebugTraceTest, OpensEmptyOrAppends) {
 
 TEST_F(DebugTraceTest, CreatesNoFolder) {
     fs::remove_all(folder_);
-    DebugTrace trace(folder_.string());
+    DebugTrace trace(pathText(folder_));
     trace.setDebug(true);
     trace.openEmpty();
     trace.traceLine("lost");

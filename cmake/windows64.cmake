@@ -1,0 +1,4 @@
+# Cross-builds for 64-bit Windows with Debian's g++-mingw-w64-x86-64-posix.
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(MARLUNE_MINGW x86_64-w64-mingw32)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw-w64.cmake)
