@@ -1,0 +1,61 @@
+// A pseudo-terminal as the line between a host program and a virtual receiver: the host opens the
+// path as it would open a serial port, this class is the receiver's end of the cable. Linux.
+//
+// The host may close and reopen the path as often as it likes. As on a real line, what is said
+// while nobody has the path open is lost, and what a host left unread is gone when it closes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace marlune::receivers {
+
+class PtyLine {
+public:
+    // Opens a pty in raw mode at that speed. With a link, makes a symbolic link of that name to it,
+    // replacing a symbolic link that is there but nothing else. Throws std::system_error.
+    PtyLine(int baud, std::string link);
+    PtyLine(const PtyLine&) = delete;
+    PtyLine& operator=(const PtyLine&) = delete;
+    // Closes the line and removes the link.
+    ~PtyLine();
+
+    // What the host opens: "/dev/pts/4".
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+    // The speed that the host has set, in bits per second; 0 when it is none of the usual ones.
+    [[nodiscard]] int speed() const;
+
+    // To poll for input, and for room with write().
+    [[nodiscard]] int lineFd() const { return master_; }
+    // To poll for openings and closings; -1 when the system does not tell.
+    [[nodiscard]] int watchFd() const { return watch_; }
+
+    // Appends what the host has written; does not wait. Returns how many bytes came.
+    std::size_t read(std::vector<std::uint8_t>& into);
+
+    // Writes as much as there is room for and returns how much that was; does not wait. Everything
+    // is taken, and lost, while nobody has the path open.
+    std::size_t write(std::span<const std::uint8_t> bytes) const;
+
+    // Ends the line: the host sees its port disappear.
+    void hangUp();
+
+private:
+    void watchOpenings();
+    void makeLink();
+    void noteOpenings();
+    void closeAll();
+
+    int master_ = -1;
+    int slave_ = -1;  // kept open, so that a host's closing is no hang-up of the line
+    int watch_ = -1;
+    int openings_ = 0;  // how often the path is open at present, ours left out
+    std::string path_;
+    std::string link_;
+};
+
+}  // namespace marlune::receivers

@@ -1,0 +1,70 @@
+// Runs a virtual receiver behind a pty until it is stopped or the receiver hangs up.
+//
+// Bytes that cross the line while the host's speed differs from the receiver's arrive as noise, as
+// they would on a real line.
+//
+// Thread: run() works on the thread that calls it, start() on one of its own; stop() and lines()
+// may be called from any thread meanwhile. stop() is safe in a signal handler too.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "receivers/Pacer.h"
+#include "receivers/PtyLine.h"
+#include "receivers/VirtualReceiver.h"
+
+namespace marlune::receivers {
+
+class PtyRunner {
+public:
+    struct Options {
+        bool paced = false;  // bytes take the time of the receiver's speed; else they come at once
+        std::string link;    // a symbolic link to make to the pty; empty for none
+    };
+
+    // Opens the pty. Throws std::system_error.
+    PtyRunner(std::unique_ptr<VirtualReceiver> receiver, const Options& options);
+    PtyRunner(const PtyRunner&) = delete;
+    PtyRunner& operator=(const PtyRunner&) = delete;
+    // Stops, waits for the thread, removes the link.
+    ~PtyRunner();
+
+    [[nodiscard]] const std::string& path() const { return line_.path(); }
+
+    // Works until stop() or a hang-up.
+    void run();
+    void start();
+    void stop();
+
+    // What the receiver holds.
+    [[nodiscard]] std::vector<std::string> lines() const;
+
+private:
+    void wait();
+    [[nodiscard]] std::optional<double> nextWake() const;
+    void listen();
+    void speak();
+    void queueSaid(double now);
+    void makeNoiseUnless(int baud, std::vector<std::uint8_t>& bytes);
+    static double clock();
+
+    mutable std::mutex mutex_;  // guards receiver_
+    std::unique_ptr<VirtualReceiver> receiver_;
+    PtyLine line_;
+    Pacer pacer_;
+    int wake_ = -1;
+    std::atomic<bool> stopping_ = false;
+    std::vector<std::uint8_t> heard_;
+    std::vector<std::uint8_t> unwritten_;  // came out of the pacer, found no room in the pty
+    std::minstd_rand noise_{1};
+    std::thread thread_;
+};
+
+}  // namespace marlune::receivers

@@ -1,0 +1,145 @@
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <system_error>
+
+#include "receivers/EchoReceiver.h"
+#include "receivers/PtyRunner.h"
+
+namespace marlune::receivers {
+namespace {
+
+// A host's end of the line.
+class HostEnd {
+public:
+    explicit HostEnd(const std::string& path, speed_t speed = B9600)
+        : fd_(::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+        termios settings{};
+        ::tcgetattr(fd_, &settings);
+        ::cfmakeraw(&settings);
+        ::cfsetospeed(&settings, speed);
+        ::cfsetispeed(&settings, speed);
+        ::tcsetattr(fd_, TCSANOW, &settings);
+    }
+    HostEnd(const HostEnd&) = delete;
+    HostEnd& operator=(const HostEnd&) = delete;
+    ~HostEnd() { ::close(fd_); }
+
+    [[nodiscard]] int fd() const { return fd_; }
+    void write(const std::string& text) const {
+        ASSERT_EQ(::write(fd_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    }
+    // Reads until that many bytes came, the line ended or nothing came for five seconds.
+    [[nodiscard]] std::string read(std::size_t count) const {
+        std::string all(count, '\0');
+        std::size_t got = 0;
+        pollfd polled = {fd_, POLLIN, 0};
+        while (got < count && ::poll(&polled, 1, 5000) == 1) {
+            const ssize_t more = ::read(fd_, &all[got], count - got);
+            if (more <= 0) {
+                break;
+            }
+            got += static_cast<std::size_t>(more);
+        }
+        all.resize(got);
+        return all;
+    }
+
+private:
+    int fd_;
+};
+
+TEST(PtyRunner, SurvivesClosingAndReopeningAndTellsWhatItHolds) {
+    PtyRunner runner(std::make_unique<EchoReceiver>(), {});
+    runner.start();
+    for (const char* text : {"ab", "c"}) {
+        const HostEnd host(runner.path());
+        ASSERT_GE(host.fd(), 0);
+        host.write(text);
+        const std::string answer = host.read(2 * std::string(text).size());
+        EXPECT_EQ(answer[0], text[0]);
+    }
+    EXPECT_THAT(runner.lines(), testing::ElementsAre("heard abc"));
+}
+
+TEST(PtyLine, WhatAFormerHostLeftUnreadIsGone) {
+    PtyLine line(9600, "");
+    const std::string text = "stale";
+    const std::vector<std::uint8_t> stale(text.begin(), text.end());
+    std::vector<std::uint8_t> heard;
+    EXPECT_EQ(line.write(stale), stale.size()) << "nobody listens: lost, not kept back";
+    {
+        const HostEnd former(line.path());
+        line.read(heard);
+        line.write(stale);
+        ::ioctl(former.fd(), TIOCEXCL);
+        EXPECT_EQ(former.read(1), "s");
+    }
+    const HostEnd host(line.path());
+    line.read(heard);
+    int waiting = -1;
+    ::ioctl(host.fd(), FIONREAD, &waiting);
+    EXPECT_EQ(waiting, 0);
+    int exclusive = -1;
+    ::ioctl(host.fd(), TIOCGEXCL, &exclusive);
+    EXPECT_EQ(exclusive, 0);
+}
+
+TEST(PtyRunner, BytesAtTheWrongSpeedAreNoise) {
+    PtyRunner runner(std::make_unique<EchoReceiver>(), {});
+    runner.start();
+    const HostEnd fast(runner.path(), B38400);
+    fast.write("9999");
+    const std::string noise = fast.read(8);
+    EXPECT_EQ(noise.size(), 8U);
+    EXPECT_NE(noise, "99999999");
+    const HostEnd right(runner.path(), B9600);
+    right.write("q");
+    EXPECT_EQ(right.read(2), "qq");
+}
+
+TEST(PtyRunner, AHangUpEndsTheLineAfterWhatWasSaid) {
+    PtyRunner runner(std::make_unique<EchoReceiver>(Faults({"hangup:packet=2"})), {});
+    runner.start();
+    const HostEnd host(runner.path());
+    host.write("ab");
+    EXPECT_EQ(host.read(3), "aa") << "and then the end of the line, not a time-out";
+}
+
+TEST(PtyRunner, MakesAndRemovesItsLinkAndNothingElse) {
+    namespace fs = std::filesystem;
+    const fs::path folder = fs::path(testing::TempDir()) / "marlune_link";
+    fs::remove_all(folder);
+    fs::create_directories(folder / "taken");
+    {
+        const std::string link = folder / "gps";
+        fs::create_symlink("/nowhere", link);
+        const PtyRunner runner(std::make_unique<EchoReceiver>(), PtyRunner::Options{false, link});
+        EXPECT_EQ(fs::read_symlink(link), runner.path());
+    }
+    EXPECT_FALSE(fs::is_symlink(folder / "gps"));
+    EXPECT_THROW(
+        PtyRunner(std::make_unique<EchoReceiver>(), PtyRunner::Options{false, folder / "taken"}),
+        std::system_error);
+    EXPECT_TRUE(fs::is_directory(folder / "taken"));
+    fs::remove_all(folder);
+}
+
+TEST(PtyRunner, PacesWithoutLosingBytes) {
+    auto receiver = std::make_unique<EchoReceiver>();
+    receiver->wakeAt(0);
+    PtyRunner runner(std::move(receiver), PtyRunner::Options{true, ""});
+    const HostEnd host(runner.path());
+    runner.start();
+    EXPECT_EQ(host.read(1), "t") << "due before anything was heard";
+    host.write(std::string(50, 'p'));
+    EXPECT_EQ(host.read(100), std::string(100, 'p'));
+}
+
+}  // namespace
+}  // namespace marlune::receivers
