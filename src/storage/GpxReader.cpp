@@ -1,0 +1,201 @@
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <pugixml.hpp>
+#include <system_error>
+
+#include "marlune/Gpx.h"
+#include "storage/GpxValues.h"
+
+namespace marlune {
+namespace {
+
+std::string readWhole(const std::string& path) {
+    errno = 0;
+    std::ifstream in(std::filesystem::path(gpxPath(path)), std::ios::binary);
+    std::string content;
+    std::vector<char> block(1U << 16U);
+    while (in) {
+        in.read(block.data(), static_cast<std::streamsize>(block.size()));
+        content.append(block.data(), static_cast<std::size_t>(in.gcount()));
+    }
+    if (!in.eof()) {
+        throw std::system_error(errno != 0 ? errno : EIO, std::system_category(), path);
+    }
+    return content;
+}
+
+// A line's first 200 bytes or so, since a file may be one line; no character is cut.
+std::string_view beginning(std::string_view line) {
+    std::size_t length = std::min<std::size_t>(line.size(), 200);
+    while (length < line.size() && (static_cast<unsigned char>(line[length]) & 0xC0U) == 0x80U) {
+        ++length;
+    }
+    return line.substr(0, length);
+}
+
+GpxParseError::Place placeAt(std::string_view content, std::size_t offset) {
+    offset = std::min(offset, content.size());
+    const std::string_view before = content.substr(0, offset);
+    const std::size_t lineBreak = before.rfind('\n');
+    const std::size_t lineStart = lineBreak == std::string_view::npos ? 0 : lineBreak + 1;
+    const std::size_t lineEnd = std::min(content.find_first_of("\r\n", lineStart), content.size());
+    GpxParseError::Place place;
+    place.source = gpxText(beginning(content.substr(lineStart, lineEnd - lineStart)));
+    place.line = 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
+    place.position = offset - lineStart + 1;
+    place.offset = offset;
+    return place;
+}
+
+std::string_view localName(const pugi::xml_node& node) {
+    const std::string_view name = node.name();
+    const std::size_t colon = name.find(':');
+    return colon == std::string_view::npos ? name : name.substr(colon + 1);
+}
+
+// The children of that name, namespaces aside, in document order.
+template <class Visit>
+void forEachChild(const pugi::xml_node& parent, std::string_view name, Visit&& visit) {
+    for (const pugi::xml_node& child : parent.children()) {
+        if (localName(child) == name) {
+            visit(child);
+        }
+    }
+}
+
+std::string textOf(const pugi::xml_node& node) {
+    std::string text;
+    for (const pugi::xml_node& child : node.children()) {
+        text += child.value();
+    }
+    return text;
+}
+
+std::string childText(const pugi::xml_node& parent, std::string_view name) {
+    for (const pugi::xml_node& child : parent.children()) {
+        if (localName(child) == name) {
+            return gpxText(textOf(child));
+        }
+    }
+    return {};
+}
+
+// A text as a field of a line: the separator of fields cannot stand in it.
+std::string fieldOf(const pugi::xml_node& parent, std::string_view name) {
+    std::string text = childText(parent, name);
+    std::replace(text.begin(), text.end(), ';', ',');
+    return text;
+}
+
+// Writes the elements of one document as lines.
+class LineMaker {
+public:
+    LineMaker(char separator, std::vector<std::string>& lines)
+        : separator_(separator), lines_(lines) {}
+
+    void addWaypoint(const pugi::xml_node& point) {
+        const std::string position = positionOf(point);
+        if (position.empty()) {
+            return;
+        }
+        std::string comment = fieldOf(point, "cmt");
+        if (comment.empty()) {
+            comment = fieldOf(point, "desc");
+        }
+        lines_.push_back("W;" + fieldOf(point, "name") + ";" + position + ";" + comment + ";" +
+                         altitudeOf(point) + ";18;0");
+    }
+
+    void addRoute(const pugi::xml_node& route, int number) {
+        std::string name = fieldOf(route, "name");
+        if (name.empty()) {
+            name = "ROUTE " + std::to_string(number);
+        }
+        lines_.push_back("R;" + std::to_string(number) + ";" + name);
+        forEachChild(route, "rtept", [&](const pugi::xml_node& point) { addWaypoint(point); });
+    }
+
+    void addTrack(const pugi::xml_node& track) {
+        lines_.push_back("N;" + fieldOf(track, "name"));
+        forEachChild(track, "trkseg", [&](const pugi::xml_node& segment) {
+            bool first = true;
+            forEachChild(segment, "trkpt", [&](const pugi::xml_node& point) {
+                first = !addTrackPoint(point, first) && first;
+            });
+        });
+    }
+
+private:
+    bool addTrackPoint(const pugi::xml_node& point, bool first) {
+        const std::string position = positionOf(point);
+        if (position.empty()) {
+            return false;
+        }
+        lines_.push_back("T;" + position + ";" +
+                         gpxShortest(gpxDays(childText(point, "time")), separator_) + ";" +
+                         altitudeOf(point) + (first ? ";-1" : ";0"));
+        return true;
+    }
+
+    // "lat;lon", empty for a point that is nowhere on earth.
+    [[nodiscard]] std::string positionOf(const pugi::xml_node& point) const {
+        const auto lat = gpxNumber(point.attribute("lat").value());
+        const auto lon = gpxNumber(point.attribute("lon").value());
+        if (!gpxOnEarth(lat, lon)) {
+            return {};
+        }
+        return gpxRounded(*lat, 6, separator_) + ";" + gpxRounded(*lon, 6, separator_);
+    }
+
+    // 0 stands for an unknown altitude, and for one that is no place's.
+    [[nodiscard]] std::string altitudeOf(const pugi::xml_node& point) const {
+        constexpr double kFarthest = 1e9;
+        const double metres = gpxNumber(childText(point, "ele")).value_or(0);
+        return std::abs(metres) > kFarthest ? "0" : gpxRounded(metres, 0, separator_);
+    }
+
+    char separator_;
+    std::vector<std::string>& lines_;
+};
+
+}  // namespace
+
+GpxParseError::GpxParseError(const std::string& reason, Place place)
+    : std::runtime_error(reason), place_(std::make_shared<const Place>(std::move(place))) {}
+
+std::vector<std::string> GpxReader::readFile(const std::string& path) {
+    return readText(readWhole(path));
+}
+
+std::vector<std::string> GpxReader::readText(std::string_view content) {
+    pugi::xml_document document;
+    // Document types are skipped and their entities stay as they are written: nothing expands.
+    const auto result = document.load_buffer(content.data(), content.size());
+    if (!result) {
+        throw GpxParseError(result.description(),
+                            placeAt(content, static_cast<std::size_t>(result.offset)));
+    }
+    const pugi::xml_node root = document.document_element();
+    if (localName(root) != "gpx") {
+        throw GpxParseError("The root element is not gpx", placeAt(content, 0));
+    }
+    std::vector<std::string> lines;
+    LineMaker maker(decimalSeparator_, lines);
+    switch (kind_) {
+        case GpxKind::waypoints:
+            forEachChild(root, "wpt", [&](const auto& point) { maker.addWaypoint(point); });
+            break;
+        case GpxKind::routes:
+            forEachChild(root, "rte", [&](const auto& route) { maker.addRoute(route, ++routes_); });
+            break;
+        case GpxKind::tracks:
+            forEachChild(root, "trk", [&](const auto& track) { maker.addTrack(track); });
+            break;
+    }
+    return lines;
+}
+
+}  // namespace marlune
