@@ -1,0 +1,59 @@
+// The two ways to wait for a sentence on the port: by its beginning (Magellan) and by what it
+// contains (MLR).
+//
+// Both poll the host's clock and process its events between single bytes. Deadlines count from the
+// clock rounded to whole seconds, so a wait is right within half a second. Both end early, as if
+// the time were over, when the port lease is lost or the host requests a stop.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "host/Services.h"
+#include "nmea/NmeaState.h"
+#include "serial/ComPort.h"
+
+namespace marlune {
+
+class SentenceReader {
+public:
+    SentenceReader(Services& services, PortLease& port, NmeaState& state)
+        : services_(services), port_(port), state_(state) {}
+
+    // Waits for a sentence that begins with prefix (exact case), or that contains "$PMGNCMD,END" or
+    // "$PMGNCMD,UNABLE"; others are dropped. timeOut: whole seconds. Returns it as wire text, from
+    // "$" through the two checksum characters; empty when none came. When not even a "$" came in
+    // time the user is told "Délai dépassé".
+    std::string mgnGet(std::string_view prefix, std::int16_t timeOut);
+
+    // Waits for the first sentence that contains one of the codes, which stand between "|" in any
+    // case; an empty code takes any sentence. Seconds: `initialDelay` without listening, then at
+    // most `listening`. The sentence, wire text from "$" to the carriage return without it, is left
+    // in NmeaState::lastSentence and found is set.
+    void nmeaGetPhrase(std::string_view codes, float listening, float initialDelay);
+
+    // The same without a delay; returns the sentence, empty when none came.
+    std::string nextSentence(std::string_view codes, float listening);
+
+private:
+    struct Byte {
+        bool came;
+        char character;
+    };
+
+    Byte readByte();
+    bool waitForDollar(std::int16_t timeOut);
+    std::string readSentence(std::int16_t timeOut);
+    void takeCharacter(char character);
+    void finishSentence();
+    [[nodiscard]] bool mayGoOn() const;
+    [[nodiscard]] double roundedClock() const;
+
+    Services& services_;
+    PortLease& port_;
+    NmeaState& state_;
+    char last_ = 0;  // the last single byte that mgnGet read
+};
+
+}  // namespace marlune

@@ -1,0 +1,60 @@
+// The transfers of Magellan receivers: commands "$PMGNCMD,..." one way, data sentences
+// "$PMGNWPL", "$PMGNTRK" and "$PMGNRTE" the other, "$PMGNCMD,END" or "$PMGNCMD,UNABLE" at the end.
+//
+// A procedure returns when its transfer is over and reports through the host's events and boxes.
+// Downloads end early, with their end event, when the host requests a stop or a handler closes the
+// port; the receiver is told to stop where it can still be reached.
+#pragma once
+
+#include <vector>
+
+#include "garmin/UploadFiles.h"
+#include "garmin/records/Route.h"
+#include "garmin/records/Waypoint.h"
+#include "host/ConnectionState.h"
+#include "host/Services.h"
+#include "nmea/NmeaState.h"
+#include "nmea/SentenceReader.h"
+#include "nmea/magellan/MagellanState.h"
+#include "serial/ComPort.h"
+
+namespace marlune {
+
+class Magellan {
+public:
+    Magellan(Services& services, PortLease& port, ConnectionState& connection, NmeaState& nmea,
+             MagellanState& state);
+
+    // Asks who the receiver is and fills the identity texts. True when it answered; then the
+    // connection counts as connected.
+    bool mgnVersion();
+
+    // Downloads: true when the receiver ended its list itself.
+    bool mgnGetWaypoints();
+    bool mgnGetTracks();
+    // Needs the waypoints of an earlier download; without them the user is told and nothing is
+    // sent.
+    bool mgnGetRoutes();
+
+    // Uploads. A record that cannot be written as a sentence raises RunTimeError out of the first
+    // two, with no end event; it ends the sending of tracks.
+    void mgnSendWaypoints(std::vector<Waypoint>& waypoints);
+    void mgnSendRoutes(std::vector<Route>& routes);
+    void mgnSendTracks(std::vector<TrackItem>& items);
+
+    // Follows the receiver's position until ConnectionState::realTimeRunning is cleared. A silent
+    // receiver does not end it.
+    void mgnPvt();
+
+    // Silences a receiver that still sends a list.
+    void mgnStop();
+
+private:
+    Services& services_;
+    PortLease& port_;
+    ConnectionState& connection_;
+    MagellanState& state_;
+    SentenceReader reader_;
+};
+
+}  // namespace marlune
