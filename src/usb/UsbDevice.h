@@ -27,6 +27,10 @@ public:
     virtual void close() = 0;
     [[nodiscard]] virtual bool isOpen() const = 0;
 
+    // Reads and drops what an earlier program or an interrupted transfer left in the device's
+    // pipes, in bounded time. Nothing where the system's driver does that by itself.
+    virtual void discard() {}
+
     // Writes a block within 50 ms: the number of bytes written, or -1 on time-out.
     virtual int writeBlock(std::span<const std::uint8_t> block) = 0;
     // Reads one block: the number of bytes that came, -1 when the time-out passed.
