@@ -10,6 +10,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
+set(pugixml_DIR ${CMAKE_CURRENT_LIST_DIR}/pugixml)
+
 # The compiler's runtime goes into every program and library: the control is installed by copying
 # one file, and nothing but the system's own libraries may be missing on the machine.
 foreach(kind EXE SHARED MODULE)

@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <system_error>
 
 #include "host/CodePage.h"
@@ -15,6 +16,10 @@ std::string systemErrorText(std::int32_t code) {
         text = fromAnsi(toAnsi(text).substr(0, kLongest));
     }
     return std::string(trimBlanks(text));
+}
+
+std::int32_t lastSystemError() {
+    return errno != 0 ? errno : EIO;
 }
 
 }  // namespace marlune

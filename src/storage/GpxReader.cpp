@@ -1,11 +1,11 @@
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <pugixml.hpp>
 #include <system_error>
 
+#include "host/Services.h"
 #include "marlune/Gpx.h"
 #include "storage/GpxValues.h"
 
@@ -13,7 +13,6 @@ namespace marlune {
 namespace {
 
 std::string readWhole(const std::string& path) {
-    errno = 0;
     std::ifstream in(std::filesystem::path(gpxPath(path)), std::ios::binary);
     std::string content;
     std::vector<char> block(1U << 16U);
@@ -22,7 +21,7 @@ std::string readWhole(const std::string& path) {
         content.append(block.data(), static_cast<std::size_t>(in.gcount()));
     }
     if (!in.eof()) {
-        throw std::system_error(errno != 0 ? errno : EIO, std::system_category(), path);
+        throw std::system_error(lastSystemError(), std::system_category(), path);
     }
     return content;
 }

@@ -1,10 +1,10 @@
-#include <cerrno>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <pugixml.hpp>
 #include <system_error>
 
+#include "host/Services.h"
 #include "marlune/Gpx.h"
 #include "storage/GpxValues.h"
 
@@ -102,14 +102,13 @@ void setPosition(pugi::xml_node point, const Position& position) {
 }
 
 void writeFile(const pugi::xml_document& document, const fs::path& path) {
-    errno = 0;
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     if (out) {
         document.save(out, "  ", pugi::format_default, pugi::encoding_utf8);
         out.close();
     }
     if (!out) {
-        throw std::system_error(errno != 0 ? errno : EIO, std::system_category());
+        throw std::system_error(lastSystemError(), std::system_category());
     }
 }
 
@@ -124,7 +123,9 @@ fs::path followLinks(fs::path path) {
 
 // A name in the same folder that nothing has, and that no reader takes for a GPX file.
 fs::path nameBeside(const fs::path& target) {
-    const fs::path plain = target.parent_path() / ("." + target.filename().string() + ".part");
+    fs::path plain = target.parent_path() / ".";
+    plain += target.filename();
+    plain += ".part";
     fs::path name = plain;
     std::error_code ignored;
     for (int i = 1; fs::exists(fs::symlink_status(name, ignored)); ++i) {

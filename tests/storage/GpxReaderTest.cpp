@@ -182,7 +182,9 @@ TEST(GpxReader, TellsTheSystemsErrors) {
         return std::error_code();
     };
     EXPECT_EQ(codeOf(testing::TempDir() + "/no/such.gpx"), std::errc::no_such_file_or_directory);
-    EXPECT_EQ(codeOf(testing::TempDir()), std::errc::is_a_directory);
+    const auto folder = codeOf(testing::TempDir());
+    EXPECT_TRUE(folder == std::errc::is_a_directory || folder == std::errc::permission_denied)
+        << "Windows does not open a folder at all";
 }
 
 }  // namespace
