@@ -321,8 +321,8 @@ int LibusbDevice::readBulkBlock(std::span<std::uint8_t> block, int timeoutMillis
     if (!isOpen()) {
         return 0;
     }
-    const Outcome outcome = read(libusb_bulk_transfer, bulkIn_, block,
-                                 static_cast<unsigned>(timeoutMilliseconds));
+    const Outcome outcome =
+        read(libusb_bulk_transfer, bulkIn_, block, static_cast<unsigned>(timeoutMilliseconds));
     if (outcome.error == LIBUSB_ERROR_TIMEOUT && outcome.count == 0) {
         trace_.traceLine("--- TIME OUT ----");
     } else if (outcome.error == LIBUSB_SUCCESS || outcome.count > 0) {

@@ -15,7 +15,8 @@ constexpr int kLateAnswers = 4;
 
 bool startSession(UsbLease& usb) {
     usb.discard();
-    const auto request = GrmUSBPacket::build(GrmUSBPacket::kUsbLayer, GrmUSBPacket::kStartSession, {});
+    const auto request =
+        GrmUSBPacket::build(GrmUSBPacket::kUsbLayer, GrmUSBPacket::kStartSession, {});
     if (usb.writeBlock(request) <= 0) {
         return false;
     }
