@@ -1,0 +1,26 @@
+// A file's path that can be tested for existence.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "marlune/Host.h"
+
+namespace marlune {
+
+class Fichier {
+public:
+    std::string Chemin;  // the path, UTF-8
+
+    // Whether a regular file of exactly that name exists. When not, a critical box tells so:
+    // "Fichier non renseigné" for an empty path, "Fichier non trouvé" otherwise.
+    bool Existant(Host& host) const;
+
+    // The same without a box.
+    [[nodiscard]] bool isThere() const;
+
+    // The path as the system takes it.
+    [[nodiscard]] std::filesystem::path nativePath() const;
+};
+
+}  // namespace marlune

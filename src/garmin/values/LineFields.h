@@ -1,0 +1,31 @@
+// The fields of a text line.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+#include "host/RunTimeError.h"
+
+namespace marlune {
+
+// The first count fields; views into the line. Raises the index error
+// when the line has fewer. What follows them is left alone.
+template <std::size_t count>
+std::array<std::string_view, count> lineFields(std::string_view line, char separator = ';') {
+    std::array<std::string_view, count> fields;
+    for (std::size_t i = 0;; ++i) {
+        const std::size_t end = std::min(line.find(separator), line.size());
+        fields[i] = line.substr(0, end);
+        if (i + 1 == count) {
+            return fields;
+        }
+        if (end == line.size()) {
+            throw RunTimeError(RunTimeError::index);
+        }
+        line.remove_prefix(end + 1);
+    }
+}
+
+}  // namespace marlune
