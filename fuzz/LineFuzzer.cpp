@@ -1,0 +1,97 @@
+// The records' text lines, number and date texts. Input: a line.
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "garmin/records/Route.h"
+#include "garmin/records/Trace.h"
+#include "garmin/records/TrkHeader.h"
+#include "garmin/records/Waypoint.h"
+#include "garmin/values/Chaine.h"
+#include "garmin/values/NumberText.h"
+#include "garmin/values/jour.h"
+#include "host/RunTimeError.h"
+
+namespace {
+
+using namespace marlune;
+
+template <class Action>
+void tolerate(Action&& action) {
+    try {
+        action();
+    } catch (const RunTimeError&) {
+        // The reader's own answer to a bad line.
+    }
+}
+
+void require(bool holds) {
+    if (!holds) {
+        std::abort();
+    }
+}
+
+void numbers(std::string_view line) {
+    const LeadingNumber number = leadingNumber(line);
+    require(number.length <= line.size());
+    if (std::isfinite(number.value)) {
+        require(readNumber(numberText(number.value, '.')) == number.value);
+    }
+    tolerate([&] {
+        const float single = toSingle(number.value);
+        require(toSingle(readNumber(numberText(single, '.'))) == single);
+    });
+}
+
+void waypoint(std::string_view line) {
+    Waypoint waypoint;
+    waypoint.SetAttributes("D108", line);
+    const std::string written = waypoint.getIdent('.');
+    Waypoint again;
+    again.SetAttributes("D108", written);
+    require(again.getIdent('.') == written);
+    (void)waypoint.Coder("D103");
+    (void)waypoint.Coder("D110");
+}
+
+void point(std::string_view line) {
+    Trace point;
+    point.SetAttributes("", line);
+    const std::string written = point.getIdent('.');
+    Trace again;
+    again.SetAttributes("", written);
+    require(again.getIdent('.') == written);
+    (void)point.Coder("D302");
+}
+
+void route(std::string_view line) {
+    Route route;
+    route.SetAttributes(line);
+    Route again;
+    again.SetAttributes(route.getIdent());
+    require(again.getIdent() == route.getIdent());
+    (void)route.Coder("D201");
+}
+
+void header(std::string_view line) {
+    TrkHeader header;
+    header.SetAttributes("D310", line, 1);
+    (void)header.Coder("D310");
+    (void)header.getIdent();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const std::string_view line(reinterpret_cast<const char*>(bytes), size);
+    numbers(line);
+    tolerate([&] { waypoint(line); });
+    tolerate([&] { point(line); });
+    tolerate([&] { route(line); });
+    tolerate([&] { header(line); });
+    tolerate([&] { (void)jour::ParseDateText(line); });
+    require(Chaine::Inverse(line, 3).size() >= Chaine::Inverse(line, 0).size());
+    return 0;
+}
