@@ -1,8 +1,9 @@
 // The Host of the running platform, for programs without a user interface of their own: boxes are
-// printed to standard error, no events are pending, no file can be chosen. Derive from it and
-// override what your program does better.
+// printed to standard error, no events are pending, no file can be chosen, nobody asks to stop.
+// Derive from it and override what your program does better.
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <string>
 #include <vector>
@@ -13,16 +14,20 @@ namespace marlune {
 
 class SystemHost : public Host {
 public:
+    SystemHost();
+
     // Binds a COM number to a device path, in place of the default: COM1 to COM32 are /dev/ttyS0 to
-    // /dev/ttyS31, COM33 to COM40 are /dev/ttyUSB0 to /dev/ttyUSB7 on Linux.
+    // /dev/ttyS31, COM33 to COM40 are /dev/ttyUSB0 to /dev/ttyUSB7 on Linux. Any number may be
+    // bound.
     void bindPort(int number, std::string device);
-    // Replaces the user's documents folder.
+    // Replaces the user's documents folder: on Linux the folder of that name in the user's
+    // user-dirs.dirs, else Documents in the home folder.
     void setDocumentsFolder(std::string folder);
-    // Replaces the platform's decimal separator.
+    // Replaces the separator of the user's locale. It is '.' or ','.
     void setDecimalSeparator(char separator);
     // Adds a folder that is to count as a mounted drive named after its last component; the first
-    // one replaces the system's drives.
-    void addDriveFolder(const std::string& folder);
+    // one replaces the system's drives. It need not exist yet: a drive is ready once it does.
+    void addDriveFolder(std::string folder);
 
     void messageBox(const std::string& text, BoxIcon icon) override;
     std::string chooseFile(const std::string& defaultExtension,
@@ -30,7 +35,9 @@ public:
     void setMousePointer(MousePointer pointer) override;
     void processEvents() override;
     bool stopRequested() override;
+    // Asks stopRequested() every 50 ms.
     void pause(double seconds) override;
+    // Counts on from the local time at construction, whatever happens to the system's date.
     double secondsClock() override;
     double now() override;
     std::string dateText(double date) override;
@@ -43,9 +50,11 @@ public:
 
 private:
     std::map<int, std::string> ports_;
-    std::vector<Drive> driveFolders_;
+    std::vector<std::string> driveFolders_;
     std::string documentsFolder_;
-    char decimalSeparator_ = 0;  // 0: the platform's
+    char decimalSeparator_ = 0;  // 0: the locale was not asked yet
+    std::chrono::steady_clock::time_point clockStart_;
+    double clockStartSeconds_;
 };
 
 }  // namespace marlune

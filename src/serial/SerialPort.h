@@ -2,8 +2,9 @@
 // seam; ComPort adds the control's own rules to it.
 //
 // Time-outs are the same everywhere: the first byte within 1000 ms + 100 ms per byte asked, then
-// 100 ms between bytes; writing has none. A port that is closed, or whose device has gone, reads as
-// silence without waiting.
+// 100 ms between bytes, all within that first span; writing has none, but ends when the host
+// requests a stop. A port that is closed, or whose device has gone, reads as silence without
+// waiting.
 #pragma once
 
 #include <cstddef>
@@ -29,9 +30,10 @@ public:
     virtual ~SerialPort() = default;
 
     // Opens the device for this program alone and applies the settings text ("baud=9600 parity=n
-    // data=8 stop=1"); input that already waits is kept. Returns 0 or the system's error code.
-    // When the settings cannot be applied the device is closed again but handle() keeps its value,
-    // so isOpen() still answers true until close(); reads and writes then do nothing.
+    // data=8 stop=1"; what the text does not name stays as it is). Input that already waits is
+    // kept. What this port had open is closed first. Returns 0 or the system's error code. When the
+    // settings cannot be applied the device is closed again but handle() keeps its value, so
+    // isOpen() still answers true until close(); reads and writes then do nothing.
     virtual std::int32_t open(const std::string& device, const std::string& settings,
                               QueueSizes queues) = 0;
 

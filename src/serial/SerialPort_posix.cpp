@@ -1,0 +1,218 @@
+// Serial ports on Linux terminals. The descriptor never blocks: every wait is a poll() of at most
+// 50 ms at a time, between which the host is asked whether to stop.
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+
+#include "marlune/Host.h"
+#include "serial/LineSettings.h"
+#include "serial/ReadAhead.h"
+#include "serial/ReadDeadline.h"
+#include "serial/SerialPort.h"
+#include "serial/TerminalLine_posix.h"
+
+namespace marlune {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+constexpr milliseconds kSlice(50);
+
+class SystemSerialPort : public SerialPort {
+public:
+    explicit SystemSerialPort(Host& host) : host_(host) {}
+    SystemSerialPort(const SystemSerialPort&) = delete;
+    SystemSerialPort& operator=(const SystemSerialPort&) = delete;
+    ~SystemSerialPort() override { release(); }
+
+    std::int32_t open(const std::string& device, const std::string& settings,
+                      QueueSizes queues) override;
+    void close() override;
+    [[nodiscard]] std::int64_t handle() const override { return handle_; }
+    [[nodiscard]] bool isGone() const override { return gone_ && ahead_.empty(); }
+    std::size_t read(std::span<std::uint8_t> into) override;
+    std::size_t write(std::span<const std::uint8_t> bytes) override;
+    void purge() override;
+
+private:
+    // What one look at the descriptor brought.
+    enum class Outcome { moved, nothingYet, gone };
+
+    void release();
+    std::size_t readWaiting(std::span<std::uint8_t> into, std::size_t count);
+    Outcome readAhead();
+    Outcome outcomeOf(ssize_t moved);
+    bool waitFor(short events, milliseconds longest);
+
+    Host& host_;
+    ReadAhead ahead_;
+    int descriptor_ = -1;
+    std::int64_t handle_ = -1;  // outlives the descriptor when a setting was refused
+    bool gone_ = true;          // nothing can arrive any more
+    bool hungUp_ = false;       // poll() said so; what has arrived is still read
+};
+
+// Opens the device without waiting for it, or for its carrier. Returns the descriptor, never 0,
+// which would read as closed; or -1 and errno.
+int openDevice(const std::string& device) {
+    int descriptor = -1;
+    do {
+        descriptor = ::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    } while (descriptor < 0 && errno == EINTR);
+    if (descriptor == 0) {
+        descriptor = ::fcntl(0, F_DUPFD_CLOEXEC, 1);
+        const int error = errno;
+        ::close(0);
+        errno = error;
+    }
+    return descriptor;
+}
+
+// Takes a terminal for this program alone. A lock besides the terminal's own exclusive mode,
+// because the kernel lets an administrator pass that.
+std::int32_t takeTerminal(int descriptor) {
+    if (::isatty(descriptor) == 0) {
+        return errno;
+    }
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        return errno == EWOULDBLOCK ? EBUSY : errno;
+    }
+    return ::ioctl(descriptor, TIOCEXCL) == 0 ? 0 : errno;
+}
+
+// The queue sizes are advice to a driver that has queues of its own; the terminals of Linux have
+// theirs fixed, and larger.
+std::int32_t SystemSerialPort::open(const std::string& device, const std::string& settings,
+                                    QueueSizes /*queues*/) {
+    close();
+    const int descriptor = openDevice(device);
+    if (descriptor < 0) {
+        return errno;
+    }
+    if (const std::int32_t error = takeTerminal(descriptor); error != 0) {
+        ::close(descriptor);
+        return error;
+    }
+    descriptor_ = descriptor;
+    handle_ = descriptor;
+    const auto line = parseLineSettings(settings);
+    const std::int32_t refused = line ? applyLineSettings(descriptor_, *line) : EINVAL;
+    if (refused != 0) {
+        release();  // handle_ keeps its value
+        return refused;
+    }
+    gone_ = false;
+    return 0;
+}
+
+void SystemSerialPort::close() {
+    release();
+    handle_ = -1;
+}
+
+void SystemSerialPort::release() {
+    ahead_.clear();
+    gone_ = true;
+    hungUp_ = false;
+    if (descriptor_ >= 0) {
+        // A pseudo terminal would stay exclusive as long as its other end lives.
+        ::ioctl(descriptor_, TIOCNXCL);
+        ::close(descriptor_);
+        descriptor_ = -1;
+    }
+}
+
+std::size_t SystemSerialPort::read(std::span<std::uint8_t> into) {
+    const std::size_t count = ahead_.take(into);
+    return count == into.size() || gone_ ? count : readWaiting(into, count);
+}
+
+std::size_t SystemSerialPort::readWaiting(std::span<std::uint8_t> into, std::size_t count) {
+    ReadDeadline deadline(steady_clock::now(), into.size());
+    if (count > 0) {
+        deadline.arrived(steady_clock::now());
+    }
+    while (count < into.size() && !gone_) {
+        const Outcome outcome = readAhead();
+        if (outcome == Outcome::moved) {
+            deadline.arrived(steady_clock::now());
+            count += ahead_.take(into.subspan(count));
+        } else if (outcome == Outcome::nothingYet &&
+                   !waitFor(POLLIN, deadline.left(steady_clock::now()))) {
+            break;
+        }
+    }
+    return count;
+}
+
+SystemSerialPort::Outcome SystemSerialPort::readAhead() {
+    const std::span<std::uint8_t> space = ahead_.space();
+    const ssize_t moved = ::read(descriptor_, space.data(), space.size());
+    const Outcome outcome = outcomeOf(moved);
+    if (outcome == Outcome::moved) {
+        ahead_.filled(static_cast<std::size_t>(moved));
+    }
+    return outcome;
+}
+
+std::size_t SystemSerialPort::write(std::span<const std::uint8_t> bytes) {
+    std::size_t count = 0;
+    while (count < bytes.size() && !gone_) {
+        const ssize_t moved = ::write(descriptor_, bytes.data() + count, bytes.size() - count);
+        const Outcome outcome = outcomeOf(moved);
+        if (outcome == Outcome::moved) {
+            count += static_cast<std::size_t>(moved);
+        } else if (outcome == Outcome::nothingYet && !waitFor(POLLOUT, kSlice)) {
+            break;
+        }
+    }
+    return count;
+}
+
+// A read or write of 0 bytes and every error but "not now" mean that the device was pulled out.
+SystemSerialPort::Outcome SystemSerialPort::outcomeOf(ssize_t moved) {
+    if (moved > 0) {
+        return Outcome::moved;
+    }
+    const bool notNow = moved < 0 && (errno == EAGAIN || errno == EINTR);
+    if (notNow && !hungUp_) {
+        return Outcome::nothingYet;
+    }
+    gone_ = true;
+    return Outcome::gone;
+}
+
+// Waits one slice at most; false when the wait is over: no time left, or a stop is requested.
+bool SystemSerialPort::waitFor(short events, milliseconds longest) {
+    if (longest.count() == 0 || host_.stopRequested()) {
+        return false;
+    }
+    pollfd wait{descriptor_, events, 0};
+    if (::poll(&wait, 1, static_cast<int>(std::min(longest, kSlice).count())) > 0) {
+        hungUp_ = (wait.revents & (POLLERR | POLLHUP | POLLNVAL)) != 0;
+    }
+    return true;
+}
+
+void SystemSerialPort::purge() {
+    ahead_.clear();
+    if (descriptor_ >= 0) {
+        (void)::tcflush(descriptor_, TCIOFLUSH);
+    }
+}
+
+}  // namespace
+
+std::unique_ptr<SerialPort> makeSystemSerialPort(Host& host) {
+    return std::make_unique<SystemSerialPort>(host);
+}
+
+}  // namespace marlune

@@ -1,0 +1,79 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "host/Services.h"
+#include "marlune/SystemHost.h"
+#include "support/TempFolder.h"
+
+namespace marlune {
+namespace {
+
+TEST(SystemHost, FoldersStandInForTheSystemsDrives) {
+    const TempFolder folder;
+    (void)folder.write("GARMIN/Garmindevice.xml", "");
+    SystemHost host;
+    host.addDriveFolder((folder.path() / "GARMIN" / "").string());
+    host.addDriveFolder((folder.path() / "missing").string());
+    const std::vector<Drive> drives = host.drives();
+    ASSERT_EQ(drives.size(), 2U);
+    EXPECT_EQ(drives[0].volumeName, "GARMIN");
+    EXPECT_EQ(drives[0].driveLetter, "GARMIN");
+    EXPECT_EQ(drives[0].rootFolder, (folder.path() / "GARMIN").string());
+    EXPECT_TRUE(drives[0].isReady);
+    EXPECT_GT(drives[0].totalSize, 0U);
+    EXPECT_GE(drives[0].totalSize, drives[0].freeSpace);
+    EXPECT_GE(drives[0].freeSpace, drives[0].availableSpace);
+    EXPECT_EQ(drives[1].volumeName, "missing");
+    EXPECT_FALSE(drives[1].isReady);
+
+    std::filesystem::create_directory(folder.path() / "missing");
+    EXPECT_TRUE(host.drives()[1].isReady) << "plugged in later";
+}
+
+TEST(SystemHost, KeepsWhatTheProgramSets) {
+    SystemHost host;
+    const std::string builtIn = host.portDevice(3);
+    host.bindPort(3, "/dev/pts/7");
+    host.bindPort(77, "/dev/pts/8");
+    EXPECT_EQ(host.portDevice(3), "/dev/pts/7");
+    EXPECT_EQ(host.portDevice(77), "/dev/pts/8");
+    EXPECT_NE(host.portDevice(4), builtIn);
+    host.setDocumentsFolder("/somewhere");
+    EXPECT_EQ(host.documentsFolder(), "/somewhere");
+    host.setDecimalSeparator(',');
+    EXPECT_EQ(host.decimalSeparator(), ',');
+}
+
+class StoppedHost : public SystemHost {
+public:
+    bool stopRequested() override { return true; }
+};
+
+TEST(SystemHost, APauseEndsWhenAStopIsRequested) {
+    StoppedHost host;
+    host.pause(1e6);  // the test's own time limit would tell
+}
+
+TEST(SystemHost, ItsClockStartsAtTheLocalTimeOfDay) {
+    SystemHost host;
+    const double first = host.secondsClock();
+    const double second = host.secondsClock();
+    EXPECT_GE(first, 0);
+    EXPECT_LT(first, 2 * 86400.0);
+    EXPECT_GE(second, first);
+}
+
+TEST(SystemErrorText, IsShortAndTrimmed) {
+    for (const std::int32_t code : {1, 2, 5, 13, 87, 123456}) {
+        const std::string text = systemErrorText(code);
+        EXPECT_FALSE(text.empty()) << code;
+        EXPECT_LE(text.size(), 255U);
+        EXPECT_NE(text.front(), ' ');
+        EXPECT_NE(text.back(), ' ');
+    }
+    EXPECT_NE(systemErrorText(2), systemErrorText(5));
+}
+
+}  // namespace
+}  // namespace marlune
