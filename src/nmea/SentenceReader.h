@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/Services.h"
 #include "nmea/NmeaState.h"
@@ -45,10 +46,8 @@ private:
     Byte readByte();
     bool waitForDollar(std::int16_t timeOut);
     std::string readSentence(std::int16_t timeOut);
-    void takeCharacter(char character);
-    void finishSentence();
-    [[nodiscard]] bool mayGoOn() const;
-    [[nodiscard]] double roundedClock() const;
+    void takeCharacter(char character, const std::vector<std::string_view>& alternatives);
+    void finishSentence(const std::vector<std::string_view>& alternatives);
 
     Services& services_;
     PortLease& port_;

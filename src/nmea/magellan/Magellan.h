@@ -6,6 +6,9 @@
 // port; the receiver is told to stop where it can still be reached.
 #pragma once
 
+#include <functional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "garmin/UploadFiles.h"
@@ -19,6 +22,8 @@
 #include "serial/ComPort.h"
 
 namespace marlune {
+
+class RouteAssembly;
 
 class Magellan {
 public:
@@ -50,6 +55,32 @@ public:
     void mgnStop();
 
 private:
+    enum class ListEnd { complete, refusal, silence };
+    using TakeSentence = std::function<void(const std::string& sentence)>;
+    struct TrackProgress {
+        int received = 0;  // sentences, dropped ones too
+        bool any = false;  // a point was delivered
+        std::string name;  // of the track in progress
+    };
+
+    void send(std::string_view sentence);
+    std::string readVersionReply();
+    void waitOneSecond();
+
+    ListEnd readList(std::string_view prefix, const TakeSentence& take);
+    bool accepts(std::string_view sentence, std::string_view checksum);
+    void takeWaypoint(const std::string& sentence, int received);
+    void takeTrackPoint(const std::string& sentence, TrackProgress& progress);
+    void takeRouteSentence(const std::string& sentence, RouteAssembly& routes);
+    void endDownload(const char* letter);
+
+    void sendTrackPoints(std::vector<TrackItem>& items);
+
+    std::string waitForFix();
+    void followPosition();
+
+    [[nodiscard]] char separator() const { return services_.host.decimalSeparator(); }
+
     Services& services_;
     PortLease& port_;
     ConnectionState& connection_;

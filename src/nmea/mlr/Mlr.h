@@ -5,14 +5,22 @@
 // All end early when the host requests a stop or a handler closes the port.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "garmin/records/Route.h"
+#include "garmin/records/Trace.h"
 #include "garmin/records/Waypoint.h"
 #include "host/ConnectionState.h"
 #include "host/Services.h"
 #include "nmea/NmeaState.h"
+#include "nmea/RouteAssembly.h"
 #include "nmea/SentenceReader.h"
+#include "nmea/mlr/BlocMLR.h"
 #include "nmea/mlr/MlrState.h"
 #include "serial/ComPort.h"
 
@@ -40,10 +48,44 @@ public:
     void mlrSendTracks();
 
 private:
+    // A download in progress.
+    struct List {
+        const char* letter;
+        const char* header;
+        const char* nothingText;
+        bool begun = false;
+        std::int16_t item = 0;
+    };
+    using TakeText = std::function<void(const std::string& text)>;
+
+    void send(std::string_view text);
+    void acceptBlockReceiver(const std::string& reply);
+    void acceptSentenceReceiver(const std::string& reply);
+    void accept(double version, bool sendsBlocks);
+
+    void listen(const TakeText& take);
+    bool downloadBlocks(List& list, const char* request, std::size_t shortestRecord,
+                        const TakeText& take);
+    void takeBlock(const BlocMLR& block, int number, std::size_t shortestRecord,
+                   const TakeText& take);
+    void begin(List& list, std::int16_t count);
+    bool finish(const List& list);
+
+    bool decodeWaypoint(std::string_view sentence, Waypoint& waypoint);
+    void reject(std::string_view sentence);
+    void takeWaypoint(std::string_view sentence, List& list);
+    void takeWaypointRecord(std::string_view record, List& list);
+    void takeTrackPoint(std::string_view sentence, List& list);
+    void takeTrackRecord(std::string_view record, std::uint16_t& previous, List& list);
+    void reportPoint(Trace& point, List& list);
+    void takeRouteSentence(std::string_view sentence, std::vector<RoutePhrase>& phrases);
+
+    double today();
+    [[nodiscard]] char separator() const { return services_.host.decimalSeparator(); }
+
     Services& services_;
     PortLease& port_;
     ConnectionState& connection_;
-    NmeaState& nmea_;
     MlrState& state_;
     SentenceReader reader_;
 };

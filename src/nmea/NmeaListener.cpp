@@ -1,0 +1,168 @@
+#include "nmea/NmeaListener.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+#include "host/CodePage.h"
+#include "host/ConnectionState.h"
+#include "nmea/Messages.h"
+#include "nmea/Sentence.h"
+#include "nmea/Waiting.h"
+
+namespace marlune {
+namespace {
+
+constexpr const char* kListenerLine = "baud=4800 parity=n data=8 stop=1";
+
+// The fourth field tells the hemisphere in the sentences that this listener is meant for; what
+// others have there decides all the same.
+bool hasPosition(std::string_view sentence) {
+    for (int field = 0; field < 3; ++field) {
+        const std::size_t comma = sentence.find(',');
+        if (comma == std::string_view::npos) {
+            return false;
+        }
+        sentence.remove_prefix(comma + 1);
+    }
+    const std::string_view hemisphere = sentence.substr(0, sentence.find(','));
+    return hemisphere == "N" || hemisphere == "S";
+}
+
+class Listener {
+public:
+    Listener(Services& services, PortLease& port, NmeaState& state)
+        : services_(services), port_(port), state_(state), code_(toAnsi(state.codeFilter)) {
+        sentence_.reserve(256);
+    }
+
+    void run(std::int16_t inactivity);
+    void tellEnd();
+
+private:
+    void takeArrived(std::string_view arrived);
+    void append(std::string_view part);
+    void evaluate();
+    void restartTimeOut() { end_ = roundedClock(services_.host) + inactivity_; }
+    [[nodiscard]] bool goesOn() const {
+        return !state_.stopRequested && mayGoOn(port_, services_.host);
+    }
+
+    Services& services_;
+    PortLease& port_;
+    NmeaState& state_;
+    std::string code_;
+    std::string sentence_;  // from "$" up to the next "$", line ending included
+    std::int16_t inactivity_ = 0;
+    double end_ = 0;
+};
+
+// Bytes that are already here are taken in one piece: a read never waits longer than it would for
+// one byte, and a handler's StopNMEA still ends the listener at the sentence that it was told.
+void Listener::run(std::int16_t inactivity) {
+    std::array<std::uint8_t, 4096> buffer{};
+    inactivity_ = inactivity;
+    restartTimeOut();
+    while (services_.host.secondsClock() < end_ && goesOn()) {
+        const std::size_t wanted = std::clamp<std::size_t>(port_.available(), 1, buffer.size());
+        const std::size_t count = port_.readArrived(std::span(buffer).first(wanted));
+        if (count > 0) {
+            takeArrived({reinterpret_cast<const char*>(buffer.data()), count});
+        } else {
+            state_.found = false;
+            pauseWhenGone(port_, services_.host);
+        }
+        services_.host.processEvents();
+    }
+}
+
+void Listener::takeArrived(std::string_view arrived) {
+    for (;;) {
+        const std::size_t dollar = arrived.find('$');
+        append(arrived.substr(0, dollar));
+        if (dollar == std::string_view::npos) {
+            return;
+        }
+        evaluate();
+        if (!goesOn()) {
+            return;
+        }
+        sentence_ = "$";
+        arrived.remove_prefix(dollar + 1);
+    }
+}
+
+void Listener::append(std::string_view part) {
+    sentence_ += part.substr(0, kLongestSentence - std::min(kLongestSentence, sentence_.size()));
+}
+
+void Listener::evaluate() {
+    if (!contains(sentence_, code_)) {
+        return;
+    }
+    state_.found = hasPosition(sentence_);
+    if (!state_.found) {
+        return;
+    }
+    const std::string sentence = fromAnsi(sentence_);
+    services_.events.PhraseNMEA(sentence);
+    services_.trace.traceLine(sentence);
+    restartTimeOut();
+    // Also here: the next read may bring many sentences, and a user who stops expects none of them.
+    services_.host.processEvents();
+}
+
+void Listener::tellEnd() {
+    Host& host = services_.host;
+    const std::string date = host.dateText(host.now());
+    if (state_.found) {
+        services_.trace.traceLine(date + ':' + nmeatext::kListenerDone);
+        host.messageBox(nmeatext::kListenerDone, BoxIcon::information);
+    } else {
+        const std::string text = state_.codeFilter + nmeatext::kListenerNoPosition;
+        services_.trace.traceLine(date + ':' + text);
+        host.messageBox(text, BoxIcon::critical);
+    }
+}
+
+void tellOpenError(Services& services, std::int32_t error) {
+    const std::string description = systemErrorText(error);
+    services.trace.traceLine("erreur " + std::to_string(error) + " - " + description);
+    services.host.messageBox(description, BoxIcon::critical);
+}
+
+}  // namespace
+
+bool startNmea(Services& services, ComPort& port, NmeaState& state,
+               const std::function<void()>& closeConnection, const std::string& NMEACode,
+               std::int16_t Delai) {
+    state.stopRequested = false;
+    services.trace.openAppend();
+    services.trace.traceLine("StartNMEA" + versionText());
+    closeConnection();
+    port.setLine(kListenerLine);
+    state.codeFilter = fromAnsi(upperCase(trimBlanks(toAnsi(NMEACode))));
+    state.lastSentence.clear();
+    state.sentenceEvent = true;
+    if (const std::int32_t error = port.open(); error != 0) {
+        tellOpenError(services, error);
+        port.close();
+        return false;
+    }
+    PortLease lease(port);
+    Listener listener(services, lease, state);
+    listener.run(Delai);
+    listener.tellEnd();
+    const bool positionSeen = state.found;
+    // A handler that closed the port may have opened it, and the trace, for something else.
+    if (lease.holds()) {
+        port.close();
+        services.trace.close();
+    }
+    state.sentenceEvent = false;
+    state.found = false;
+    services.events.EndDownload("NMEA_END");
+    return positionSeen;
+}
+
+}  // namespace marlune

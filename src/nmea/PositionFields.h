@@ -1,0 +1,18 @@
+// Positions and altitudes in the fields of received sentences.
+#pragma once
+
+#include <string_view>
+
+namespace marlune {
+
+// "4807.038", "N": degrees, two or three digits for latitude and longitude, then minutes. The
+// result has single precision (about a metre), as receivers have always been read. Any hemisphere
+// but "N" and "E" is negative, also a missing one. Raise overflow when a single cannot hold it.
+double readLatitude(std::string_view field, std::string_view hemisphere);
+double readLongitude(std::string_view field, std::string_view hemisphere);
+
+// Metres. "F" is feet, taken as three to the metre; that rough factor is meant. Any other unit is
+// metres. Raises overflow when a single cannot hold it.
+float readAltitude(std::string_view field, std::string_view unit);
+
+}  // namespace marlune

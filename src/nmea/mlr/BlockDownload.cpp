@@ -1,0 +1,98 @@
+#include "nmea/mlr/BlockDownload.h"
+
+#include <array>
+#include <cstddef>
+#include <span>
+#include <string>
+#include <utility>
+
+#include "host/CodePage.h"
+#include "nmea/Messages.h"
+#include "nmea/Sentence.h"
+#include "nmea/Waiting.h"
+#include "nmea/mlr/BlockSplitter.h"
+
+namespace marlune {
+namespace {
+
+// Two stop bits at both speeds.
+constexpr const char* kFastLine = "baud=38400 parity=n data=8 stop=2";
+constexpr const char* kSlowLine = "baud=4800 parity=n data=8 stop=2";
+
+// An endless stream of blocks must not fill the memory; no receiver holds a thousandth of this.
+constexpr std::size_t kMostBytes = std::size_t{64} << 20U;
+
+class BlockDownload {
+public:
+    BlockDownload(Services& services, PortLease& port) : services_(services), port_(port) {}
+
+    // True once the closing block came.
+    bool receive();
+    MlrBlocks& result() { return result_; }
+
+private:
+    void takeBlock(std::string block);
+    void tell(const std::string& text) { services_.events.GpsInfo(text); }
+
+    Services& services_;
+    PortLease& port_;
+    BlockSplitter splitter_;
+    MlrBlocks result_;
+    std::size_t keptBytes_ = 0;
+};
+
+bool BlockDownload::receive() {
+    Host& host = services_.host;
+    std::array<char, 512> buffer{};
+    while (mayGoOn(port_, host)) {
+        const std::size_t count =
+            port_.readArrived({reinterpret_cast<std::uint8_t*>(buffer.data()), buffer.size()});
+        if (count == 0) {
+            pauseWhenGone(port_, host);
+            // The only way out of a silence is the user's.
+            host.processEvents();
+            continue;
+        }
+        for (std::string& block : splitter_.take({buffer.data(), count})) {
+            if (contains(block, "FIN")) {
+                return true;
+            }
+            takeBlock(std::move(block));
+        }
+    }
+    return false;
+}
+
+void BlockDownload::takeBlock(std::string block) {
+    services_.trace.traceLineOf([&] { return "Get: " + fromAnsi(block); });
+    const bool carriesRecords = !contains(block, "DEBUT") && block.size() > BlocMLR::kHeaderLength;
+    if (!carriesRecords || keptBytes_ + block.size() > kMostBytes) {
+        return;
+    }
+    keptBytes_ += block.size();
+    const BlocMLR& kept = result_.blocks.emplace_back(std::move(block));
+    result_.total += static_cast<int>(kept.recordCount());
+    tell(nmeatext::kMlrProgress + std::to_string(result_.total));
+}
+
+}  // namespace
+
+std::optional<MlrBlocks> mlrBlockDownload(Services& services, PortLease& port,
+                                          std::string_view request, std::string_view closing) {
+    const auto write = [&](std::string_view text) {
+        port.write({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+    };
+    write(request);
+    port.reopen(kFastLine, [&] { services.events.GpsInfo(nmeatext::kMlrProgress); });
+    BlockDownload download(services, port);
+    const bool complete = download.receive();
+    port.reopen(kSlowLine);
+    write(closing);
+    if (!complete) {
+        return std::nullopt;
+    }
+    services.events.GpsInfo(nmeatext::kMlrDone);
+    return std::move(download.result());
+}
+
+}  // namespace marlune

@@ -1,0 +1,27 @@
+// The block download that the bulk transfers of MLR receivers share.
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "host/Services.h"
+#include "nmea/mlr/BlocMLR.h"
+#include "serial/ComPort.h"
+
+namespace marlune {
+
+struct MlrBlocks {
+    std::vector<BlocMLR> blocks;  // in order of arrival, those without records left out
+    int total = 0;                // records, as the blocks' counts say
+};
+
+// Sends request at 4800 baud, listens at 38400 until the closing block has come, and sends closing
+// at 4800 again. The receiver changes its speed by itself; nothing is shaken hands about.
+//
+// There is no time-out: a receiver that falls silent is waited for. Ends without a result when the
+// host requests a stop or a handler closes the port.
+std::optional<MlrBlocks> mlrBlockDownload(Services& services, PortLease& port,
+                                          std::string_view request, std::string_view closing);
+
+}  // namespace marlune

@@ -1,0 +1,333 @@
+#include "nmea/mlr/Mlr.h"
+
+#include <cmath>
+#include <cstddef>
+
+#include "garmin/values/NumberText.h"
+#include "host/CodePage.h"
+#include "host/RunTimeError.h"
+#include "nmea/Messages.h"
+#include "nmea/RouteAssembly.h"
+#include "nmea/RouteSentence.h"
+#include "nmea/Sentence.h"
+#include "nmea/Waiting.h"
+#include "nmea/mlr/BlockDownload.h"
+#include "nmea/mlr/MlrRecords.h"
+
+namespace marlune {
+namespace {
+
+// Every command ends with the sum of the character codes in front of it.
+constexpr const char* kWhoIsIt = "$PMLR,26,01,01,0339\r\n";
+constexpr const char* kWhoIsItOld = "$PMLR,0E,01,01,0346\r\n";
+constexpr const char* kDone = "$PMLR,06,00,02A9\r\n";
+constexpr const char* kSendTracks = "$PMLR,24,02,0101,0399\r\n";
+constexpr const char* kSendWaypoints = "$PMLR,24,02,0301,039B\r\n";
+
+constexpr float kIdentTimeOut = 3;    // seconds
+constexpr float kFirstSentence = 10;  // the user starts the sending at the receiver
+constexpr float kFollowingSentence = 3;
+constexpr const char* kListCodes = "$GPWPL|$GPRTE";
+constexpr std::int16_t kUnknownCount = 100;
+
+// A route has a number below 256; more sentences than this describe none.
+constexpr std::size_t kMostRouteSentences = 16384;
+
+// The first number in a text, anywhere.
+double firstNumber(std::string_view text) {
+    const std::size_t digit = text.find_first_of("0123456789");
+    return digit == std::string_view::npos ? 0 : readNumber(text.substr(digit));
+}
+
+bool isTrackPoint(std::string_view waypointSentence) {
+    return Sentence(waypointSentence).field(5).substr(0, 2) == "TR";
+}
+
+}  // namespace
+
+Mlr::Mlr(Services& services, PortLease& port, ConnectionState& connection, NmeaState& nmea,
+         MlrState& state)
+    : services_(services),
+      port_(port),
+      connection_(connection),
+      state_(state),
+      reader_(services, port, nmea) {}
+
+void Mlr::send(std::string_view text) {
+    if (port_.holds()) {
+        sendText(port_, services_.trace, fromAnsi(text));
+    }
+}
+
+double Mlr::today() {
+    return std::floor(services_.host.now());
+}
+
+// Identification.
+
+bool Mlr::mlrIdent() {
+    connection_.description = nmeatext::kMlrName;
+    send(kWhoIsIt);
+    std::string reply = reader_.nextSentence("$PMLR,IDGPS", kIdentTimeOut);
+    if (contains(reply, "IDGPS")) {
+        acceptBlockReceiver(reply);
+        return true;
+    }
+    send(kWhoIsItOld);
+    reply = reader_.nextSentence("$INFOS", kIdentTimeOut);
+    if (contains(reply, "$INFOS")) {
+        acceptSentenceReceiver(reply);
+        return true;
+    }
+    return false;
+}
+
+// $PMLR,IDGPS,..,name,..,..,version,model
+void Mlr::acceptBlockReceiver(const std::string& reply) {
+    send(kDone);
+    const std::vector<std::string_view> fields = splitText(reply, ',');
+    const auto field = [&](std::size_t i) { return i < fields.size() ? fields[i] : ""; };
+    connection_.description = fromAnsi(field(3)) + ' ' + fromAnsi(field(7));
+    accept(readNumber(field(6)), true);
+}
+
+// $INFOS,MODEL 1.20 ...
+void Mlr::acceptSentenceReceiver(const std::string& reply) {
+    send(kDone);
+    const std::size_t comma = std::min(reply.find(','), reply.size() - 1);
+    const std::string_view text = trimBlanks(std::string_view(reply).substr(comma + 1));
+    const std::string_view name = text.substr(0, text.find_first_of(" ,"));
+    connection_.description = nmeatext::kMlrName + (' ' + fromAnsi(name));
+    accept(firstNumber(reply), false);
+}
+
+void Mlr::accept(double version, bool sendsBlocks) {
+    connection_.softwareVersion = numberText(version, services_.host.decimalSeparator());
+    connection_.connected = true;
+    state_.sendsBlocks = sendsBlocks;
+    services_.trace.traceLineOf([&] { return identText(connection_); });
+}
+
+// Downloads.
+
+bool Mlr::mlrGetWaypoints() {
+    List list = {"W", nmeatext::kMlrWaypoints, nmeatext::kMlrNoWaypoint};
+    if (state_.sendsBlocks) {
+        list.header = nmeatext::kMlrBlockWaypoints;
+        return downloadBlocks(list, kSendWaypoints, std::string_view("$GPWPL").size(),
+                              [&](std::string_view record) { takeWaypointRecord(record, list); });
+    }
+    listen([&](const std::string& sentence) {
+        if (contains(sentence, "$GPWPL") && !isTrackPoint(sentence)) {
+            takeWaypoint(sentence, list);
+        }
+    });
+    return finish(list);
+}
+
+bool Mlr::mlrGetTracks() {
+    List list = {"T", nmeatext::kMlrTracks, nmeatext::kMlrNoTrack};
+    if (state_.sendsBlocks) {
+        list.header = nmeatext::kMlrBlockTracks;
+        std::uint16_t previous = 0;
+        return downloadBlocks(
+            list, kSendTracks, kMlrTrackRecordLength,
+            [&](std::string_view record) { takeTrackRecord(record, previous, list); });
+    }
+    listen([&](const std::string& sentence) {
+        if (contains(sentence, "$GPWPL") && isTrackPoint(sentence)) {
+            takeTrackPoint(sentence, list);
+        }
+    });
+    return finish(list);
+}
+
+// The points' sentences may come before or behind the routes that name them.
+bool Mlr::mlrGetRoutes() {
+    std::vector<RoutePhrase> phrases;
+    listen([&](const std::string& sentence) {
+        if (contains(sentence, "$GPWPL")) {
+            Waypoint waypoint;
+            (void)decodeWaypoint(sentence, waypoint);
+        } else if (phrases.size() < kMostRouteSentences) {
+            takeRouteSentence(sentence, phrases);
+        }
+    });
+    List list = {"R", nmeatext::kMlrRoutes, nmeatext::kMlrNoRoute};
+    RouteAssembly routes(services_, state_.waypoints);
+    for (const RoutePhrase& phrase : phrases) {
+        begin(list, kUnknownCount);
+        routes.take(phrase);
+    }
+    routes.finish();
+    return finish(list);
+}
+
+// Hears the lists that a sentence receiver sends when its user wants it to.
+void Mlr::listen(const TakeText& take) {
+    float wait = kFirstSentence;
+    for (;;) {
+        const std::string sentence = reader_.nextSentence(kListCodes, wait);
+        if (sentence.empty()) {
+            return;
+        }
+        wait = kFollowingSentence;
+        take(sentence);
+    }
+}
+
+bool Mlr::downloadBlocks(List& list, const char* request, std::size_t shortestRecord,
+                         const TakeText& take) {
+    const std::optional<MlrBlocks> download = mlrBlockDownload(services_, port_, request, kDone);
+    if (!download) {
+        return false;
+    }
+    if (download->total > 0) {
+        begin(list, static_cast<std::int16_t>(download->total));
+    }
+    int number = 0;
+    for (const BlocMLR& block : download->blocks) {
+        takeBlock(block, ++number, shortestRecord, take);
+    }
+    return finish(list);
+}
+
+void Mlr::takeBlock(const BlocMLR& block, int number, std::size_t shortestRecord,
+                    const TakeText& take) {
+    services_.trace.traceLine("-------bloc:" + std::to_string(number));
+    if (block.recordCount() == 0) {
+        return;
+    }
+    const std::size_t length = block.recordLength();
+    if (length < shortestRecord || length > INT16_MAX) {
+        services_.events.GpsInfo(nmeatext::kMlrBadBlock + std::to_string(number));
+        return;
+    }
+    int packet = 0;
+    for (const std::string_view record : block.Decoder(static_cast<std::int16_t>(length))) {
+        if (!mayGoOn(port_, services_.host)) {
+            return;
+        }
+        services_.trace.traceLine(" Paquet:" + std::to_string(++packet));
+        take(std::string(record));
+    }
+}
+
+// Nothing is announced before there is something to report.
+void Mlr::begin(List& list, std::int16_t count) {
+    if (!list.begun) {
+        list.begun = true;
+        services_.events.StartDownload(list.letter, count, list.header);
+    }
+}
+
+bool Mlr::finish(const List& list) {
+    if (list.begun) {
+        services_.events.EndDownload(list.letter);
+    } else if (mayGoOn(port_, services_.host)) {
+        services_.host.messageBox(list.nothingText, BoxIcon::information);
+    }
+    return list.begun;
+}
+
+// Decodes and remembers a waypoint; a sentence that is none is traced and left out.
+bool Mlr::decodeWaypoint(std::string_view sentence, Waypoint& waypoint) {
+    if (GetAttributes_MLR(waypoint, sentence).empty()) {
+        reject(sentence);
+        return false;
+    }
+    state_.waypoints.insert_or_assign(std::string(trimBlanks(waypoint.ident)), waypoint);
+    return true;
+}
+
+void Mlr::reject(std::string_view sentence) {
+    services_.trace.traceLineOf([&] { return nmeatext::kRejected + fromAnsi(sentence); });
+}
+
+void Mlr::takeWaypoint(std::string_view sentence, List& list) {
+    Waypoint waypoint;
+    if (decodeWaypoint(sentence, waypoint)) {
+        begin(list, kUnknownCount);
+        services_.events.WayptData(++list.item, waypoint.getIdent(separator()), "D");
+    }
+}
+
+void Mlr::takeWaypointRecord(std::string_view record, List& list) {
+    // What pads a record stands around the sentence.
+    const std::size_t start = record.find("$GPWPL");
+    if (start == std::string_view::npos) {
+        reject(record);
+        return;
+    }
+    takeWaypoint(record.substr(start), list);
+}
+
+void Mlr::takeTrackPoint(std::string_view sentence, List& list) {
+    Trace point;
+    if (GetAttributes_MLR(point, sentence, today()).empty()) {
+        reject(sentence);
+        return;
+    }
+    reportPoint(point, list);
+}
+
+void Mlr::takeTrackRecord(std::string_view record, std::uint16_t& previous, List& list) {
+    Trace point;
+    const std::uint16_t number = GetAttributes_MLR_SP(point, record, today());
+    point.pFirst = number == 1 || number <= previous;
+    previous = number;
+    reportPoint(point, list);
+}
+
+void Mlr::reportPoint(Trace& point, List& list) {
+    begin(list, kUnknownCount);
+    services_.events.TrackData(++list.item, point.getIdent(separator()), "D");
+}
+
+void Mlr::takeRouteSentence(std::string_view sentence, std::vector<RoutePhrase>& phrases) {
+    try {
+        phrases.push_back(RouteMLR(sentence));
+    } catch (const RunTimeError&) {
+        reject(sentence);
+    }
+}
+
+// Uploads. No command ends them.
+
+void Mlr::mlrSendWaypoints(std::vector<Waypoint>& waypoints) {
+    services_.events.StartUpload("W", static_cast<std::int16_t>(waypoints.size()),
+                                 nmeatext::kWaypoints);
+    std::int16_t numitem = 0;
+    for (Waypoint& waypoint : waypoints) {
+        if (!mayGoOn(port_, services_.host)) {
+            break;
+        }
+        send(Coder_MLR(waypoint));
+        services_.events.WayptData(++numitem, waypoint.getIdent(separator()), "U");
+    }
+    services_.events.EndUpload("W");
+}
+
+void Mlr::mlrSendRoutes(std::vector<Route>& routes) {
+    services_.events.StartUpload("R", uploadedRouteCount(routes), nmeatext::kUploadRoutes);
+    int numitem = 0;
+    for (Route& route : routes) {
+        if (!mayGoOn(port_, services_.host)) {
+            break;
+        }
+        for (const Waypoint& point : route.Waypoints()) {
+            send(Coder_MLR(point));
+        }
+        for (const std::string& sentence : PhraseRouteMLR(route)) {
+            send(sentence);
+        }
+        reportUploadedRoute(services_, route, numitem);
+    }
+    services_.events.EndUpload("R");
+}
+
+void Mlr::mlrSendTracks() {
+    services_.host.messageBox(nmeatext::kMlrNoTrackUpload, BoxIcon::critical);
+}
+
+}  // namespace marlune
