@@ -69,15 +69,27 @@ void PortLease::ResetComBuffers() {
     }
 }
 
-std::int32_t PortLease::reopen(const std::string& settings) {
+std::size_t PortLease::available() const {
+    return holds() ? port_.port_->available() : 0;
+}
+
+std::int32_t PortLease::reopen(const std::string& settings,
+                               const std::function<void()>& whileClosed) {
     if (!holds()) {
         return 0;
     }
     port_.close();
-    port_.setLine(settings);
-    const std::int32_t error = port_.open();
     openings_ = port_.openings_;
-    return error;
+    port_.setLine(settings);
+    if (whileClosed) {
+        whileClosed();
+    }
+    if (!holds()) {
+        return 0;
+    }
+    // Opening may show a box, and the user may act on the port from there.
+    openings_ = port_.openings_ + 1;
+    return port_.open();
 }
 
 void sendText(PortLease& port, DebugTrace& trace, std::string_view text) {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -73,8 +74,14 @@ public:
     std::size_t write(std::span<const std::uint8_t> bytes);
     void ResetComBuffers();
 
+    // How many bytes a read is sure to bring without waiting; see SerialPort::available().
+    [[nodiscard]] std::size_t available() const;
+
     // Closes the port and opens it again with other settings, keeping the lease. Returns as open().
-    std::int32_t reopen(const std::string& settings);
+    // whileClosed runs in between; it may close or open the port itself, and then the lease is lost
+    // and nothing is opened.
+    std::int32_t reopen(const std::string& settings,
+                        const std::function<void()>& whileClosed = nullptr);
 
 private:
     ComPort& port_;

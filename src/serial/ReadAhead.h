@@ -13,6 +13,7 @@ namespace marlune {
 class ReadAhead {
 public:
     [[nodiscard]] bool empty() const { return first_ == last_; }
+    [[nodiscard]] std::size_t size() const { return last_ - first_; }
 
     // Moves as many bytes as there are into the beginning of `into`; returns their number.
     std::size_t take(std::span<std::uint8_t> into) {

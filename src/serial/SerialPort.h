@@ -53,6 +53,11 @@ public:
     // early when the host requests a stop.
     virtual std::size_t read(std::span<std::uint8_t> into) = 0;
 
+    // How many bytes are already here and can be read without waiting, as far as that is known
+    // without asking the system: what was read ahead. A caller that reads single bytes may take
+    // them in one piece.
+    [[nodiscard]] virtual std::size_t available() const { return 0; }
+
     // Writes everything and returns how many bytes the system took.
     virtual std::size_t write(std::span<const std::uint8_t> bytes) = 0;
 

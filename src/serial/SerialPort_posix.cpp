@@ -39,6 +39,7 @@ public:
     [[nodiscard]] std::int64_t handle() const override { return handle_; }
     [[nodiscard]] bool isGone() const override { return gone_ && ahead_.empty(); }
     std::size_t read(std::span<std::uint8_t> into) override;
+    [[nodiscard]] std::size_t available() const override { return ahead_.size(); }
     std::size_t write(std::span<const std::uint8_t> bytes) override;
     void purge() override;
 
