@@ -1,0 +1,160 @@
+#include "garmin/Identification.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "garmin/Messages.h"
+#include "garmin/link/PacketIds.h"
+#include "garmin/values/NumberText.h"
+#include "host/CodePage.h"
+
+namespace marlune {
+namespace {
+
+// A 16-bit little-endian field; bytes that did not come count as 0.
+std::uint16_t wordAt(std::span<const std::uint8_t> data, std::size_t at) {
+    const unsigned low = at < data.size() ? data[at] : 0U;
+    const unsigned high = at + 1 < data.size() ? data[at + 1] : 0U;
+    return static_cast<std::uint16_t>(low + 256U * high);
+}
+
+}  // namespace
+
+bool sendCommand(GarminLink& link, std::uint8_t code) {
+    const std::array<std::uint8_t, 2> data = {code, 0};
+    return link.send(pid::kCommand, data);
+}
+
+void stopTransfer(Services& services, GarminLink& link, ConnectionState& state) {
+    sendCommand(link, command::kAbort);
+    services.host.processEvents();
+    state.transferRunning = false;
+}
+
+bool GarminIdentification::grmGetAttributes() {
+    state_.connected = false;
+    abortWhatRuns();
+    const LinkPacket reply = requestProduct();
+    if (!acceptAcknowledge(reply)) {
+        return false;
+    }
+    const LinkPacket product = link_.receive();
+    if (product.pid != pid::kProductData) {
+        services_.host.messageBox(text::kProductError + std::to_string(product.pid),
+                                  BoxIcon::critical);
+        return false;
+    }
+    takeProductData(product.data);
+    skipExtendedData();
+    link_.acknowledge(pid::kProductData);
+    takeCapabilities();
+    return state_.connected;
+}
+
+void GarminIdentification::abortWhatRuns() {
+    stopTransfer(services_, link_, state_);
+    (void)link_.receive();
+    link_.discard();
+}
+
+LinkPacket GarminIdentification::requestProduct() {
+    constexpr int kTries = 5;
+    constexpr double kDelay = 1.0;
+    constexpr std::array<std::uint8_t, 1> kNoData = {0};
+    LinkPacket reply;
+    for (int attempt = 1; attempt <= kTries && reply.pid == 0 && link_.holds(); ++attempt) {
+        services_.trace.traceLine("GetAttributes: essai n° " + std::to_string(attempt) +
+                                  " délai: " + numberText(kDelay, '.'));
+        link_.send(pid::kProductRequest, kNoData);
+        reply = link_.receive();
+        if (reply.pid == 0) {
+            services_.host.pause(kDelay);
+        }
+    }
+    return reply;
+}
+
+bool GarminIdentification::acceptAcknowledge(const LinkPacket& reply) {
+    constexpr std::uint16_t kNothing = 0;
+    constexpr std::uint16_t kNoFrame = 1;
+    switch (reply.pid) {
+        case pid::kAck:
+            return true;
+        case kNothing:
+            services_.host.messageBox(text::kNoAnswer, BoxIcon::critical);
+            return false;
+        case kNoFrame:
+            services_.host.messageBox(
+                text::kWrongProtocol + services_.host.lineBreak() + text::kChooseOption,
+                BoxIcon::critical);
+            return false;
+        default:
+            services_.host.messageBox(text::kAckError + std::to_string(reply.pid),
+                                      BoxIcon::critical);
+            return false;
+    }
+}
+
+void GarminIdentification::takeProductData(std::span<const std::uint8_t> data) {
+    constexpr std::size_t kDescription = 4;
+    productId_ = wordAt(data, 0);
+    softwareVersion_ = wordAt(data, 2);
+    const auto text = data.subspan(std::min(kDescription, data.size()));
+    const auto end = std::find(text.begin(), text.end(), 0);
+    state_.productId = std::to_string(productId_);
+    state_.softwareVersion = numberText(softwareVersion_ / 100.0, '.');
+    state_.description = fromAnsi(text.first(static_cast<std::size_t>(end - text.begin())));
+    services_.trace.traceLine(identText(state_));
+}
+
+void GarminIdentification::skipExtendedData() {
+    constexpr int kYields = 100;
+    for (int i = 0; i < kYields; ++i) {
+        services_.host.processEvents();
+    }
+    while (!services_.host.stopRequested()) {
+        const LinkPacket packet = link_.receive();
+        if (packet.pid == 0) {
+            return;
+        }
+        if (packet.pid == pid::kExtendedProductData) {
+            services_.trace.traceLine("Paquet 248 .....");
+        }
+    }
+}
+
+void GarminIdentification::takeCapabilities() {
+    const LinkPacket packet = link_.receive();
+    GpsCapability capability;
+    if (packet.pid == pid::kProtocolArray) {
+        services_.trace.traceLine("Protocole trouvé ....");
+        capability.takeProtocolArray(packet.data);
+        link_.acknowledge(pid::kProtocolArray);
+    } else {
+        capability.GetCapability(productId_, softwareVersion_, services_.trace);
+    }
+    state_.connected = !capability.tags.empty();
+    capability.Decoder();
+    garmin_.capability = std::move(capability);
+    services_.trace.traceLine(garmin_.capability->getProtocoles());
+}
+
+void GarminIdentification::grmGetVoltages() {
+    constexpr std::size_t kVoltageBytes = 4;
+    sendCommand(link_, command::kTransferVoltages);
+    const LinkPacket reply = link_.receive();
+    if (reply.pid != pid::kAck) {
+        showProtocolError(services_.host, reply.pid);
+        return;
+    }
+    const LinkPacket voltages = link_.receive();
+    if (voltages.pid != pid::kVoltages || voltages.data.size() < kVoltageBytes) {
+        return;
+    }
+    const char separator = services_.host.decimalSeparator();
+    garmin_.voltages = "Tensions " + numberText(wordAt(voltages.data, 0) / 100.0, separator) + " " +
+                       numberText(wordAt(voltages.data, 2) / 100.0, separator);
+}
+
+}  // namespace marlune

@@ -1,0 +1,52 @@
+// The French texts of the Garmin procedures, exactly as users know them.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "host/Services.h"
+
+namespace marlune::text {
+
+inline constexpr const char* kNotAvailable = "Protocole non disponible pour ce GPS";
+inline constexpr const char* kNotSupported = "Protocole non supporté par ce GPS";
+
+inline constexpr const char* kNoAnswer = "GPS éteint ou mal connecté";
+inline constexpr const char* kWrongProtocol = "Protocole Incorrect, Vérifiez votre GPS";
+inline constexpr const char* kChooseOption = "Choisissez l'option GRMN/GRMN.";
+inline constexpr const char* kProtocolError = "Erreur de protocole - pid = ";
+inline constexpr const char* kAckError = "Erreur de protocole(Ack) - pid = ";
+inline constexpr const char* kProductError = "Erreur de protocole(Product) - pid = ";
+inline constexpr const char* kSessionFailed = "Problème Ouverture de session";
+
+inline constexpr const char* kNoWaypoints = "Aucun Waypoint dans ce Gps";
+inline constexpr const char* kNoTracks = "Aucune trace dans ce GPS";
+inline constexpr const char* kNoRoutes = "Aucune route dans ce Gps";
+// The two differ in one letter's case, and hosts may look for either.
+inline constexpr const char* kInterrupted = "Transfert Interrompu";
+inline constexpr const char* kTracksInterrupted = "Transfert interrompu";
+inline constexpr const char* kDone = "Transfert terminé";
+inline constexpr const char* kRealTimeDone = "Transfert terminé.";
+inline constexpr const char* kNoPosition = "Position non disponible";
+inline constexpr const char* kProblem = "Problème";
+inline constexpr const char* kWaypointUploadError = "Erreur Upload Waypoints ";
+inline constexpr const char* kRouteUploadError = "Erreur Upload Route ";
+
+inline constexpr const char* kWaypointsHeader =
+    "---- W;id;lat;lon;comment;altitude;symbole;display opt. ------";
+inline constexpr const char* kTracksHeader = "--- T;lat;lon;heure;altitude;debut -----";
+inline constexpr const char* kRoutesHeader = "-------- Routes --------";
+inline constexpr const char* kProximitiesHeader = "--- Proximites ------";
+inline constexpr const char* kRealTimeHeader = "N;Trace tps réel - ";
+inline constexpr const char* kPositionName = " - Position du GPS: ";
+
+}  // namespace marlune::text
+
+namespace marlune {
+
+// "Erreur de protocole - pid = " and the id, critical.
+inline void showProtocolError(Host& host, std::uint16_t pid) {
+    host.messageBox(text::kProtocolError + std::to_string(pid), BoxIcon::critical);
+}
+
+}  // namespace marlune

@@ -1,0 +1,105 @@
+#include "garmin/RealTime.h"
+
+#include <span>
+
+#include "garmin/Identification.h"
+#include "garmin/Messages.h"
+#include "garmin/link/PacketIds.h"
+#include "garmin/records/Waypoint.h"
+#include "garmin/values/Nombre.h"
+#include "garmin/values/jour.h"
+#include "host/RunTimeError.h"
+
+namespace marlune {
+
+double GarminRealTime::GetTime() {
+    services_.trace.traceLine("Get Time");
+    sendCommand(link_, command::kTransferTime);
+    LinkPacket packet = link_.receive();
+    if (packet.pid == pid::kAck) {
+        packet = link_.receive();
+        if (packet.pid == pid::kDateTime) {
+            try {
+                const double date = jour::GarminDateToDate(packet.data);
+                services_.host.messageBox(services_.host.dateText(date), BoxIcon::none);
+                return date;
+            } catch (const RunTimeError&) {
+                // A record that holds no date is told as the protocol error that it is.
+            }
+        }
+    }
+    showProtocolError(services_.host, packet.pid);
+    return 0;
+}
+
+std::string GarminRealTime::getPosition() {
+    constexpr std::size_t kDouble = 8;
+    services_.trace.traceLine("GetPosition");
+    link_.discard();
+    sendCommand(link_, command::kTransferPosition);
+    LinkPacket packet = link_.receive();
+    if (packet.pid != pid::kAck) {
+        showProtocolError(services_.host, packet.pid);
+        return {};
+    }
+    // What follows the acknowledgement is the position, whatever its id.
+    packet = link_.receive();
+    const std::span<const std::uint8_t> data = packet.data;
+    if (data.size() < 2 * kDouble) {
+        showProtocolError(services_.host, packet.pid);
+        return {};
+    }
+    Waypoint position;
+    position.SetIdent(services_.host.dateText(services_.host.now()) + text::kPositionName);
+    position.SetPosition(Nombre::BytestoDbl(data.first(kDouble)),
+                         Nombre::BytestoDbl(data.subspan(kDouble, kDouble)));
+    return position.getPosition(services_.host.decimalSeparator());
+}
+
+bool GarminRealTime::StartPvtData() {
+    services_.trace.traceLine("StartPvtData");
+    link_.discard();
+    sendCommand(link_, command::kStartPvt);
+    (void)link_.receive();
+    state_.realTimeRunning = true;
+    follow();
+    // However it ended, the unit is told to stop.
+    sendCommand(link_, command::kStopPvt);
+    (void)link_.receive();
+    services_.events.EndPvt();
+    services_.host.messageBox(text::kRealTimeDone, BoxIcon::information);
+    return false;
+}
+
+void GarminRealTime::follow() {
+    while (state_.realTimeRunning && mayGoOn()) {
+        const LinkPacket packet = link_.receive();
+        if (packet.pid == pid::kPvt) {
+            takePvt(packet);
+        } else if (packet.pid == 0) {
+            if (mayGoOn()) {
+                services_.host.messageBox(text::kNoPosition, BoxIcon::critical);
+            }
+            return;
+        }
+    }
+}
+
+void GarminRealTime::takePvt(const LinkPacket& packet) {
+    constexpr int kTrue = -1;
+    if (!started_) {
+        started_ = true;
+        services_.events.Startpvt(text::kRealTimeHeader +
+                                  services_.host.dateText(services_.host.now()));
+    }
+    const char separator = services_.host.decimalSeparator();
+    const bool decoded =
+        pvt_.GetAttributes(packet.data, hasPoint_ ? 0 : kTrue, services_.trace, separator);
+    hasPoint_ = hasPoint_ || (decoded && pvt_.hasPoint());
+    if (hasPoint_) {
+        // Without a fix the line is that of the position before.
+        services_.events.PvtData(pvt_.getIdent(separator));
+    }
+}
+
+}  // namespace marlune

@@ -1,0 +1,39 @@
+// The present state of a Garmin unit: its clock, its position, and the stream of positions.
+#pragma once
+
+#include <string>
+
+#include "garmin/GarminState.h"
+#include "garmin/link/GarminLink.h"
+#include "garmin/records/PvtData.h"
+#include "host/ConnectionState.h"
+#include "host/Services.h"
+
+namespace marlune {
+
+class GarminRealTime {
+public:
+    GarminRealTime(Services& services, GarminLink& link, ConnectionState& state)
+        : services_(services), link_(link), state_(state) {}
+
+    // The unit's date and time in days, also shown in a plain box; 0 after an error box.
+    double GetTime();
+    // The position's text, named after the present time; empty after an error box.
+    std::string getPosition();
+    // Runs until the real-time flag is cleared or the unit falls silent. Always false.
+    bool StartPvtData();
+
+private:
+    void follow();
+    void takePvt(const LinkPacket& packet);
+    [[nodiscard]] bool mayGoOn() const { return link_.holds() && !services_.host.stopRequested(); }
+
+    Services& services_;
+    GarminLink& link_;
+    ConnectionState& state_;
+    PvtData pvt_;
+    bool started_ = false;   // the first record came
+    bool hasPoint_ = false;  // a record gave a position
+};
+
+}  // namespace marlune

@@ -1,0 +1,53 @@
+// Uploads to a Garmin unit: the count of records, each record as soon as the one before it was
+// acknowledged, transfer complete. Every record's event is raised just before it is sent.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "garmin/GarminState.h"
+#include "garmin/link/GarminLink.h"
+#include "host/Services.h"
+
+namespace marlune {
+
+class GarminUploads {
+public:
+    // The collections of `garmin` are what is sent.
+    GarminUploads(Services& services, GarminLink& link, GarminState& garmin)
+        : services_(services), link_(link), garmin_(garmin) {}
+
+    // Run-time errors of a record leave SendWaypts and SendRoutes to the caller, which shows them;
+    // nothing more is sent then.
+    bool SendWaypts();
+    bool SendRoutes();
+    bool SendTraces();
+
+private:
+    using Bytes = std::vector<std::uint8_t>;
+
+    bool announce(const std::string& letter, std::size_t count, const char* label);
+    void finish(const std::string& letter, std::span<const std::uint8_t> payload);
+    bool sendWaypoint(std::int16_t numitem, Waypoint waypoint);
+    bool sendRoute(Route route);
+    bool sendRoutePoint(Waypoint& point, int pointsLeft);
+    bool sendRouteLink(const Waypoint& point);
+    bool sendTrackItem(std::int16_t numitem, TrackItem item);
+    bool sendTrackHeader(std::int16_t numitem, TrkHeader& header);
+    bool sendTrackPoint(std::int16_t numitem, Trace& point);
+    bool sendRecord(std::uint8_t pid, const Bytes& record);
+    [[nodiscard]] std::size_t routeRecords() const;
+
+    [[nodiscard]] bool mayGoOn() const { return link_.holds() && !services_.host.stopRequested(); }
+    [[nodiscard]] char separator() const { return services_.host.decimalSeparator(); }
+
+    Services& services_;
+    GarminLink& link_;
+    GarminState& garmin_;
+    std::int16_t routeItem_ = 0;
+};
+
+}  // namespace marlune

@@ -1,0 +1,97 @@
+#include "garmin/link/GpsPacket.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "host/RunTimeError.h"
+
+namespace marlune {
+
+std::vector<std::uint8_t> GpsPacket::Build(std::uint8_t pid, std::span<const std::uint8_t> data) {
+    pid_ = pid;
+    errorNumber_ = 0;
+    if (data.size() > std::numeric_limits<std::uint8_t>::max()) {
+        errorNumber_ = RunTimeError::overflow;
+        return {};
+    }
+    size_ = static_cast<std::uint8_t>(data.size());
+    data_.assign(data.begin(), data.end());
+
+    std::vector<std::uint8_t> frame;
+    frame.reserve(2 * data.size() + 9);
+    frame.push_back(kDle);
+    const auto append = [&frame](std::uint8_t byte) {
+        frame.push_back(byte);
+        if (byte == kDle) {
+            frame.push_back(kDle);
+        }
+    };
+    std::uint8_t sum = 0;
+    const auto appendSummed = [&](std::uint8_t byte) {
+        append(byte);
+        sum = static_cast<std::uint8_t>(sum + byte);
+    };
+    appendSummed(pid_);
+    appendSummed(size_);
+    std::for_each(data.begin(), data.end(), appendSummed);
+    append(static_cast<std::uint8_t>(-sum));
+    frame.push_back(kDle);
+    frame.push_back(kEtx);
+    return frame;
+}
+
+bool GpsPacket::Parse(std::span<const std::uint8_t> frame) {
+    constexpr std::size_t kHeader = 3;
+    std::vector<std::uint8_t> plain;
+    plain.reserve(frame.size());
+    // The whole frame is unstuffed, its end pair included, as one text would be.
+    for (std::size_t i = 0; i < frame.size(); ++i) {
+        plain.push_back(frame[i]);
+        if (frame[i] == kDle && i + 1 < frame.size() && frame[i + 1] == kDle) {
+            ++i;
+        }
+    }
+    data_.clear();
+    if (plain.size() <= kHeader) {
+        pid_ = 0;
+        size_ = 0;
+        return false;
+    }
+    pid_ = plain[1];
+    size_ = plain[2];
+    const std::size_t present = std::min<std::size_t>(size_, plain.size() - kHeader);
+    plain.erase(plain.begin(), plain.begin() + kHeader);
+    plain.resize(present);
+    data_ = std::move(plain);
+    return true;
+}
+
+namespace GpsBuffer {
+
+std::vector<std::uint8_t> Inverse(std::span<const std::uint8_t> bytes) {
+    return {bytes.rbegin(), bytes.rend()};
+}
+
+std::vector<std::uint8_t> Supp16(std::span<const std::uint8_t> bytes, bool keepFirst) {
+    constexpr std::size_t kEnd = 2;
+    if (bytes.size() <= kEnd) {
+        throw RunTimeError(RunTimeError::overflow);
+    }
+    const std::size_t end = bytes.size() - kEnd;
+    std::vector<std::uint8_t> out;
+    out.reserve(bytes.size());
+    for (std::size_t i = 0; i < end; ++i) {
+        const bool stuffed = bytes[i] == kDle && !(i == 0 && keepFirst);
+        if (!stuffed) {
+            out.push_back(bytes[i]);
+        } else if (++i < end) {
+            out.push_back(bytes[i]);
+        }
+    }
+    out.insert(out.end(), bytes.begin() + static_cast<std::ptrdiff_t>(end), bytes.end());
+    return out;
+}
+
+}  // namespace GpsBuffer
+
+}  // namespace marlune

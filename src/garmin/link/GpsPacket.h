@@ -1,0 +1,59 @@
+// One Garmin packet and its frame on a serial line.
+//
+//   start  packet id  size  data      checksum  end
+//   16     1 byte     1     size      1         16 3
+//
+// The checksum makes all bytes from packet id through checksum add to 0 modulo 256. Every 16 among
+// packet id, size, data and checksum is followed by a second 16 ("stuffing"); start and end are not.
+// The format is the basic link protocol L000 of Garmin's device interface document.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace marlune {
+
+constexpr std::uint8_t kDle = 16;
+constexpr std::uint8_t kEtx = 3;
+
+class GpsPacket {
+public:
+    // The frame of a packet. At most 255 bytes of data fit: with more nothing of the frame can be
+    // made, the result is empty and errorNumber() is 6.
+    std::vector<std::uint8_t> Build(std::uint8_t pid, std::span<const std::uint8_t> data);
+
+    // Takes a frame apart, still stuffed as it came. Checksum and end are not looked at, and data
+    // may be shorter than announced. False with packet id 0 for fewer than 4 bytes.
+    bool Parse(std::span<const std::uint8_t> frame);
+
+    [[nodiscard]] std::uint8_t GetPid() const { return pid_; }
+    void LetPid(std::uint8_t pid) { pid_ = pid; }
+    [[nodiscard]] std::vector<std::uint8_t> GetData() const { return data_; }
+    // Moves the data out, for a packet that is not needed any more.
+    [[nodiscard]] std::vector<std::uint8_t> takeData() { return std::move(data_); }
+
+    // The run-time error of the last Build, 0 for none.
+    [[nodiscard]] int errorNumber() const { return errorNumber_; }
+
+private:
+    std::uint8_t pid_ = 0;
+    std::uint8_t size_ = 0;
+    std::vector<std::uint8_t> data_;
+    int errorNumber_ = 0;
+};
+
+// Two operations on byte arrays of the receive side.
+namespace GpsBuffer {
+
+// The bytes in reverse order.
+std::vector<std::uint8_t> Inverse(std::span<const std::uint8_t> bytes);
+
+// Removes the stuffing of a frame: up to the third byte from the end a 16 (other than the very first
+// byte when keepFirst is set) is dropped and the byte behind it kept, whatever it is; the last two
+// bytes stay as they are. Fewer than 3 bytes raise the overflow error.
+std::vector<std::uint8_t> Supp16(std::span<const std::uint8_t> bytes, bool keepFirst);
+
+}  // namespace GpsBuffer
+
+}  // namespace marlune
