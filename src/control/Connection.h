@@ -1,0 +1,20 @@
+// Connecting and disconnecting: opens what the protocol code names and runs the family's
+// identification.
+#pragma once
+
+#include <string>
+
+#include "control/ControlState.h"
+
+namespace marlune {
+
+// Takes "GRM", "mgn;9600" and the like apart into the protocol code and the Magellan rate.
+void setGpsMark(ControlState& control, const std::string& value);
+
+bool connectReceiver(ControlState& control);
+void disconnectReceiver(ControlState& control);
+
+// As StopTransfert: only with protocol code "GRM".
+void stopTransfert(ControlState& control);
+
+}  // namespace marlune

@@ -1,0 +1,38 @@
+// Everything one control owns. Families (Families.h) take from it what their procedures need.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "garmin/GarminState.h"
+#include "host/ConnectionState.h"
+#include "host/Services.h"
+#include "serial/ComPort.h"
+#include "usb/UsbDevice.h"
+
+namespace marlune {
+
+struct ControlState {
+    ControlState(Host& hostOfControl, GpsControlEvents& eventsOfControl,
+                 std::unique_ptr<SerialPort> serialPort)
+        : host(hostOfControl),
+          trace(host.documentsFolder()),
+          services{host, eventsOfControl, trace},
+          port(host, std::move(serialPort)) {}
+
+    Host& host;
+    DebugTrace trace;
+    Services services;
+    ComPort port;
+    std::unique_ptr<UsbDevice> usb;
+
+    ConnectionState connection;
+    GarminState garmin;
+
+    std::int32_t magellanRate = 0;  // 0 means 4800
+    // What replaces every "," of an upload file's line before it is read.
+    std::string decimalSetting = ".";
+};
+
+}  // namespace marlune

@@ -1,0 +1,120 @@
+#include "control/Families.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "garmin/Downloads.h"
+#include "garmin/Identification.h"
+#include "garmin/RealTime.h"
+#include "garmin/Uploads.h"
+#include "garmin/link/SerialGarminLink.h"
+
+namespace marlune {
+namespace {
+
+// A Garmin link on the serial port, for the time of one service.
+struct SerialConnection {
+    explicit SerialConnection(ControlState& control)
+        : lease(control.port), link(control.services, lease) {}
+
+    PortLease lease;
+    SerialGarminLink link;
+};
+
+GarminDownloads garminDownloads(ControlState& control, GarminLink& link) {
+    return {control.services, link, control.connection, control.garmin};
+}
+
+GarminUploads garminUploads(ControlState& control, GarminLink& link) {
+    return {control.services, link, control.garmin};
+}
+
+GarminRealTime garminRealTime(ControlState& control, GarminLink& link) {
+    return {control.services, link, control.connection};
+}
+
+std::string garminProtocols(ControlState& control) {
+    return control.garmin.capabilities().getProtocoles();
+}
+
+const Family kGarminSerial = {
+    .matches =
+        [](const std::string& code) { return contains(code, "GRM") && !contains(code, "GRM_USB"); },
+    .identify =
+        [](ControlState& control) {
+            // Other codes with these letters take the same transfers but identify nothing.
+            if (control.connection.protocolCode != "GRM") {
+                return true;
+            }
+            SerialConnection serial(control);
+            return GarminIdentification(control.services, serial.link, control.connection,
+                                        control.garmin)
+                .grmGetAttributes();
+        },
+    .protocols = garminProtocols,
+    .getWaypts =
+        [](ControlState& control) {
+            SerialConnection serial(control);
+            return garminDownloads(control, serial.link).getWaypts();
+        },
+    .getTracks =
+        [](ControlState& control) {
+            SerialConnection serial(control);
+            return garminDownloads(control, serial.link).getTracks();
+        },
+    .GetRoutes =
+        [](ControlState& control) {
+            SerialConnection serial(control);
+            return garminDownloads(control, serial.link).GetRoutes();
+        },
+    .getProximites =
+        [](ControlState& control) {
+            SerialConnection serial(control);
+            return garminDownloads(control, serial.link).getProximites();
+        },
+    .SendWaypts =
+        [](ControlState& control) {
+            SerialConnection serial(control);
+            return garminUploads(control, serial.link).SendWaypts();
+        },
+    .SendRoutes =
+        [](ControlState& control) {
+            SerialConnection serial(control);
+            return garminUploads(control, serial.link).SendRoutes();
+        },
+    .SendTraces =
+        [](ControlState& control) {
+            SerialConnection serial(control);
+            return garminUploads(control, serial.link).SendTraces();
+        },
+    .StartPvtData =
+        [](ControlState& control) {
+            SerialConnection serial(control);
+            return garminRealTime(control, serial.link).StartPvtData();
+        },
+    .GetTime =
+        [](ControlState& control) {
+            SerialConnection serial(control);
+            return garminRealTime(control, serial.link).GetTime();
+        },
+    .getPosition =
+        [](ControlState& control) {
+            SerialConnection serial(control);
+            return garminRealTime(control, serial.link).getPosition();
+        },
+};
+
+const Family* const kFamilies[] = {&kGarminSerial};
+
+const Family kUnknown = {};
+
+}  // namespace
+
+const Family& familyOf(const std::string& protocolCode) {
+    const auto* const row =
+        std::find_if(std::begin(kFamilies), std::end(kFamilies),
+                     [&](const Family* each) { return each->matches(protocolCode); });
+    return row == std::end(kFamilies) ? kUnknown : **row;
+}
+
+}  // namespace marlune

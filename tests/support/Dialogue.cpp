@@ -1,0 +1,222 @@
+#include "support/Dialogue.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numeric>
+#include <sstream>
+
+#include "host/DebugTrace.h"
+#include "usb/UsbDevice.h"
+
+namespace marlune {
+namespace {
+
+std::string wireText(std::span<const std::uint8_t> bytes) {
+    const bool readable = std::all_of(bytes.begin(), bytes.end(), [](std::uint8_t byte) {
+        return (byte >= ' ' && byte < 127) || byte == '\r' || byte == '\n';
+    });
+    return "send" + (readable && !bytes.empty() && bytes[0] == '$'
+                         ? " " + std::string(bytes.begin(), bytes.end())
+                         : decimalDump(bytes));
+}
+
+const char* iconName(BoxIcon icon) {
+    switch (icon) {
+        case BoxIcon::critical:
+            return "critical";
+        case BoxIcon::exclamation:
+            return "exclamation";
+        case BoxIcon::information:
+            return "information";
+        case BoxIcon::none:
+            return "none";
+    }
+    return "?";
+}
+
+// What the device does with a script: each write, then the answers that follow it.
+std::vector<ScriptedPort::Turn> turnsOf(const Script& script) {
+    std::vector<ScriptedPort::Turn> turns;
+    for (const Step& step : script) {
+        if (step.kind == Step::Kind::sends) {
+            turns.push_back({.write = step.bytes});
+        } else if (step.kind == Step::Kind::answers) {
+            if (turns.empty()) {
+                turns.push_back({});
+            }
+            Bytes& answer = turns.back().answer;
+            answer.insert(answer.end(), step.bytes.begin(), step.bytes.end());
+        }
+    }
+    return turns;
+}
+
+std::vector<std::string> expectedLog(const Script& script) {
+    std::vector<std::string> log;
+    for (const Step& step : script) {
+        if (step.kind == Step::Kind::sends) {
+            log.push_back(wireText(step.bytes));
+        } else if (step.kind == Step::Kind::told) {
+            log.push_back(step.text);
+        }
+    }
+    return log;
+}
+
+Bytes toBytes(std::string_view text) { return {text.begin(), text.end()}; }
+
+}  // namespace
+
+Bytes garminFrame(std::uint8_t pid, const Bytes& data) {
+    Bytes plain = {pid, static_cast<std::uint8_t>(data.size())};
+    plain.insert(plain.end(), data.begin(), data.end());
+    plain.push_back(static_cast<std::uint8_t>(-std::accumulate(plain.begin(), plain.end(), 0)));
+    Bytes frame = {16};
+    for (const std::uint8_t byte : plain) {
+        frame.insert(frame.end(), byte == 16 ? 2 : 1, byte);
+    }
+    frame.insert(frame.end(), {16, 3});
+    return frame;
+}
+
+Step sends(std::uint8_t pid, const Bytes& data) {
+    return {Step::Kind::sends, garminFrame(pid, data), {}};
+}
+Step answers(std::uint8_t pid, const Bytes& data) {
+    return {Step::Kind::answers, garminFrame(pid, data), {}};
+}
+Step sendsText(std::string_view text) { return {Step::Kind::sends, toBytes(text), {}}; }
+Step answersText(std::string_view text) { return {Step::Kind::answers, toBytes(text), {}}; }
+Step answersBytes(const Bytes& bytes) { return {Step::Kind::answers, bytes, {}}; }
+Step event(const std::string& text) { return {Step::Kind::told, {}, text}; }
+Step box(BoxIcon icon, const std::string& text) {
+    return {Step::Kind::told, {}, std::string("box ") + iconName(icon) + ": " + text};
+}
+
+Script operator+(Script left, const Script& right) {
+    left.insert(left.end(), right.begin(), right.end());
+    return left;
+}
+
+void RecordedEvents::when(const std::string& name, int nth, std::function<void()> handler) {
+    handlers_.push_back({name, nth, std::move(handler)});
+}
+
+void RecordedEvents::raise(const std::string& name, const std::vector<std::string>& arguments) {
+    std::string text = name;
+    for (const std::string& argument : arguments) {
+        text += "|" + argument;
+    }
+    tell_(text);
+    std::vector<std::function<void()>> due;
+    for (Handler& handler : handlers_) {
+        if (handler.name == name && --handler.left == 0) {
+            due.push_back(handler.run);
+        }
+    }
+    for (const auto& run : due) {
+        run();
+    }
+}
+
+void RecordedEvents::StartDownload(const std::string& type, std::int16_t count,
+                                   const std::string& header) {
+    raise("StartDownload", {type, std::to_string(count), header});
+}
+void RecordedEvents::StartUpload(const std::string& type, std::int16_t count,
+                                 const std::string& header) {
+    raise("StartUpload", {type, std::to_string(count), header});
+}
+void RecordedEvents::EndDownload(const std::string& type) { raise("EndDownload", {type}); }
+void RecordedEvents::EndUpload(const std::string& type) { raise("EndUpload", {type}); }
+void RecordedEvents::GpsInfo(const std::string& text) { raise("GpsInfo", {text}); }
+void RecordedEvents::TrackData(std::int16_t number, const std::string& line,
+                               const std::string& sens) {
+    raise("TrackData", {std::to_string(number), line, sens});
+}
+void RecordedEvents::TrackHeader(std::int16_t number, const std::string& line,
+                                 const std::string& sens) {
+    raise("TrackHeader", {std::to_string(number), line, sens});
+}
+void RecordedEvents::WayptData(std::int16_t number, const std::string& line,
+                               const std::string& sens) {
+    raise("WayptData", {std::to_string(number), line, sens});
+}
+void RecordedEvents::RouteHeader(std::int16_t number, const std::string& line,
+                                 const std::string& sens) {
+    raise("RouteHeader", {std::to_string(number), line, sens});
+}
+void RecordedEvents::RouteData(std::int16_t number, const std::string& line,
+                               const std::string& sens) {
+    raise("RouteData", {std::to_string(number), line, sens});
+}
+void RecordedEvents::RouteLink(std::int16_t number, const std::string& line,
+                               const std::string& sens) {
+    raise("RouteLink", {std::to_string(number), line, sens});
+}
+void RecordedEvents::ProxData(std::int16_t number, const std::string& line,
+                              const std::string& sens) {
+    raise("ProxData", {std::to_string(number), line, sens});
+}
+void RecordedEvents::Startpvt(const std::string& header) { raise("Startpvt", {header}); }
+void RecordedEvents::PvtData(const std::string& line) { raise("PvtData", {line}); }
+void RecordedEvents::EndPvt() { raise("EndPvt", {}); }
+void RecordedEvents::PhraseNMEA(const std::string& sentence) { raise("PhraseNMEA", {sentence}); }
+
+Stage::Stage() : events([this](const std::string& text) { log_.push_back(text); }) {
+    host.onMessageBox = [this](const FakeHost::Box& shown) {
+        log_.push_back(std::string("box ") + iconName(shown.icon) + ": " + shown.text);
+    };
+    auto port = std::make_unique<ScriptedPort>(host);
+    port_ = port.get();
+    port->observer.write = [this](std::span<const std::uint8_t> bytes) {
+        log_.push_back(wireText(bytes));
+    };
+    control_ = std::make_unique<GpsControl>(host, events, std::move(port), nullptr);
+    control_->setNumPort(numPort::Comm1);
+}
+
+void Stage::play(const Script& script, const std::function<void()>& call) {
+    log_.clear();
+    port_->play(turnsOf(script));
+    call();
+    EXPECT_EQ(log_, expectedLog(script));
+}
+
+void Stage::connectGarmin(const std::string& tags) {
+    play(garminHandshake(tags), [this] { EXPECT_TRUE(control_->gpsConnect()); });
+}
+
+Script garminHandshake(const std::string& tags) {
+    return {sends(10, {0, 0}),
+            sends(254, {0}),
+            answers(6, {254, 0}),
+            answers(255, productData(77, 280, "eTrex")),
+            sends(6, {255, 0}),
+            answers(253, protocolArray(tags)),
+            sends(6, {253, 0})};
+}
+
+Bytes productData(std::uint16_t id, std::uint16_t version, std::string_view description) {
+    Bytes data = {static_cast<std::uint8_t>(id % 256), static_cast<std::uint8_t>(id / 256),
+                  static_cast<std::uint8_t>(version % 256),
+                  static_cast<std::uint8_t>(version / 256)};
+    data.insert(data.end(), description.begin(), description.end());
+    data.push_back(0);
+    return data;
+}
+
+Bytes protocolArray(const std::string& tags) {
+    Bytes array;
+    std::istringstream words(tags);
+    for (std::string tag; words >> tag;) {
+        const int number = std::stoi(tag.substr(1));
+        array.push_back(static_cast<std::uint8_t>(tag[0]));
+        array.push_back(static_cast<std::uint8_t>(number % 256));
+        array.push_back(static_cast<std::uint8_t>(number / 256));
+    }
+    return array;
+}
+
+}  // namespace marlune

@@ -1,0 +1,129 @@
+// Dialogues: what the control must send, what the device answers, and which events and boxes the
+// host sees, as one ordered list.
+//
+//     Stage stage;
+//     stage.play({sends(10, {7, 0}), answers(27, {1, 0}), sends(6, {27, 0}),
+//                 event("StartDownload|W|1|---- W;..."), answers(35, record), ...},
+//                [&] { stage.control().getWaypts(); });
+//
+// The list is compared whole: a missing, additional or misplaced step fails the test with both
+// lists. Packets are framed here by hand, not by the control's own code. A device that is not
+// given an answer is silent, and the fake clock moves on.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "marlune/GpsControl.h"
+#include "support/FakeHost.h"
+#include "support/ScriptedPort.h"
+
+namespace marlune {
+
+using Bytes = std::vector<std::uint8_t>;
+
+struct Step {
+    enum class Kind { sends, answers, told };
+    Kind kind;
+    Bytes bytes;       // on the wire
+    std::string text;  // of an event or box
+};
+using Script = std::vector<Step>;
+
+// The frame of a Garmin packet.
+Bytes garminFrame(std::uint8_t pid, const Bytes& data);
+
+// Garmin packets, in either direction.
+Step sends(std::uint8_t pid, const Bytes& data = {});
+Step answers(std::uint8_t pid, const Bytes& data = {});
+// Anything else on the wire.
+Step sendsText(std::string_view text);
+Step answersText(std::string_view text);
+Step answersBytes(const Bytes& bytes);
+
+// An event, its name and arguments joined by "|"; a box, as it is shown.
+Step event(const std::string& text);
+Step box(BoxIcon icon, const std::string& text);
+
+// Joins scripts.
+Script operator+(Script left, const Script& right);
+
+// Keeps every event as its text, and calls handlers that tests hang into them.
+class RecordedEvents : public GpsControlEvents {
+public:
+    using Tell = std::function<void(const std::string& text)>;
+    explicit RecordedEvents(Tell tell) : tell_(std::move(tell)) {}
+
+    // Calls `handler` inside the nth event of that name from now on.
+    void when(const std::string& name, int nth, std::function<void()> handler);
+
+    void StartDownload(const std::string& type, std::int16_t count,
+                       const std::string& header) override;
+    void StartUpload(const std::string& type, std::int16_t count,
+                     const std::string& header) override;
+    void EndDownload(const std::string& type) override;
+    void EndUpload(const std::string& type) override;
+    void GpsInfo(const std::string& text) override;
+    void TrackData(std::int16_t number, const std::string& line, const std::string& sens) override;
+    void TrackHeader(std::int16_t number, const std::string& line,
+                     const std::string& sens) override;
+    void WayptData(std::int16_t number, const std::string& line, const std::string& sens) override;
+    void RouteHeader(std::int16_t number, const std::string& line,
+                     const std::string& sens) override;
+    void RouteData(std::int16_t number, const std::string& line, const std::string& sens) override;
+    void RouteLink(std::int16_t number, const std::string& line, const std::string& sens) override;
+    void ProxData(std::int16_t number, const std::string& line, const std::string& sens) override;
+    void Startpvt(const std::string& header) override;
+    void PvtData(const std::string& line) override;
+    void EndPvt() override;
+    void PhraseNMEA(const std::string& sentence) override;
+
+private:
+    struct Handler {
+        std::string name;
+        int left;
+        std::function<void()> run;
+    };
+    void raise(const std::string& name, const std::vector<std::string>& arguments);
+
+    Tell tell_;
+    std::vector<Handler> handlers_;
+};
+
+// A control on a scripted port, with its fake host.
+class Stage {
+public:
+    Stage();
+
+    FakeHost host;
+    RecordedEvents events;
+
+    GpsControl& control() { return *control_; }
+    ScriptedPort& port() { return *port_; }
+    // Destroys the control, as a handler may.
+    void destroyControl() { control_.reset(); }
+
+    // Runs the call while the device plays its side, and compares what happened with the script.
+    void play(const Script& script, const std::function<void()>& call);
+
+    // Connects as a unit that announces these tags ("A100 D108"); what is exchanged is checked too.
+    void connectGarmin(const std::string& tags);
+
+private:
+    std::vector<std::string> log_;
+    ScriptedPort* port_;
+    std::unique_ptr<GpsControl> control_;
+};
+
+// A pending abort, the product request and its answers, up to the acknowledged protocol array.
+Script garminHandshake(const std::string& tags);
+// Product data: id, version in hundredths, description and its zero byte.
+Bytes productData(std::uint16_t id, std::uint16_t version, std::string_view description);
+// A protocol array of these tags.
+Bytes protocolArray(const std::string& tags);
+
+}  // namespace marlune
