@@ -198,8 +198,8 @@ void GarminDownloads::takeRouteHeader(std::int16_t numitem, Bytes data) {
     ++routeCounter_;
     Route route;
     route.GetAttributes(garmin_.capabilities().routeHeaderType, data);
-    if (route.numRte() == 0) {
-        route.numRte(routeCounter_);
+    if (route.numRte == 0) {
+        route.numRte = routeCounter_;
     }
     const std::string line = route.getIdent();
     garmin_.routes.push_back(std::move(route));

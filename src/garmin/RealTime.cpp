@@ -93,11 +93,10 @@ void GarminRealTime::takePvt(const LinkPacket& packet) {
                                   services_.host.dateText(services_.host.now()));
     }
     const char separator = services_.host.decimalSeparator();
-    const bool decoded =
-        pvt_.GetAttributes(packet.data, hasPoint_ ? 0 : kTrue, services_.trace, separator);
-    hasPoint_ = hasPoint_ || (decoded && pvt_.hasPoint());
-    if (hasPoint_) {
-        // Without a fix the line is that of the position before.
+    // The first line of a run starts a segment.
+    pvt_.GetAttributes(packet.data, pvt_.point ? 0 : kTrue, services_.trace, separator);
+    if (pvt_.point) {
+        // Without a fix this is the position before.
         services_.events.PvtData(pvt_.getIdent(separator));
     }
 }

@@ -32,8 +32,7 @@ private:
     GarminLink& link_;
     ConnectionState& state_;
     PvtData pvt_;
-    bool started_ = false;   // the first record came
-    bool hasPoint_ = false;  // a record gave a position
+    bool started_ = false;  // the first record came
 };
 
 }  // namespace marlune
