@@ -49,21 +49,21 @@ std::int32_t standardRate(double number) {
 
 void chooseLine(ControlState& control) {
     constexpr std::int32_t kDefaultRate = 4800;
-    const auto* const row =
-        std::find_if(std::begin(kLines), std::end(kLines), [&](const LineRow& each) {
-            return each.code == control.connection.protocolCode;
-        });
+    const auto* const row = std::find_if(
+        std::begin(kLines), std::end(kLines),
+        [&](const LineRow& each) { return each.code == control.connection.protocolCode; });
     if (row == std::end(kLines)) {
         return;  // an unknown code keeps the settings that were there
     }
     const std::int32_t rate = control.magellanRate == 0 ? kDefaultRate : control.magellanRate;
     const std::string rateText = row->rate.empty() ? std::to_string(rate) : std::string(row->rate);
     control.port.setLine(
-        "baud=" + rateText + " parity=n data=8 stop=" + std::to_string(row->stopBits),
-        row->queues);
+        "baud=" + rateText + " parity=n data=8 stop=" + std::to_string(row->stopBits), row->queues);
 }
 
-std::string present(ControlState& control) { return control.host.dateText(control.host.now()); }
+std::string present(ControlState& control) {
+    return control.host.dateText(control.host.now());
+}
 
 // The connection counts as opened whatever the outcome: the identification decides.
 void openSerial(ControlState& control) {

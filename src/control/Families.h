@@ -11,7 +11,8 @@ namespace marlune {
 // Runs a transfer; its result is the member's.
 using Service = bool (*)(ControlState&);
 
-// A member that a family does not offer stays null: it shows "Protocole non disponible pour ce GPS".
+// A member that a family does not offer stays null: it shows "Protocole non disponible pour ce
+// GPS".
 struct Family {
     bool (*matches)(const std::string& protocolCode) = nullptr;
     // Identifies the receiver on the opened connection; null when there is nothing to identify.

@@ -46,7 +46,9 @@ void GpsControl::SetDebug(const std::string& value) {
     impl_->trace.setDebug(on);
 }
 
-void GpsControl::SetGpsMark(const std::string& value) { setGpsMark(*impl_, value); }
+void GpsControl::SetGpsMark(const std::string& value) {
+    setGpsMark(*impl_, value);
+}
 
 bool GpsControl::StartPvtData() {
     const auto control = impl_;
@@ -107,7 +109,9 @@ std::string GpsControl::getPosition() {
     return procedure(*control);
 }
 
-void GpsControl::setNumPort(numPort n) { impl_->port.setNumber(static_cast<std::int32_t>(n)); }
+void GpsControl::setNumPort(numPort n) {
+    impl_->port.setNumber(static_cast<std::int32_t>(n));
+}
 
 void GpsControl::StopPvtData() {
     impl_->connection.realTimeRunning = false;

@@ -31,7 +31,8 @@ bool isAsked(const Transfer& transfer, const std::string& code) {
 
 // Whether the connected unit offers the protocol, as far as the family is asked.
 bool passesGate(ControlState& control, const Transfer& transfer) {
-    if (isAsked(transfer, control.connection.protocolCode) && (control.garmin.capabilities().*transfer.protocol).empty()) {
+    if (isAsked(transfer, control.connection.protocolCode) &&
+        (control.garmin.capabilities().*transfer.protocol).empty()) {
         showNotAvailable(control.host);
         return false;
     }
@@ -70,7 +71,9 @@ void showUploadError(Host& host, const char* text, const RunTimeError& error) {
 
 }  // namespace
 
-void showNotAvailable(Host& host) { host.messageBox(text::kNotAvailable, BoxIcon::critical); }
+void showNotAvailable(Host& host) {
+    host.messageBox(text::kNotAvailable, BoxIcon::critical);
+}
 
 bool runDownload(ControlState& control, const Transfer& transfer) {
     if (!passesGate(control, transfer)) {

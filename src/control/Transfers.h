@@ -1,5 +1,5 @@
-// What every transfer member does before its family's procedure runs: the capability gate, the trace
-// line, the emptied queues of a download, the upload file of an upload.
+// What every transfer member does before its family's procedure runs: the capability gate, the
+// trace line, the emptied queues of a download, the upload file of an upload.
 #pragma once
 
 #include <string>

@@ -140,15 +140,13 @@ bool GarminDownloads::goesOn(const Kind& kind, const LinkPacket& packet) {
     return kind.listensOn;
 }
 
-void GarminDownloads::takeRecord(const Kind& kind, std::int16_t numitem,
-                                 const LinkPacket& packet) {
+void GarminDownloads::takeRecord(const Kind& kind, std::int16_t numitem, const LinkPacket& packet) {
     if (packet.pid == 0) {
         return;
     }
-    const auto* const rule =
-        std::find_if(kind.rules.begin(), kind.rules.end(), [&](const RecordRule& each) {
-            return each.take != nullptr && each.pid == packet.pid;
-        });
+    const auto* const rule = std::find_if(
+        kind.rules.begin(), kind.rules.end(),
+        [&](const RecordRule& each) { return each.take != nullptr && each.pid == packet.pid; });
     if (rule == kind.rules.end()) {
         // Neither acknowledged nor told to the host, and the pass is used up.
         services_.trace.traceLine("Paquet inconnu: pid = " + std::to_string(packet.pid));

@@ -53,7 +53,8 @@ public:
     // softwareVersion is in hundredths. False when not even that helped.
     bool GetCapability(std::uint16_t productId, std::uint16_t softwareVersion, DebugTrace& trace);
 
-    // Puts every tag into its field, in order: a later tag of the same role replaces an earlier one.
+    // Puts every tag into its field, in order: a later tag of the same role replaces an earlier
+    // one.
     void Decoder();
 
     // The tags, separated by one blank.

@@ -17,7 +17,9 @@ constexpr std::array<std::uint8_t, 1> kZero = {0};
 constexpr std::array<std::uint8_t, 0> kNothing = {};
 
 // A record of one byte is what an unknown type encodes to; it is not sent.
-bool isSingle(const std::vector<std::uint8_t>& record) { return record.size() == 1; }
+bool isSingle(const std::vector<std::uint8_t>& record) {
+    return record.size() == 1;
+}
 
 }  // namespace
 

@@ -128,8 +128,7 @@ TEST_F(LinkTest, ReadsFramesToTheirTrueEnd) {
         {16, 3},            // an end pair among the data
         {16, 3, 16, 3, 5},  // several
         {5, 16, 3},         // and right before the checksum
-        {3, 3, 3},
-        {},
+        {3, 3, 3},         {},
     };
     for (const Bytes& body : bodies) {
         const Bytes frame = garminFrame(35, body);

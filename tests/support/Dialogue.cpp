@@ -64,19 +64,24 @@ std::vector<std::string> expectedLog(const Script& script) {
     return log;
 }
 
-Bytes toBytes(std::string_view text) { return {text.begin(), text.end()}; }
+Bytes toBytes(std::string_view text) {
+    return {text.begin(), text.end()};
+}
 
 }  // namespace
 
 Bytes garminFrame(std::uint8_t pid, const Bytes& data) {
-    Bytes plain = {pid, static_cast<std::uint8_t>(data.size())};
+    Bytes plain;
+    plain.push_back(pid);
+    plain.push_back(static_cast<std::uint8_t>(data.size()));
     plain.insert(plain.end(), data.begin(), data.end());
     plain.push_back(static_cast<std::uint8_t>(-std::accumulate(plain.begin(), plain.end(), 0)));
     Bytes frame = {16};
     for (const std::uint8_t byte : plain) {
         frame.insert(frame.end(), byte == 16 ? 2 : 1, byte);
     }
-    frame.insert(frame.end(), {16, 3});
+    frame.push_back(16);
+    frame.push_back(3);
     return frame;
 }
 
@@ -86,10 +91,18 @@ Step sends(std::uint8_t pid, const Bytes& data) {
 Step answers(std::uint8_t pid, const Bytes& data) {
     return {Step::Kind::answers, garminFrame(pid, data), {}};
 }
-Step sendsText(std::string_view text) { return {Step::Kind::sends, toBytes(text), {}}; }
-Step answersText(std::string_view text) { return {Step::Kind::answers, toBytes(text), {}}; }
-Step answersBytes(const Bytes& bytes) { return {Step::Kind::answers, bytes, {}}; }
-Step event(const std::string& text) { return {Step::Kind::told, {}, text}; }
+Step sendsText(std::string_view text) {
+    return {Step::Kind::sends, toBytes(text), {}};
+}
+Step answersText(std::string_view text) {
+    return {Step::Kind::answers, toBytes(text), {}};
+}
+Step answersBytes(const Bytes& bytes) {
+    return {Step::Kind::answers, bytes, {}};
+}
+Step event(const std::string& text) {
+    return {Step::Kind::told, {}, text};
+}
 Step box(BoxIcon icon, const std::string& text) {
     return {Step::Kind::told, {}, std::string("box ") + iconName(icon) + ": " + text};
 }
@@ -128,9 +141,15 @@ void RecordedEvents::StartUpload(const std::string& type, std::int16_t count,
                                  const std::string& header) {
     raise("StartUpload", {type, std::to_string(count), header});
 }
-void RecordedEvents::EndDownload(const std::string& type) { raise("EndDownload", {type}); }
-void RecordedEvents::EndUpload(const std::string& type) { raise("EndUpload", {type}); }
-void RecordedEvents::GpsInfo(const std::string& text) { raise("GpsInfo", {text}); }
+void RecordedEvents::EndDownload(const std::string& type) {
+    raise("EndDownload", {type});
+}
+void RecordedEvents::EndUpload(const std::string& type) {
+    raise("EndUpload", {type});
+}
+void RecordedEvents::GpsInfo(const std::string& text) {
+    raise("GpsInfo", {text});
+}
 void RecordedEvents::TrackData(std::int16_t number, const std::string& line,
                                const std::string& sens) {
     raise("TrackData", {std::to_string(number), line, sens});
@@ -159,10 +178,18 @@ void RecordedEvents::ProxData(std::int16_t number, const std::string& line,
                               const std::string& sens) {
     raise("ProxData", {std::to_string(number), line, sens});
 }
-void RecordedEvents::Startpvt(const std::string& header) { raise("Startpvt", {header}); }
-void RecordedEvents::PvtData(const std::string& line) { raise("PvtData", {line}); }
-void RecordedEvents::EndPvt() { raise("EndPvt", {}); }
-void RecordedEvents::PhraseNMEA(const std::string& sentence) { raise("PhraseNMEA", {sentence}); }
+void RecordedEvents::Startpvt(const std::string& header) {
+    raise("Startpvt", {header});
+}
+void RecordedEvents::PvtData(const std::string& line) {
+    raise("PvtData", {line});
+}
+void RecordedEvents::EndPvt() {
+    raise("EndPvt", {});
+}
+void RecordedEvents::PhraseNMEA(const std::string& sentence) {
+    raise("PhraseNMEA", {sentence});
+}
 
 Stage::Stage() : events([this](const std::string& text) { log_.push_back(text); }) {
     host.onMessageBox = [this](const FakeHost::Box& shown) {
@@ -189,19 +216,18 @@ void Stage::connectGarmin(const std::string& tags) {
 }
 
 Script garminHandshake(const std::string& tags) {
-    return {sends(10, {0, 0}),
-            sends(254, {0}),
-            answers(6, {254, 0}),
-            answers(255, productData(77, 280, "eTrex")),
-            sends(6, {255, 0}),
-            answers(253, protocolArray(tags)),
+    return {sends(10, {0, 0}),    sends(254, {0}),
+            answers(6, {254, 0}), answers(255, productData(77, 280, "eTrex")),
+            sends(6, {255, 0}),   answers(253, protocolArray(tags)),
             sends(6, {253, 0})};
 }
 
 Bytes productData(std::uint16_t id, std::uint16_t version, std::string_view description) {
-    Bytes data = {static_cast<std::uint8_t>(id % 256), static_cast<std::uint8_t>(id / 256),
-                  static_cast<std::uint8_t>(version % 256),
-                  static_cast<std::uint8_t>(version / 256)};
+    Bytes data;
+    for (const std::uint16_t word : {id, version}) {
+        data.push_back(static_cast<std::uint8_t>(word % 256));
+        data.push_back(static_cast<std::uint8_t>(word / 256));
+    }
     data.insert(data.end(), description.begin(), description.end());
     data.push_back(0);
     return data;

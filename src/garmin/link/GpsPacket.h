@@ -4,8 +4,8 @@
 //   16     1 byte     1     size      1         16 3
 //
 // The checksum makes all bytes from packet id through checksum add to 0 modulo 256. Every 16 among
-// packet id, size, data and checksum is followed by a second 16 ("stuffing"); start and end are not.
-// The format is the basic link protocol L000 of Garmin's device interface document.
+// packet id, size, data and checksum is followed by a second 16 ("stuffing"); start and end are
+// not. The format is the basic link protocol L000 of Garmin's device interface document.
 #pragma once
 
 #include <cstdint>
@@ -49,9 +49,9 @@ namespace GpsBuffer {
 // The bytes in reverse order.
 std::vector<std::uint8_t> Inverse(std::span<const std::uint8_t> bytes);
 
-// Removes the stuffing of a frame: up to the third byte from the end a 16 (other than the very first
-// byte when keepFirst is set) is dropped and the byte behind it kept, whatever it is; the last two
-// bytes stay as they are. Fewer than 3 bytes raise the overflow error.
+// Removes the stuffing of a frame: up to the third byte from the end a 16 (other than the very
+// first byte when keepFirst is set) is dropped and the byte behind it kept, whatever it is; the
+// last two bytes stay as they are. Fewer than 3 bytes raise the overflow error.
 std::vector<std::uint8_t> Supp16(std::span<const std::uint8_t> bytes, bool keepFirst);
 
 }  // namespace GpsBuffer

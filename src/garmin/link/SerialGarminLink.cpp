@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::uint8_t kAck = 6;
 
-// Stands for what was no frame: packet id 1, no data. Its checksum is wrong, and nobody looks at it.
+// Stands for what was no frame: packet id 1, no data. Its checksum is wrong, and nobody looks at
+// it.
 constexpr std::array<std::uint8_t, 6> kSubstituteFrame = {16, 1, 0, 254, 16, 3};
 
 std::vector<std::uint8_t> substituteFrame() {
@@ -71,7 +72,9 @@ private:
 };
 
 // The longest frame that a size byte allows, every byte behind the start stuffed.
-std::size_t longestFrame(std::uint8_t size) { return 9 + 2 * std::size_t{size}; }
+std::size_t longestFrame(std::uint8_t size) {
+    return 9 + 2 * std::size_t{size};
+}
 
 }  // namespace
 

@@ -1,0 +1,149 @@
+// The control as a host sees it: marks, ports, connecting, what unknown families answer.
+#include <gtest/gtest.h>
+
+#include "host/Services.h"
+#include "support/Dialogue.h"
+
+namespace marlune {
+namespace {
+
+const Step kNotAvailable = box(BoxIcon::critical, "Protocole non disponible pour ce GPS");
+const Step kNoAnswer = box(BoxIcon::critical, "GPS éteint ou mal connecté");
+
+std::string settingsFor(const std::string& mark) {
+    Stage stage;
+    stage.control().SetGpsMark(mark);
+    stage.control().gpsConnect();
+    return stage.port().openings.empty() ? "not opened" : stage.port().openings[0].settings;
+}
+
+TEST(Mark, ChoosesTheFamilyAndTheMagellanRate) {
+    const auto magellan = [](const std::string& rate) {
+        return "baud=" + rate + " parity=n data=8 stop=1";
+    };
+    EXPECT_EQ(settingsFor("grm"), "baud=9600 parity=n data=8 stop=1");
+    EXPECT_EQ(settingsFor("MLR"), "baud=4800 parity=n data=8 stop=2");
+    const struct {
+        const char* mark;
+        const char* rate;
+    } rates[] = {
+        {"MGN", "4800"},
+        {"mgn;9600", "9600"},
+        {"MGN;19200.9", "19200"},
+        {"MGN;1000", "4800"},
+        {"MGN;-9600", "4800"},
+        {"MGN;", "4800"},
+        {"MGN;abc", "4800"},
+        {"MGN;1e99", "4800"},
+        {"MGN;38400;9600", "38400"},
+        {"MGN;99999999999", "4800"},
+    };
+    for (const auto& each : rates) {
+        EXPECT_EQ(settingsFor(each.mark), magellan(each.rate)) << each.mark;
+    }
+}
+
+TEST(Mark, ForgetsTheRateWhenItIsGivenAgainWithout) {
+    Stage stage;
+    stage.control().SetGpsMark("MGN;9600");
+    stage.control().SetGpsMark("MGN");
+    stage.control().gpsConnect();
+    EXPECT_EQ(stage.port().openings.at(0).settings, "baud=4800 parity=n data=8 stop=1");
+}
+
+TEST(Control, AnUnknownFamilyConnectsAndOffersNothing) {
+    Stage stage;
+    stage.control().SetGpsMark("XYZ");
+    EXPECT_TRUE(stage.control().gpsConnect());
+    stage.play({kNotAvailable, kNotAvailable, kNotAvailable,
+                box(BoxIcon::exclamation, "Protocole non supporté par ce GPS"), kNotAvailable,
+                kNotAvailable, kNotAvailable},
+               [&] {
+                   EXPECT_FALSE(stage.control().getWaypts());
+                   EXPECT_FALSE(stage.control().getTracks());
+                   EXPECT_FALSE(stage.control().GetRoutes());
+                   EXPECT_FALSE(stage.control().getProximites());
+                   EXPECT_FALSE(stage.control().StartPvtData());
+                   EXPECT_EQ(stage.control().GetTime(), 0);
+                   EXPECT_EQ(stage.control().getPosition(), "");
+                   stage.control().StopPvtData();
+                   stage.control().StopTransfert();
+               });
+    EXPECT_EQ(stage.control().getProtocoles(), "");
+    EXPECT_EQ(stage.control().getIdent(), "Marlune Version 1.0.0 -  GPSId:  Version:  - ");
+}
+
+TEST(Control, TellsAPortThatDoesNotOpenAndStillTriesToIdentify) {
+    Stage stage;
+    stage.host.ports[1] = "";
+    stage.port().openError = 2;  // no such file
+    stage.play({box(BoxIcon::critical, systemErrorText(2)),
+                box(BoxIcon::critical, "Connexion Impossible"), kNoAnswer},
+               [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+    // The next attempt works.
+    stage.port().openError = 0;
+    stage.connectGarmin("A100 D108");
+}
+
+TEST(Control, ReportsSettingsThatDoNotApply) {
+    Stage stage;
+    stage.port().settingsError = 22;
+    Script script = {box(BoxIcon::critical, "Connexion Impossible")};
+    script.push_back(kNoAnswer);
+    stage.play(script, [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+}
+
+TEST(Control, ConnectsAgainWithoutDisconnecting) {
+    Stage stage;
+    stage.connectGarmin("A100 D108");
+    stage.connectGarmin("A100 D100");
+    EXPECT_EQ(stage.control().getProtocoles(), "A100 D100");
+    EXPECT_EQ(stage.port().closings, 1);
+}
+
+TEST(Control, EmptiesTheTraceAtEveryConnection) {
+    Stage stage;
+    stage.host.createTraceFolder();
+    stage.control().SetDebug("ON");
+    stage.connectGarmin("A100 D108");
+    stage.control().gpsDisconnect();
+    EXPECT_NE(stage.host.traceText().find("A100 D108"), std::string::npos);
+    stage.connectGarmin("A100 D100");
+    EXPECT_EQ(stage.host.traceText().find("A100 D108"), std::string::npos);
+}
+
+TEST(Control, SwitchesDebuggingByExactlyOneWord) {
+    for (const auto& [value, on] : {std::pair{"ON", true},
+                                    {"oN", true},
+                                    {"ONE", false},
+                                    {"", false},
+                                    {"1", false},
+                                    {"OFF", false}}) {
+        Stage stage;
+        stage.host.createTraceFolder();
+        stage.control().SetDebug(value);
+        stage.control().gpsConnect();
+        EXPECT_EQ(!stage.host.traceText().empty(), on) << value;
+    }
+}
+
+TEST(Control, NeverReportsSuccessOfEmptyingTheQueues) {
+    Stage stage;
+    stage.connectGarmin("A100 D108");
+    const int purges = stage.port().purges;
+    EXPECT_FALSE(stage.control().ResetComBuffers());
+    EXPECT_EQ(stage.port().purges, purges + 1);
+}
+
+TEST(Control, ClosesWhatItOpened) {
+    Stage stage;
+    stage.connectGarmin("A100 D108");
+    ScriptedPort& port = stage.port();
+    stage.control().gpsDisconnect();
+    EXPECT_FALSE(port.isOpen());
+    stage.control().gpsDisconnect();
+    EXPECT_EQ(port.closings, 1);
+}
+
+}  // namespace
+}  // namespace marlune

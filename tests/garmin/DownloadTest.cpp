@@ -1,0 +1,303 @@
+// Downloads over a serial line, played from the first command to the last event.
+#include <gtest/gtest.h>
+
+#include "garmin/GarminRecords.h"
+
+namespace marlune {
+namespace {
+
+const std::string kTags = "A100 D100 A200 D201 A300 D300 A400 D400";
+const std::string kWaypointsHeader =
+    "---- W;id;lat;lon;comment;altitude;symbole;display opt. ------";
+const std::string kTracksHeader = "--- T;lat;lon;heure;altitude;debut -----";
+
+class DownloadTest : public testing::Test, protected Stage {
+protected:
+    void getWaypts(const Script& script) {
+        play(script, [this] { EXPECT_FALSE(control().getWaypts()); });
+    }
+    void getTracks(const Script& script) {
+        play(script, [this] { EXPECT_FALSE(control().getTracks()); });
+    }
+    void GetRoutes(const Script& script) {
+        play(script, [this] { EXPECT_FALSE(control().GetRoutes()); });
+    }
+    void getProximites(const Script& script) {
+        play(script, [this] { EXPECT_FALSE(control().getProximites()); });
+    }
+    // The opening of a waypoint download of so many records.
+    static Script opening(std::uint8_t count) {
+        return {sends(10, {7, 0}), answers(6, {10, 0}), answers(27, {count, 0}), acks(27),
+                event("StartDownload|W|" + std::to_string(count) + "|" + kWaypointsHeader)};
+    }
+    static Script waypoint(int number, const std::string& ident) {
+        return {answers(35, d100(ident)),
+                event("WayptData|" + std::to_string(number) + "|" + d100Line(ident) + "|D"),
+                acks(35)};
+    }
+    static Script complete() { return {answers(12, {7, 0}), acks(12), event("EndDownload|W")}; }
+};
+
+const Step kWaypointsInterrupted = box(BoxIcon::information, "Transfert Interrompu");
+
+TEST_F(DownloadTest, HandsOverWaypointsOneByOne) {
+    connectGarmin(kTags);
+    getWaypts(opening(2) + waypoint(1, "PT1") + waypoint(2, "PT2") + complete());
+    // And once more: the line is emptied first, so what was left over does no harm.
+    port().arrive(garminFrame(12, {}));
+    getWaypts(opening(1) + waypoint(1, "PT3") + complete());
+}
+
+TEST_F(DownloadTest, SkipsAtMostFivePacketsInFrontOfTheCount) {
+    connectGarmin(kTags);
+    Script script = {sends(10, {7, 0})};
+    script.insert(script.end(), 5, answers(6, {10, 0}));
+    getWaypts(
+        script +
+        Script{answers(27, {1, 0}), acks(27), event("StartDownload|W|1|" + kWaypointsHeader)} +
+        waypoint(1, "PT1") + complete());
+    script.push_back(answers(255));
+    getWaypts(script + Script{answers(27, {1, 0}), protocolError(255)});
+}
+
+TEST_F(DownloadTest, IsRefusedOrNotAnswered) {
+    connectGarmin(kTags);
+    getWaypts({sends(10, {7, 0}), answers(21, {10, 0}), answers(27, {1, 0}), protocolError(21)});
+    const double before = host.elapsed();
+    getWaypts({sends(10, {7, 0}), protocolError(0)});
+    EXPECT_NEAR(host.elapsed() - before, 6 * 1.1, 1e-6) << "six receives in all";
+}
+
+TEST_F(DownloadTest, TellsThatNothingIsThere) {
+    connectGarmin(kTags);
+    const Step count = answers(27, {0, 0});
+    getWaypts({sends(10, {7, 0}), count, acks(27),
+               box(BoxIcon::information, "Aucun Waypoint dans ce Gps")});
+    getTracks({sends(10, {6, 0}), count, acks(27),
+               box(BoxIcon::information, "Aucune trace dans ce GPS")});
+    GetRoutes({sends(10, {4, 0}), count, acks(27),
+               box(BoxIcon::information, "Aucune route dans ce Gps")});
+}
+
+TEST_F(DownloadTest, UnknownPacketsUseUpPasses) {
+    connectGarmin(kTags);
+    host.createTraceFolder();
+    control().SetDebug("ON");
+    // Three passes for two records: the unknown packet takes one, so the end is not read.
+    getWaypts(opening(2) + waypoint(1, "PT1") + Script{answers(34, d300(false))} +
+              waypoint(3, "PT2") + Script{answers(12, {7, 0}), event("EndDownload|W")});
+}
+
+TEST_F(DownloadTest, WaypointsGoOnListeningThroughSilence) {
+    connectGarmin(kTags);
+    getWaypts(opening(2) + Script{kWaypointsInterrupted, kWaypointsInterrupted,
+                                  kWaypointsInterrupted, event("EndDownload|W")});
+    // A late record is still taken.
+    events.when("StartDownload", 1, [this] { port().arrive(garminFrame(35, d100("LATE")), 9.0); });
+    getWaypts({sends(10, {7, 0}), answers(27, {8, 0}), acks(27),
+               event("StartDownload|W|8|" + kWaypointsHeader), kWaypointsInterrupted,
+               kWaypointsInterrupted, kWaypointsInterrupted, kWaypointsInterrupted,
+               kWaypointsInterrupted, kWaypointsInterrupted, kWaypointsInterrupted,
+               kWaypointsInterrupted, event("WayptData|9|" + d100Line("LATE") + "|D"), acks(35),
+               event("EndDownload|W")});
+}
+
+TEST_F(DownloadTest, TracksAndRoutesEndAtTheFirstSilence) {
+    connectGarmin(kTags);
+    getTracks({sends(10, {6, 0}), answers(27, {2, 0}), acks(27),
+               event("StartDownload|T|2|" + kTracksHeader),
+               box(BoxIcon::information, "Transfert interrompu"), event("EndDownload|T")});
+    GetRoutes({sends(10, {4, 0}), answers(27, {2, 0}), acks(27),
+               event("StartDownload|R|2|-------- Routes --------"),
+               box(BoxIcon::information, "Transfert Interrompu"), event("EndDownload|R")});
+}
+
+TEST_F(DownloadTest, ARecordThatCannotBeReadIsAcknowledgedWithoutAnEvent) {
+    connectGarmin("A100 D103");
+    Bytes badSymbol(60, ' ');
+    badSymbol[58] = 16;
+    getWaypts(opening(3) +
+              Script{answers(35, badSymbol), acks(35), answers(35, {1, 2, 3}), acks(35),
+                     answers(35), acks(35)} +
+              complete());
+}
+
+TEST_F(DownloadTest, AcceptsAWrongChecksumAndReadsAnOverlongRecord) {
+    connectGarmin(kTags);
+    Bytes wrong = garminFrame(35, d100("PT1"));
+    ++wrong[wrong.size() - 3];
+    Bytes longer = d100("PT2");
+    longer.resize(200, 'x');
+    getWaypts(opening(2) +
+              Script{answersBytes(wrong), event("WayptData|1|" + d100Line("PT1") + "|D"), acks(35),
+                     answers(35, longer), event("WayptData|2|" + d100Line("PT2") + "|D"),
+                     acks(35)} +
+              complete());
+}
+
+TEST_F(DownloadTest, ACountAbove32767MakesNoPass) {
+    connectGarmin(kTags);
+    getWaypts({sends(10, {7, 0}), answers(27, {0xFF, 0xFF}), acks(27),
+               event("StartDownload|W|-1|" + kWaypointsHeader), event("EndDownload|W")});
+}
+
+TEST_F(DownloadTest, TracksCarryHeadersAndSkipPointsWithoutPosition) {
+    connectGarmin("A301 D310 D300");
+    getTracks({sends(10, {6, 0}), answers(27, {4, 0}), acks(27),
+               event("StartDownload|T|4|" + kTracksHeader),
+               answers(99, join({{1, 5}, text0("C\xF4te")})), event("TrackHeader|1|N;Côte|D"),
+               acks(99), answers(34, d300(true)), event("TrackData|2|" + kD300Line + "-1|D"),
+               acks(34), answers(34, d300WithoutPosition()), acks(34), answers(34, d300(false)),
+               event("TrackData|4|" + kD300Line + "0|D"), acks(34), answers(12, {6, 0}), acks(12),
+               event("EndDownload|T")});
+}
+
+TEST_F(DownloadTest, RoutesNumberHeadersPointsAndLinksTogether) {
+    connectGarmin("A100 D100 A201 D202 D210");
+    const Bytes link = join({{255, 0}, Bytes(18, 0), text0("LNK")});
+    GetRoutes({sends(10, {4, 0}),
+               answers(27, {5, 0}),
+               acks(27),
+               event("StartDownload|R|5|-------- Routes --------"),
+               answers(29, text0("ALPES")),
+               event("RouteHeader|1|R;1;ALPES|D"),
+               acks(29),
+               answers(30, d100("PT1")),
+               event("RouteData|2|" + d100Line("PT1") + "|D"),
+               acks(30),
+               answers(98, link),
+               event("RouteLink|3|L;RteLink LNK|D"),
+               acks(98),
+               answers(30, d100("PT2")),
+               event("RouteData|4|" + d100Line("PT2") + "|D"),
+               acks(30),
+               answers(29, text0("JURA")),
+               event("RouteHeader|5|R;2;JURA|D"),
+               acks(29),
+               answers(12, {4, 0}),
+               acks(12),
+               event("EndDownload|R")});
+}
+
+TEST_F(DownloadTest, RoutePointsHaveATypeOfTheirOwn) {
+    connectGarmin("A100 D108 D106 A200 D201");
+    // D106: position at 14, symbol at 22, ident at 24.
+    const Bytes point = join({Bytes(14, 0), k45, k45, {10, 0}, text0("WPT"), text0("LINK")});
+    GetRoutes({sends(10, {4, 0}), answers(27, {2, 0}), acks(27),
+               event("StartDownload|R|2|-------- Routes --------"),
+               answers(29, join({{3}, padded(std::string("A") + '\0', 20)})),
+               event("RouteHeader|1|R;3;A|D"), acks(29), answers(30, point),
+               event("RouteData|2|W;WPT;45;45;;0;10;0|D"), acks(30), answers(12), acks(12),
+               event("EndDownload|R")});
+}
+
+TEST_F(DownloadTest, ProximitiesHaveTheirOwnWay) {
+    connectGarmin(kTags);
+    const Script start = {sends(10, {3, 0}), answers(6, {10, 0}), answers(27, {2, 0}), acks(27),
+                          event("StartDownload|P|2|--- Proximites ------")};
+    const Script first = {answers(19, d100("PX1")), event("ProxData|1|" + d100Line("PX1") + "|D"),
+                          acks(19)};
+    const Script second = {answers(19, d100("PX2")), event("ProxData|2|" + d100Line("PX2") + "|D"),
+                           acks(19)};
+    const Step end = event("EndDownload|P");
+    // All came: transfer complete is left unread.
+    getProximites(start + first + second + Script{answers(12, {3, 0}), end});
+    port().purge();
+    // It came early: told, not acknowledged.
+    getProximites(start + first +
+                  Script{answers(12), box(BoxIcon::information, "Transfert terminé"), end});
+    getProximites(start + first + Script{answers(35, d100("X")), protocolError(35), end});
+    getProximites(start + Script{protocolError(0), end});
+    getProximites({sends(10, {3, 0}), answers(21), protocolError(21)});
+    getProximites(
+        {sends(10, {3, 0}), answers(6), answers(6), answers(27, {1, 0}), protocolError(6)});
+    port().purge();
+    getProximites({sends(10, {3, 0}), answers(6), answers(27, {0, 0}), acks(27),
+                   event("StartDownload|P|0|--- Proximites ------"), end});
+}
+
+TEST_F(DownloadTest, ProximitiesDoNotEmptyTheLineFirst) {
+    connectGarmin(kTags);
+    const int purges = port().purges;
+    getProximites({sends(10, {3, 0}), answers(21), protocolError(21)});
+    EXPECT_EQ(port().purges, purges);
+    getWaypts({sends(10, {7, 0}), answers(21), protocolError(21)});
+    EXPECT_GT(port().purges, purges);
+}
+
+TEST_F(DownloadTest, GatesWhatTheUnitDoesNotOffer) {
+    connectGarmin("L001 D100 D300");
+    const Step notAvailable = box(BoxIcon::critical, "Protocole non disponible pour ce GPS");
+    const int purges = port().purges;
+    getWaypts({notAvailable});
+    getTracks({notAvailable});
+    GetRoutes({notAvailable});
+    getProximites({box(BoxIcon::exclamation, "Protocole non supporté par ce GPS")});
+    EXPECT_EQ(port().purges, purges) << "the gate stands in front of everything";
+}
+
+TEST_F(DownloadTest, StopsAfterTheRecordInHand) {
+    connectGarmin(kTags);
+    events.when("WayptData", 1, [this] { control().StopTransfert(); });
+    getWaypts(opening(3) + Script{answers(35, d100("PT1")),
+                                  event("WayptData|1|" + d100Line("PT1") + "|D"), sends(10, {0, 0}),
+                                  acks(35), event("EndDownload|W")});
+    getWaypts(opening(1) + waypoint(1, "PT2") + complete());
+}
+
+TEST_F(DownloadTest, EndsWithoutAWordWhenTheHostRequestsAStop) {
+    connectGarmin(kTags);
+    events.when("WayptData", 1, [this] { host.stop = true; });
+    getWaypts(opening(3) + Script{answers(35, d100("PT1")),
+                                  event("WayptData|1|" + d100Line("PT1") + "|D"), acks(35),
+                                  event("EndDownload|W")});
+    host.stop = false;
+    // The unit still believes in the transfer: disconnecting aborts it.
+    play({sends(10, {0, 0})}, [this] { control().gpsDisconnect(); });
+}
+
+TEST_F(DownloadTest, AHandlerMayDisconnectOrReconnectOrDestroy) {
+    connectGarmin(kTags);
+    const Script untilFirst = opening(3) + Script{answers(35, d100("PT1")),
+                                                  event("WayptData|1|" + d100Line("PT1") + "|D")};
+    // Nothing is written on a connection that was closed, and not on the next one either.
+    events.when("WayptData", 1, [this] { control().gpsDisconnect(); });
+    getWaypts(untilFirst + Script{sends(10, {0, 0}), event("EndDownload|W")});
+
+    connectGarmin(kTags);
+    events.when("WayptData", 1, [this] {
+        control().gpsDisconnect();
+        EXPECT_TRUE(control().gpsConnect());
+    });
+    getWaypts(untilFirst + Script{sends(10, {0, 0})} + garminHandshake(kTags) +
+              Script{event("EndDownload|W")});
+    getWaypts(opening(1) + waypoint(1, "PT1") + complete());
+
+    events.when("WayptData", 1, [this] { destroyControl(); });
+    play(untilFirst + Script{event("EndDownload|W")}, [this] { control().getWaypts(); });
+}
+
+TEST_F(DownloadTest, AHandlerMayStartAnotherTransfer) {
+    connectGarmin(kTags);
+    events.when("WayptData", 1, [this] { control().getWaypts(); });
+    getWaypts(opening(2) +
+              Script{answers(35, d100("PT1")), event("WayptData|1|" + d100Line("PT1") + "|D")} +
+              opening(1) + waypoint(1, "IN") + complete() + Script{acks(35)} + waypoint(2, "PT2") +
+              complete());
+}
+
+TEST_F(DownloadTest, AnUnpluggedLineEndsTheDownloadAtOnce) {
+    connectGarmin(kTags);
+    const double before = host.elapsed();
+    events.when("WayptData", 1, [this] { port().unplug(); });
+    getTracks({sends(10, {6, 0}), answers(27, {2, 0}), acks(27),
+               event("StartDownload|T|2|" + kTracksHeader),
+               box(BoxIcon::information, "Transfert interrompu"), event("EndDownload|T")});
+    getWaypts(opening(2) +
+              Script{answers(35, d100("PT1")), event("WayptData|1|" + d100Line("PT1") + "|D"),
+                     kWaypointsInterrupted, kWaypointsInterrupted, event("EndDownload|W")});
+    EXPECT_LT(host.elapsed() - before, 1.5);
+}
+
+}  // namespace
+}  // namespace marlune

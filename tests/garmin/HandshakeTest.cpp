@@ -1,0 +1,155 @@
+// Connecting and identifying a Garmin unit on a serial line.
+#include <gtest/gtest.h>
+
+#include "garmin/GarminState.h"
+#include "garmin/Identification.h"
+#include "garmin/link/SerialGarminLink.h"
+#include "support/Dialogue.h"
+
+namespace marlune {
+namespace {
+
+const Step kNotIdentified = box(BoxIcon::critical, "GPS éteint ou mal connecté");
+
+TEST(Handshake, IdentifiesAUnitThatAnnouncesItsProtocols) {
+    Stage stage;
+    stage.connectGarmin("P000 L001 A010 A100 D108");
+    EXPECT_EQ(stage.control().getIdent(),
+              "Marlune Version 1.0.0 -  GPSId: 77 Version: 2.8 - eTrex");
+    EXPECT_EQ(stage.control().getProtocoles(), "P000 L001 A010 A100 D108");
+    ASSERT_EQ(stage.port().openings.size(), 1U);
+    EXPECT_EQ(stage.port().openings[0].settings, "baud=9600 parity=n data=8 stop=1");
+    EXPECT_EQ(stage.port().openings[0].queues.input, 2048);
+    EXPECT_EQ(stage.port().openings[0].queues.output, 1024);
+}
+
+TEST(Handshake, TakesTheProductTableForAUnitThatDoesNot) {
+    Stage stage;
+    stage.play({sends(10, {0, 0}), sends(254, {0}), answers(6, {254, 0}),
+                answers(255, productData(36, 310, "GPS 126\xE9")), answers(248, {1}),
+                answers(248, {2}), sends(6, {255, 0})},
+               [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
+    EXPECT_EQ(stage.control().getProtocoles(),
+              "P000 L001 A010 A100 D152 A200 D200 D152 A300 D300 A500 D500 A600 D600 A700 D700");
+    EXPECT_EQ(stage.control().getIdent(),
+              "Marlune Version 1.0.0 -  GPSId: 36 Version: 3.1 - GPS 126é");
+}
+
+TEST(Handshake, AsksASilentUnitFiveTimes) {
+    Stage stage;
+    const double before = stage.host.elapsed();
+    Script script = {sends(10, {0, 0})};
+    for (int i = 0; i < 5; ++i) {
+        script.push_back(sends(254, {0}));
+    }
+    script.push_back(kNotIdentified);
+    stage.play(script, [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+    // One read for the abort, then a read and a delay for each request.
+    EXPECT_NEAR(stage.host.elapsed() - before, 1.1 + 5 * 2.1, 1e-6);
+    EXPECT_FALSE(stage.port().isOpen());
+}
+
+TEST(Handshake, TellsWhatAnswersWrongly) {
+    const struct {
+        std::vector<Step> answer;
+        const char* text;
+    } cases[] = {
+        {{answersText("$GPGGA,1*00\r\n")},
+         "Protocole Incorrect, Vérifiez votre GPS\nChoisissez l'option GRMN/GRMN."},
+        {{answers(21, {254, 0})}, "Erreur de protocole(Ack) - pid = 21"},
+        {{answers(6, {254, 0}), answers(12)}, "Erreur de protocole(Product) - pid = 12"},
+        {{answers(6, {254, 0})}, "Erreur de protocole(Product) - pid = 0"},
+    };
+    for (const auto& each : cases) {
+        Stage stage;
+        Script script = {sends(10, {0, 0}), sends(254, {0})};
+        script.insert(script.end(), each.answer.begin(), each.answer.end());
+        script.push_back(box(BoxIcon::critical, each.text));
+        stage.play(script, [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+        EXPECT_FALSE(stage.port().isOpen()) << each.text;
+        // The control stays usable.
+        stage.port().purge();
+        stage.connectGarmin("A100 D108");
+    }
+}
+
+TEST(Handshake, ReadsProductDataThatIsCutShort) {
+    const struct {
+        Bytes data;
+        const char* ident;
+    } cases[] = {
+        {{77, 0, 24, 1, 'a', 'b'}, "GPSId: 77 Version: 2.8 - ab"},
+        {{77, 0, 24, 1}, "GPSId: 77 Version: 2.8 - "},
+        {{77}, "GPSId: 77 Version: 0 - "},
+        {{}, "GPSId: 0 Version: 0 - "},
+        {{0xFF, 0xFF, 0xFF, 0xFF, 'x', 0, 'y'}, "GPSId: 65535 Version: 655.35 - x"},
+    };
+    for (const auto& each : cases) {
+        Stage stage;
+        stage.play({sends(10, {0, 0}), sends(254, {0}), answers(6), answers(255, each.data),
+                    sends(6, {255, 0}), answers(253, protocolArray("A100")), sends(6, {253, 0})},
+                   [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
+        EXPECT_NE(stage.control().getIdent().find(each.ident), std::string::npos)
+            << stage.control().getIdent();
+    }
+}
+
+TEST(Handshake, AnEmptyProtocolArrayConnectsNobody) {
+    Stage stage;
+    stage.play({sends(10, {0, 0}), sends(254, {0}), answers(6), answers(255, {77, 0, 0, 0}),
+                sends(6, {255, 0}), answers(253), sends(6, {253, 0})},
+               [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+    EXPECT_EQ(stage.control().getProtocoles(), "");
+}
+
+TEST(Handshake, TracesItsSteps) {
+    Stage stage;
+    stage.host.createTraceFolder();
+    stage.control().SetDebug("on");
+    stage.connectGarmin("A100 D108");
+    std::string steps;
+    std::istringstream lines(stage.host.traceText());
+    for (std::string line; std::getline(lines, line);) {
+        steps += line.substr(line.find(':') + 1, line.size() - line.find(':') - 2) + "\n";
+    }
+    EXPECT_EQ(steps,
+              "01/06/2007 12:00:00 Marlune 1.0.0\n"
+              "01/06/2007 12:00:00 Port Connect\xE9: \\\\.\\COM1 Handle: 3\n"
+              "Send  16 10 2 0 0 244 16 3\n"
+              "GetAttributes: essai n\xB0 1 d\xE9lai: 1\n"
+              "Send  16 254 1 0 1 16 3\n"
+              "Get  16 6 2 254 0 250 16 3\n"
+              "Get  16 255 10 77 0 24 1 101 84 114 101 120 0 137 16 3\n"
+              "Marlune Version 1.0.0 -  GPSId: 77 Version: 2.8 - eTrex\n"
+              "Send  16 6 2 255 0 249 16 3\n"
+              "Get  16 253 6 65 100 0 68 108 0 168 16 3\n"
+              "Protocole trouv\xE9 ....\n"
+              "Send  16 6 2 253 0 251 16 3\n"
+              "A100 D108\n");
+}
+
+TEST(Voltages, AreKeptAsAText) {
+    FakeHost host;
+    GpsControlEvents events;
+    DebugTrace trace(host.documentsFolder());
+    Services services{host, events, trace};
+    auto scripted = std::make_unique<ScriptedPort>(host);
+    Bytes answer = garminFrame(6, {10, 0});
+    const Bytes voltages = garminFrame(40, {0x52, 1, 44, 1});
+    answer.insert(answer.end(), voltages.begin(), voltages.end());
+    scripted->play({{.write = garminFrame(10, {17, 0}), .answer = answer}});
+    ComPort port(host, std::move(scripted));
+    port.open();
+    PortLease lease(port);
+    SerialGarminLink link(services, lease);
+    ConnectionState connection;
+    GarminState garmin;
+    GarminIdentification identification(services, link, connection, garmin);
+    identification.grmGetVoltages();
+    EXPECT_EQ(garmin.voltages, "Tensions 3.38 3");
+    identification.grmGetVoltages();
+    EXPECT_EQ(host.boxTexts().back(), "critical: Erreur de protocole - pid = 0");
+}
+
+}  // namespace
+}  // namespace marlune
