@@ -110,7 +110,7 @@ void stopTransfert(ControlState& control) {
     stopTransfer(control.services, link, control.connection);
 }
 
-void disconnectReceiver(ControlState& control) {
+void closeDevice(ControlState& control) {
     if (control.connection.connected && control.connection.transferRunning) {
         stopTransfert(control);
     }
@@ -120,6 +120,10 @@ void disconnectReceiver(ControlState& control) {
         control.port.close();
         control.trace.traceLine(present(control) + " Port Fermé: " + control.port.name());
     }
+}
+
+void disconnectReceiver(ControlState& control) {
+    closeDevice(control);
     control.trace.close();
 }
 

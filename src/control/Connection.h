@@ -13,6 +13,8 @@ void setGpsMark(ControlState& control, const std::string& value);
 
 bool connectReceiver(ControlState& control);
 void disconnectReceiver(ControlState& control);
+// Ends what runs and closes what is open, but leaves the trace open.
+void closeDevice(ControlState& control);
 
 // As StopTransfert: only with protocol code "GRM".
 void stopTransfert(ControlState& control);

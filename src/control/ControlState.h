@@ -8,6 +8,9 @@
 #include "garmin/GarminState.h"
 #include "host/ConnectionState.h"
 #include "host/Services.h"
+#include "nmea/NmeaState.h"
+#include "nmea/magellan/MagellanState.h"
+#include "nmea/mlr/MlrState.h"
 #include "serial/ComPort.h"
 #include "usb/UsbDevice.h"
 
@@ -29,6 +32,9 @@ struct ControlState {
 
     ConnectionState connection;
     GarminState garmin;
+    NmeaState nmea;
+    MagellanState magellan;
+    MlrState mlr;
 
     std::int32_t magellanRate = 0;  // 0 means 4800
     // What replaces every "," of an upload file's line before it is read.

@@ -8,6 +8,8 @@
 #include "garmin/RealTime.h"
 #include "garmin/Uploads.h"
 #include "garmin/link/SerialGarminLink.h"
+#include "nmea/magellan/Magellan.h"
+#include "nmea/mlr/Mlr.h"
 
 namespace marlune {
 namespace {
@@ -104,7 +106,95 @@ const Family kGarminSerial = {
         },
 };
 
-const Family* const kFamilies[] = {&kGarminSerial};
+// A Magellan receiver on the serial port, for the time of one service.
+struct MagellanConnection {
+    explicit MagellanConnection(ControlState& control)
+        : lease(control.port),
+          magellan(control.services, lease, control.connection, control.nmea, control.magellan) {}
+
+    PortLease lease;
+    Magellan magellan;
+};
+
+bool identifyMagellan(ControlState& control) {
+    return MagellanConnection(control).magellan.mgnVersion();
+}
+
+const Family kMagellan = {
+    .matches = [](const std::string& code) { return code == "MGN"; },
+    .identify = identifyMagellan,
+    .refreshIdent = identifyMagellan,
+    .protocols = [](ControlState&) { return std::string("Protocole NMEA propriétaire MAGELLAN"); },
+    .getWaypts =
+        [](ControlState& control) {
+            return MagellanConnection(control).magellan.mgnGetWaypoints();
+        },
+    .getTracks =
+        [](ControlState& control) { return MagellanConnection(control).magellan.mgnGetTracks(); },
+    .GetRoutes =
+        [](ControlState& control) { return MagellanConnection(control).magellan.mgnGetRoutes(); },
+    .SendWaypts =
+        [](ControlState& control) {
+            MagellanConnection(control).magellan.mgnSendWaypoints(control.garmin.waypoints);
+            return false;
+        },
+    .SendRoutes =
+        [](ControlState& control) {
+            MagellanConnection(control).magellan.mgnSendRoutes(control.garmin.routes);
+            return false;
+        },
+    .SendTraces =
+        [](ControlState& control) {
+            MagellanConnection(control).magellan.mgnSendTracks(control.garmin.tracks);
+            return false;
+        },
+    .StartPvtData =
+        [](ControlState& control) {
+            MagellanConnection(control).magellan.mgnPvt();
+            return false;
+        },
+};
+
+// An MLR receiver on the serial port, for the time of one service.
+struct MlrConnection {
+    explicit MlrConnection(ControlState& control)
+        : lease(control.port),
+          mlr(control.services, lease, control.connection, control.nmea, control.mlr) {}
+
+    PortLease lease;
+    Mlr mlr;
+};
+
+bool identifyMlr(ControlState& control) {
+    return MlrConnection(control).mlr.mlrIdent();
+}
+
+const Family kMlr = {
+    .matches = [](const std::string& code) { return code == "MLR"; },
+    .identify = identifyMlr,
+    .refreshIdent = identifyMlr,
+    .protocols = [](ControlState&) { return std::string("Protocole NMEA propriétaire MLR"); },
+    .getWaypts = [](ControlState& control) { return MlrConnection(control).mlr.mlrGetWaypoints(); },
+    .getTracks = [](ControlState& control) { return MlrConnection(control).mlr.mlrGetTracks(); },
+    .GetRoutes = [](ControlState& control) { return MlrConnection(control).mlr.mlrGetRoutes(); },
+    .SendWaypts =
+        [](ControlState& control) {
+            MlrConnection(control).mlr.mlrSendWaypoints(control.garmin.waypoints);
+            return false;
+        },
+    .SendRoutes =
+        [](ControlState& control) {
+            MlrConnection(control).mlr.mlrSendRoutes(control.garmin.routes);
+            return false;
+        },
+    .SendTraces =
+        [](ControlState& control) {
+            MlrConnection(control).mlr.mlrSendTracks();
+            return false;
+        },
+};
+
+const Family* const kFamilies[] = {&kGarminSerial, &kMagellan, &kMlr};
 
 const Family kUnknown = {};
 

@@ -4,6 +4,7 @@
 #include "control/ControlState.h"
 #include "control/Families.h"
 #include "control/Transfers.h"
+#include "nmea/NmeaListener.h"
 
 namespace marlune {
 
@@ -144,12 +145,16 @@ bool GpsControl::SendTraces(const std::string& Fic) {
     return uploadTracks(*control, Fic);
 }
 
-bool GpsControl::StartNMEA(const std::string& /*NMEACode*/, std::int16_t /*Delai*/) {
-    showNotAvailable(impl_->host);
-    return false;
+bool GpsControl::StartNMEA(const std::string& NMEACode, std::int16_t Delai) {
+    const auto control = impl_;
+    return startNmea(
+        control->services, control->port, control->nmea, [&] { closeDevice(*control); }, NMEACode,
+        Delai);
 }
 
-void GpsControl::StopNMEA() {}
+void GpsControl::StopNMEA() {
+    impl_->nmea.stopRequested = true;
+}
 
 bool GpsControl::ResetComBuffers() {
     impl_->port.ResetComBuffers();

@@ -73,6 +73,33 @@ TEST(Control, AnUnknownFamilyConnectsAndOffersNothing) {
     EXPECT_EQ(stage.control().getIdent(), "Marlune Version 1.0.0 -  GPSId:  Version:  - ");
 }
 
+TEST(Control, SentenceFamiliesOfferWhatTheyHave) {
+    Stage stage;
+    const Step version = sendsText("$PMGNCMD,VERSION*28\r\n");
+    const Step reply = answersText("$PMGNVER,37,3.14, MAP 330 *2B\r\n");
+    const Step accept = sendsText("$PMGNCSM,2B*15\r\n");
+    const Step handoff = sendsText("$PMGNCMD,HANDOFF*3E\r\n");
+    stage.control().SetGpsMark("MGN");
+    stage.play({version, reply, accept, handoff},
+               [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
+    EXPECT_EQ(stage.control().getProtocoles(), "Protocole NMEA propriétaire MAGELLAN");
+    // With the port open the receiver is asked again.
+    stage.play({version, reply, accept, handoff}, [&] {
+        EXPECT_EQ(stage.control().getIdent(),
+                  "Marlune Version 1.0.0 -  GPSId: 37 Version: 3.14 -  MAP 330 ");
+    });
+    stage.play({kNotAvailable, kNotAvailable,
+                box(BoxIcon::exclamation, "Protocole non supporté par ce GPS")},
+               [&] {
+                   EXPECT_EQ(stage.control().GetTime(), 0);
+                   EXPECT_EQ(stage.control().getPosition(), "");
+                   EXPECT_FALSE(stage.control().getProximites());
+               });
+    stage.control().SetGpsMark("MLR");
+    EXPECT_EQ(stage.control().getProtocoles(), "Protocole NMEA propriétaire MLR");
+    stage.play({kNotAvailable}, [&] { EXPECT_FALSE(stage.control().StartPvtData()); });
+}
+
 TEST(Control, TellsAPortThatDoesNotOpenAndStillTriesToIdentify) {
     Stage stage;
     stage.host.ports[1] = "";
