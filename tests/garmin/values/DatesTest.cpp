@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "garmin/values/ErrorOf.h"
 #include "garmin/values/jour.h"
 #include "host/DateText.h"
-#include "host/RunTimeError.h"
 
 namespace marlune {
 namespace {
@@ -54,13 +54,9 @@ TEST(jour, RejectsWhatIsNoDate) {
         {"Mon Jan 15 12:34:56 20070", RunTimeError::typeMismatch},
         {"Mon Jan  12:34:56 2007", RunTimeError::typeMismatch},
     };
-    for (const auto& [text, number] : cases) {
-        try {
-            (void)jour::ParseDateText(text);
-            ADD_FAILURE() << text;
-        } catch (const RunTimeError& error) {
-            EXPECT_EQ(error.number(), number) << text;
-        }
+    for (const auto& each : cases) {
+        EXPECT_EQ(errorOf([&] { (void)jour::ParseDateText(each.first); }), each.second)
+            << each.first;
     }
 }
 
