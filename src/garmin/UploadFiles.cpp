@@ -8,6 +8,7 @@
 
 #include "garmin/values/Fichier.h"
 #include "host/CodePage.h"
+#include "host/FilePath.h"
 #include "host/RunTimeError.h"
 
 namespace marlune {
@@ -20,7 +21,7 @@ class UploadLines {
 public:
     UploadLines(const Fichier& file, std::string commaReplacement)
         : commaReplacement_(std::move(commaReplacement)),
-          file_(file.nativePath(), std::ios::binary) {
+          file_(filePath(file.Chemin), std::ios::binary) {
         if (!file_) {
             throw RunTimeError(RunTimeError::fileNotFound);
         }

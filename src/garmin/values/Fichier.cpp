@@ -1,6 +1,9 @@
 #include "garmin/values/Fichier.h"
 
+#include <filesystem>
 #include <system_error>
+
+#include "host/FilePath.h"
 
 namespace marlune {
 
@@ -19,11 +22,7 @@ bool Fichier::isThere() const {
         return false;
     }
     std::error_code error;
-    return std::filesystem::is_regular_file(nativePath(), error);
-}
-
-std::filesystem::path Fichier::nativePath() const {
-    return std::u8string(Chemin.begin(), Chemin.end());
+    return std::filesystem::is_regular_file(filePath(Chemin), error);
 }
 
 }  // namespace marlune

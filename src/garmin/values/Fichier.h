@@ -1,7 +1,6 @@
 // A file's path that can be tested for existence.
 #pragma once
 
-#include <filesystem>
 #include <string>
 
 #include "marlune/Host.h"
@@ -18,9 +17,6 @@ public:
 
     // The same without a box.
     [[nodiscard]] bool isThere() const;
-
-    // The path as the system takes it.
-    [[nodiscard]] std::filesystem::path nativePath() const;
 };
 
 }  // namespace marlune
