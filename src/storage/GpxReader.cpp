@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <fstream>
 #include <pugixml.hpp>
 #include <system_error>
 
 #include "host/Services.h"
+#include "host/FilePath.h"
 #include "marlune/Gpx.h"
 #include "storage/GpxValues.h"
 
@@ -13,7 +13,7 @@ namespace marlune {
 namespace {
 
 std::string readWhole(const std::string& path) {
-    std::ifstream in(std::filesystem::path(gpxPath(path)), std::ios::binary);
+    std::ifstream in(filePath(path), std::ios::binary);
     std::string content;
     std::vector<char> block(1U << 16U);
     while (in) {

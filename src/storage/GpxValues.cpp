@@ -194,8 +194,4 @@ std::string gpxText(std::string_view text) {
     return std::string(trimBlanks(clean));
 }
 
-std::u8string gpxPath(const std::string& name) {
-    return {name.begin(), name.end()};
-}
-
 }  // namespace marlune

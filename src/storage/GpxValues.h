@@ -31,7 +31,4 @@ double gpxDays(std::string_view time);
 // control characters and for what XML forbids, without the blanks at both ends.
 std::string gpxText(std::string_view text);
 
-// The path of a UTF-8 name is std::filesystem::path(gpxPath(name)) on every platform.
-std::u8string gpxPath(const std::string& name);
-
 }  // namespace marlune

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "host/Services.h"
+#include "host/FilePath.h"
 #include "marlune/Gpx.h"
 #include "storage/GpxValues.h"
 
@@ -239,7 +240,7 @@ std::size_t GpxWriter::leftOut() const {
 }
 
 void GpxWriter::save(const std::string& path) const {
-    const fs::path target = followLinks(gpxPath(path));
+    const fs::path target = followLinks(filePath(path));
     const auto type = fs::status(target).type();
     if (type != fs::file_type::not_found && type != fs::file_type::regular) {
         writeFile(impl_->document, target);

@@ -1,0 +1,34 @@
+// A stream of text to a descriptor, written whole and at once. Whoever reads it may be slow or go
+// away: the writer never dies of it, and never waits for a slow reader once the program is to end.
+#pragma once
+
+#include <string_view>
+
+#include "cli/Interrupt.h"
+
+namespace marlune::cli {
+
+class Output {
+public:
+    Output(int descriptor, const Interrupt& interrupt)
+        : descriptor_(descriptor), interrupt_(interrupt) {}
+
+    // Does nothing once the reader has gone.
+    void write(std::string_view text);
+
+    // True once a text could not be written to its end.
+    [[nodiscard]] bool broken() const { return broken_; }
+    // Looks whether the reader has gone, without writing.
+    void checkReader();
+
+    [[nodiscard]] int descriptor() const { return descriptor_; }
+
+private:
+    bool waitForRoom();
+
+    int descriptor_;
+    const Interrupt& interrupt_;
+    bool broken_ = false;
+};
+
+}  // namespace marlune::cli

@@ -1,0 +1,29 @@
+// The file that a send command hands to the control: the user's own, or text lines made from the
+// user's GPX file in a temporary one.
+#pragma once
+
+#include <string>
+
+#include "marlune/Gpx.h"
+
+namespace marlune::cli {
+
+class UploadFile {
+public:
+    // Throws std::runtime_error, with a text for the user, when a GPX file cannot be read or holds
+    // nothing of that kind. Other files are the control's to judge.
+    UploadFile(const std::string& path, GpxKind kind);
+    UploadFile(const UploadFile&) = delete;
+    UploadFile& operator=(const UploadFile&) = delete;
+    ~UploadFile();
+
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+private:
+    void convert(const std::string& gpxFile, GpxKind kind);
+
+    std::string path_;
+    bool temporary_ = false;
+};
+
+}  // namespace marlune::cli

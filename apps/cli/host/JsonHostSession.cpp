@@ -1,0 +1,177 @@
+#include "cli/host/JsonHostSession.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace marlune::cli {
+namespace {
+
+// With so many commands in hand the rest stays in the pipe, and holds up whoever writes it.
+constexpr std::size_t kMostWaiting = 1000;
+
+bool hasUrgency(const Command& command, Urgency urgency) {
+    const Call* call = std::get_if<Call>(&command);
+    return call != nullptr && call->member->urgency == urgency;
+}
+
+}  // namespace
+
+JsonHostSession::JsonHostSession(int input, Output& output, HostServices& host,
+                                 const Interrupt& interrupt)
+    : input_(input),
+      output_(output),
+      host_(host),
+      interrupt_(interrupt),
+      writer_(output),
+      events_(writer_, *this),
+      control_(host, events_) {
+    host.onBox = [this](const std::string& text, BoxIcon icon) {
+        writer_.box(text, icon);
+        if (ending()) {
+            endWhatRuns();
+        }
+    };
+    host.onProcessEvents = [this] { processEvents(); };
+}
+
+void JsonHostSession::run() {
+    while (!ending()) {
+        queueArrived();
+        if (!waiting_.empty()) {
+            Command next = std::move(waiting_.front());
+            waiting_.pop_front();
+            take(std::move(next));
+        } else if (input_.ended()) {
+            break;
+        } else {
+            input_.wait(interrupt_, output_);
+            output_.checkReader();
+        }
+    }
+    control_.gpsDisconnect();
+}
+
+bool JsonHostSession::ending() {
+    if (output_.broken()) {
+        host_.requestStop();
+    }
+    return host_.stopRequested();
+}
+
+// Called where a handler may act; the first time that the program is to end, stops what runs.
+void JsonHostSession::endWhatRuns() {
+    if (!std::exchange(stopped_, true)) {
+        control_.StopTransfert();
+        control_.StopPvtData();
+        control_.StopNMEA();
+    }
+}
+
+void JsonHostSession::eventBegins() {
+    if (!ending()) {
+        takeWhileRunning();
+    }
+}
+
+void JsonHostSession::eventWritten(std::string_view name) {
+    if (ending()) {
+        endWhatRuns();
+        return;
+    }
+    callRegistered(name);
+    callUrgent();
+}
+
+void JsonHostSession::processEvents() {
+    if (ending()) {
+        endWhatRuns();
+        return;
+    }
+    takeWhileRunning();
+    callUrgent();
+}
+
+std::optional<Command> JsonHostSession::nextArrived() {
+    if (waiting_.size() >= kMostWaiting) {
+        return std::nullopt;
+    }
+    const auto line = input_.next();
+    return line ? std::optional(parseCommand(*line)) : std::nullopt;
+}
+
+void JsonHostSession::queueArrived() {
+    while (auto command = nextArrived()) {
+        waiting_.push_back(std::move(*command));
+    }
+}
+
+void JsonHostSession::takeWhileRunning() {
+    // What was there before the member was called, up to the first call that waits its turn.
+    while (!waiting_.empty() && !hasUrgency(waiting_.front(), Urgency::waits) &&
+           !hasUrgency(waiting_.front(), Urgency::disconnects)) {
+        Command next = std::move(waiting_.front());
+        waiting_.pop_front();
+        takeAside(std::move(next));
+    }
+    while (auto command = nextArrived()) {
+        if (hasUrgency(*command, Urgency::waits)) {
+            waiting_.push_back(std::move(*command));
+        } else {
+            takeAside(std::move(*command));
+        }
+    }
+}
+
+void JsonHostSession::takeAside(Command command) {
+    if (Call* call = std::get_if<Call>(&command)) {
+        urgent_.push_back(std::move(*call));
+    } else {
+        take(std::move(command));
+    }
+}
+
+void JsonHostSession::callUrgent() {
+    while (!urgent_.empty() && !ending()) {
+        const Call next = std::move(urgent_.front());
+        urgent_.pop_front();
+        call(next);
+    }
+}
+
+void JsonHostSession::callRegistered(std::string_view event) {
+    std::vector<Call> due;
+    std::erase_if(handlers_, [&](When& when) {
+        if (when.event != event || --when.events > 0) {
+            return false;
+        }
+        due.push_back(std::move(when.call));
+        return true;
+    });
+    for (const Call& next : due) {
+        if (!ending()) {
+            call(next);
+        }
+    }
+}
+
+void JsonHostSession::take(Command command) {
+    if (const Call* next = std::get_if<Call>(&command)) {
+        call(*next);
+    } else if (When* when = std::get_if<When>(&command)) {
+        handlers_.push_back(std::move(*when));
+    } else {
+        writer_.error(std::get<Fault>(command).text);
+    }
+}
+
+void JsonHostSession::call(const Call& call) {
+    if (running_ == 0) {
+        queueArrived();  // they came before the call: they keep their order
+    }
+    ++running_;
+    const Result result = call.member->call(control_, call.arguments);
+    --running_;
+    writer_.result(call.member->name, result);
+}
+
+}  // namespace marlune::cli

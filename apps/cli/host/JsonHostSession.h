@@ -1,0 +1,65 @@
+// The scriptable host: calls of the control's members in, its events, boxes and results out.
+//
+// Lines are taken in their order. While a member runs, what arrives is taken whenever the control
+// processes pending events and inside each event: calls that stop something and gpsDisconnect act
+// there and then, other calls wait their turn. Lines that were already waiting when the member was
+// called keep their order: a stop directly after it acts at once too, everything behind a waiting
+// call waits with it. So a script that was written in one piece runs in order.
+#pragma once
+
+#include <deque>
+#include <vector>
+
+#include "cli/HostServices.h"
+#include "cli/Output.h"
+#include "cli/host/CommandInput.h"
+#include "cli/host/CommandParser.h"
+#include "cli/host/EventWriter.h"
+#include "cli/host/JsonWriter.h"
+#include "marlune/GpsControl.h"
+
+namespace marlune::cli {
+
+class JsonHostSession : private EventListener {
+public:
+    JsonHostSession(int input, Output& output, HostServices& host, const Interrupt& interrupt);
+
+    [[nodiscard]] GpsControl& control() { return control_; }
+
+    // Serves the input to its end, then disconnects. Returns early, having stopped what ran, when
+    // the host requests a stop or nobody reads the output any more.
+    void run();
+
+private:
+    void eventBegins() override;
+    void eventWritten(std::string_view name) override;
+    void processEvents();
+
+    [[nodiscard]] bool ending();
+    void endWhatRuns();
+
+    std::optional<Command> nextArrived();
+    void queueArrived();
+    void takeWhileRunning();
+    void takeAside(Command command);
+    void callUrgent();
+    void callRegistered(std::string_view event);
+    void take(Command command);
+    void call(const Call& call);
+
+    CommandInput input_;
+    Output& output_;
+    HostServices& host_;
+    const Interrupt& interrupt_;
+    JsonWriter writer_;
+    EventWriter events_;
+    GpsControl control_;
+
+    std::deque<Command> waiting_;
+    std::deque<Call> urgent_;     // to be made inside the present event
+    std::vector<When> handlers_;  // in the order of their lines
+    int running_ = 0;             // members in progress, one inside the other
+    bool stopped_ = false;
+};
+
+}  // namespace marlune::cli

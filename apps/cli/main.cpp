@@ -1,0 +1,121 @@
+// marlune: one command against a GPS receiver, or the control as a child process of any program.
+#include <unistd.h>
+
+#include <algorithm>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "cli/BuiltInReceiver.h"
+#include "cli/HostServices.h"
+#include "cli/Interrupt.h"
+#include "cli/OneShot.h"
+#include "cli/Options.h"
+#include "cli/Output.h"
+#include "cli/host/JsonHostSession.h"
+
+namespace marlune::cli {
+namespace {
+
+constexpr int kLastPort = 40;
+
+void configure(HostServices& host, const Options& options) {
+    for (const PortDevice& device : options.portDevices) {
+        host.bindPort(device.number, device.path);
+    }
+    if (options.documents) {
+        host.setDocumentsFolder(*options.documents);
+    }
+    for (const std::string& drive : options.drives) {
+        host.addDriveFolder(drive);
+    }
+    if (options.decimalSeparator != 0) {
+        host.setDecimalSeparator(options.decimalSeparator);
+    }
+}
+
+// The highest COM number that the user gave no meaning of its own.
+int unusedPort(const Options& options) {
+    const auto used = [&](int number) {
+        return std::any_of(options.portDevices.begin(), options.portDevices.end(),
+                           [&](const PortDevice& device) { return device.number == number; });
+    };
+    int number = kLastPort;
+    while (number > 1 && used(number)) {
+        --number;
+    }
+    return number;
+}
+
+// Sets the control up as the options say. Returns the receiver that "--port virtual" asks for.
+std::unique_ptr<BuiltInReceiver> setUp(GpsControl& control, HostServices& host,
+                                       const Options& options) {
+    if (options.debug) {
+        control.SetDebug("ON");
+    }
+    if (!options.mark.empty()) {
+        control.SetGpsMark(options.mark);
+    }
+    std::unique_ptr<BuiltInReceiver> receiver;
+    if (options.port.kind == PortChoice::Kind::number) {
+        control.setNumPort(static_cast<numPort>(options.port.number));
+    } else if (options.port.kind != PortChoice::Kind::none) {
+        std::string path = options.port.text;
+        if (options.port.kind == PortChoice::Kind::builtIn) {
+            receiver = std::make_unique<BuiltInReceiver>(options.family(), options.port.text);
+            path = receiver->path();
+        }
+        const int number = unusedPort(options);
+        host.bindPort(number, path);
+        control.setNumPort(static_cast<numPort>(number));
+    }
+    return receiver;
+}
+
+int runCommand(const Options& options, const Interrupt& interrupt) {
+    HostServices host(interrupt);
+    configure(host, options);
+    Output records(STDOUT_FILENO, interrupt);
+    Output messages(STDERR_FILENO, interrupt);
+    int status = kDone;
+    if (options.action == Action::host) {
+        JsonHostSession session(STDIN_FILENO, records, host, interrupt);
+        const auto receiver = setUp(session.control(), host, options);
+        session.run();
+        status = records.broken() ? kFailed : kDone;
+    } else {
+        OneShot command(options, host, records, messages);
+        const auto receiver = setUp(command.control(), host, options);
+        status = command.run();
+    }
+    return interrupt.requested() ? kSignalled + interrupt.signal() : status;
+}
+
+int run(int argc, const char* const* argv) {
+    const auto parsed = parseOptions(argc, argv);
+    if (const ExitStatus* status = std::get_if<ExitStatus>(&parsed)) {
+        return *status;
+    }
+    const Interrupt interrupt;
+    return runCommand(std::get<Options>(parsed), interrupt);
+}
+
+}  // namespace
+}  // namespace marlune::cli
+
+int main(int argc, char** argv) {
+    const auto complain = [](const std::exception& error) {
+        const std::string text = std::string("marlune: ") + error.what() + "\n";
+        [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
+    };
+    try {
+        return marlune::cli::run(argc, argv);
+    } catch (const std::invalid_argument& error) {
+        complain(error);
+        return marlune::cli::kWrongUsage;
+    } catch (const std::exception& error) {
+        complain(error);
+        return marlune::cli::kFailed;
+    }
+}
