@@ -41,7 +41,7 @@ public:
     Parser() : app_("Exchanges waypoints, routes, tracks and positions with a GPS receiver.") {
         app_.name("marlune");
         app_.set_version_flag("--version", MARLUNE_VERSION);
-        app_.require_subcommand(1);
+        app_.require_subcommand(0, 1);  // none is told below, by name
         addCommonOptions();
         addDownloads();
         addUploads();
@@ -51,6 +51,9 @@ public:
     std::variant<Options, ExitStatus> parse(int argc, const char* const* argv) {
         try {
             app_.parse(argc, argv);
+            if (app_.get_subcommands().empty()) {
+                throw CLI::RequiredError("A command");
+            }
             readChoices();
             checkPort();
         } catch (const CLI::ParseError& error) {
@@ -93,6 +96,7 @@ private:
     CLI::App* add(const char* name, const char* description, Action action) {
         CLI::App* sub = app_.add_subcommand(name, description);
         sub->fallthrough();  // the common options may stand behind the command
+        sub->footer("The options of \"marlune --help\" may stand here too.");
         sub->callback([this, action] { options_.action = action; });
         return sub;
     }

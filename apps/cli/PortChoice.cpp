@@ -50,7 +50,7 @@ PortDevice PortDevice::parse(std::string_view text) {
         equals == std::string_view::npos ? std::nullopt : wholeNumber(text.substr(0, equals));
     if (!number || equals + 1 == text.size()) {
         throw std::invalid_argument("\"" + std::string(text) +
-                                    "\" is not a COM number, \"=\" and a device path");
+                                    R"(" is not a COM number, "=" and a device path)");
     }
     return {*number, std::string(text.substr(equals + 1))};
 }

@@ -4,8 +4,9 @@
 #include <pugixml.hpp>
 #include <system_error>
 
-#include "host/Services.h"
+#include "garmin/values/NumberText.h"
 #include "host/FilePath.h"
+#include "host/Services.h"
 #include "marlune/Gpx.h"
 #include "storage/GpxValues.h"
 
@@ -134,7 +135,7 @@ private:
             return false;
         }
         lines_.push_back("T;" + position + ";" +
-                         gpxShortest(gpxDays(childText(point, "time")), separator_) + ";" +
+                         numberText(gpxDays(childText(point, "time")), separator_) + ";" +
                          altitudeOf(point) + (first ? ";-1" : ";0"));
         return true;
     }
@@ -146,14 +147,16 @@ private:
         if (!gpxOnEarth(lat, lon)) {
             return {};
         }
-        return gpxRounded(*lat, 6, separator_) + ";" + gpxRounded(*lon, 6, separator_);
+        return numberText(roundHalfEven(*lat, 6), separator_) + ";" +
+               numberText(roundHalfEven(*lon, 6), separator_);
     }
 
     // 0 stands for an unknown altitude, and for one that is no place's.
     [[nodiscard]] std::string altitudeOf(const pugi::xml_node& point) const {
         constexpr double kFarthest = 1e9;
         const double metres = gpxNumber(childText(point, "ele")).value_or(0);
-        return std::abs(metres) > kFarthest ? "0" : gpxRounded(metres, 0, separator_);
+        return std::abs(metres) > kFarthest ? "0"
+                                            : numberText(roundHalfEven(metres, 0), separator_);
     }
 
     char separator_;

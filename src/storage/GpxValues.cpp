@@ -1,6 +1,6 @@
 #include "storage/GpxValues.h"
 
-#include <array>
+#include <algorithm>
 #include <charconv>
 #include <chrono>
 #include <cmath>
@@ -83,12 +83,6 @@ int readZone(TimeReader& in) {
     return behind ? -minutes : minutes;
 }
 
-void replaceSeparator(std::string& text, char separator) {
-    if (const auto point = text.find('.'); point != std::string::npos) {
-        text[point] = separator;
-    }
-}
-
 // Whether the bytes of a well-formed UTF-8 text at this place start U+FFFE or U+FFFF.
 bool isNoncharacter(std::string_view rest) {
     return rest.starts_with("\xEF\xBF\xBE") || rest.starts_with("\xEF\xBF\xBF");
@@ -115,23 +109,6 @@ std::optional<double> gpxNumber(std::string_view text) {
 
 bool gpxOnEarth(std::optional<double> latitude, std::optional<double> longitude) {
     return latitude && longitude && std::abs(*latitude) <= 90 && std::abs(*longitude) <= 180;
-}
-
-std::string gpxRounded(double value, int decimals, char separator) {
-    const double scale = std::pow(10.0, decimals);
-    return gpxShortest(std::nearbyint(value * scale) / scale, separator);
-}
-
-std::string gpxShortest(double value, char separator) {
-    if (value == 0) {
-        return "0";  // also for minus zero
-    }
-    std::array<char, 400> buffer{};  // the longest double has 309 digits before the point
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                   std::chars_format::fixed);
-    std::string text(buffer.data(), end.ptr);
-    replaceSeparator(text, separator);
-    return text;
 }
 
 std::string gpxTime(double days) {

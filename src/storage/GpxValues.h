@@ -14,12 +14,6 @@ std::optional<double> gpxNumber(std::string_view text);
 // Whether two numbers of degrees are a place.
 bool gpxOnEarth(std::optional<double> latitude, std::optional<double> longitude);
 
-// The value rounded to some decimals, exact halves to the even neighbour, without exponent and
-// trailing zeros.
-std::string gpxRounded(double value, int decimals, char separator = '.');
-// The shortest text that reads back to the same value, without exponent.
-std::string gpxShortest(double value, char separator = '.');
-
 // A date value (days since 30/12/1899, UTC) as "2007-01-15T12:34:56Z", to the millisecond; empty
 // for 0 and for what no calendar of four-digit years holds.
 std::string gpxTime(double days);

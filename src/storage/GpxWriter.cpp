@@ -4,8 +4,9 @@
 #include <pugixml.hpp>
 #include <system_error>
 
-#include "host/Services.h"
+#include "garmin/values/NumberText.h"
 #include "host/FilePath.h"
+#include "host/Services.h"
 #include "marlune/Gpx.h"
 #include "storage/GpxValues.h"
 
@@ -50,7 +51,7 @@ std::optional<Position> positionOf(std::string_view latitude, std::string_view l
     if (!gpxOnEarth(lat, lon)) {
         return std::nullopt;
     }
-    return Position{gpxShortest(*lat), gpxShortest(*lon == 180 ? -180 : *lon)};
+    return Position{numberText(*lat, '.'), numberText(*lon == 180 ? -180 : *lon, '.')};
 }
 
 struct WaypointFields {
@@ -93,7 +94,7 @@ void addElevation(pugi::xml_node parent, std::string_view altitude) {
     const auto metres = gpxNumber(altitude);
     // The lines say 0 for an unknown altitude.
     if (metres && *metres != 0) {
-        addText(parent, "ele", gpxShortest(*metres));
+        addText(parent, "ele", numberText(*metres, '.'));
     }
 }
 
@@ -179,7 +180,7 @@ struct GpxWriter::Impl {
         addText(route, "name", gpxText(restAfter(line, 2)));
         const auto number = gpxNumber(split(line).at(1));
         if (number && *number >= 0 && *number == std::floor(*number)) {
-            addText(route, "number", gpxShortest(*number));
+            addText(route, "number", numberText(*number, '.'));
         }
     }
 
