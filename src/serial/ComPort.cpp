@@ -11,7 +11,7 @@ ComPort::ComPort(Host& host, std::unique_ptr<SerialPort> port)
 
 void ComPort::setNumber(std::int32_t n) {
     number_ = n;
-    name_ = "\\\\.\\COM" + std::to_string(n);
+    name_ = R"(\\.\COM)" + std::to_string(n);
 }
 
 void ComPort::setLine(std::string settings) {

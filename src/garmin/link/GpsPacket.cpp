@@ -82,9 +82,8 @@ std::vector<std::uint8_t> Supp16(std::span<const std::uint8_t> bytes, bool keepF
     out.reserve(bytes.size());
     for (std::size_t i = 0; i < end; ++i) {
         const bool stuffed = bytes[i] == kDle && !(i == 0 && keepFirst);
-        if (!stuffed) {
-            out.push_back(bytes[i]);
-        } else if (++i < end) {
+        i += stuffed ? 1 : 0;
+        if (i < end) {
             out.push_back(bytes[i]);
         }
     }
