@@ -65,10 +65,6 @@ UploadFormat uploadFormat(const ControlState& control) {
             .decimalSeparator = control.decimalSetting};
 }
 
-void showUploadError(Host& host, const char* text, const RunTimeError& error) {
-    host.messageBox(text + std::to_string(error.number()) + " " + error.what(), BoxIcon::critical);
-}
-
 }  // namespace
 
 void showNotAvailable(Host& host) {
@@ -92,31 +88,37 @@ bool runProximityDownload(ControlState& control) {
     return procedure(control);
 }
 
-bool uploadWaypoints(ControlState& control, const std::string& path) {
+namespace {
+
+// Runs an upload and shows the run-time error that ends it.
+template <class Upload>
+bool trapped(ControlState& control, const char* errorText, const Upload& upload) {
     try {
-        if (!passesGate(control, kWaypointUpload) || !fileExists(control, path) ||
-            !readWaypointFile(control.host, path, uploadFormat(control),
-                              control.garmin.waypoints)) {
-            return false;
-        }
-        return run(control, kWaypointUpload.service);
+        return upload();
     } catch (const RunTimeError& error) {
-        showUploadError(control.host, text::kWaypointUploadError, error);
+        control.host.messageBox(errorText + std::to_string(error.number()) + " " + error.what(),
+                                BoxIcon::critical);
         return false;
     }
 }
 
+}  // namespace
+
+bool uploadWaypoints(ControlState& control, const std::string& path) {
+    return trapped(control, text::kWaypointUploadError, [&] {
+        return passesGate(control, kWaypointUpload) && fileExists(control, path) &&
+               readWaypointFile(control.host, path, uploadFormat(control),
+                                control.garmin.waypoints) &&
+               run(control, kWaypointUpload.service);
+    });
+}
+
 bool uploadRoutes(ControlState& control, const std::string& path) {
-    try {
-        if (!passesGate(control, kRouteUpload) || !fileExists(control, path) ||
-            !readRouteFile(control.host, path, uploadFormat(control), control.garmin.routes)) {
-            return false;
-        }
-        return run(control, kRouteUpload.service);
-    } catch (const RunTimeError& error) {
-        showUploadError(control.host, text::kRouteUploadError, error);
-        return false;
-    }
+    return trapped(control, text::kRouteUploadError, [&] {
+        return passesGate(control, kRouteUpload) && fileExists(control, path) &&
+               readRouteFile(control.host, path, uploadFormat(control), control.garmin.routes) &&
+               run(control, kRouteUpload.service);
+    });
 }
 
 bool uploadTracks(ControlState& control, const std::string& path) {
@@ -127,7 +129,8 @@ bool uploadTracks(ControlState& control, const std::string& path) {
     const bool gathered =
         readTrackFile(control.host, path, uploadFormat(control), control.garmin.tracks);
     control.host.setMousePointer(MousePointer::normal);
-    return gathered && run(control, kTrackUpload.service);
+    return gathered && trapped(control, text::kTrackUploadError,
+                               [&] { return run(control, kTrackUpload.service); });
 }
 
 }  // namespace marlune

@@ -31,6 +31,7 @@ inline constexpr const char* kNoPosition = "Position non disponible";
 inline constexpr const char* kProblem = "Problème";
 inline constexpr const char* kWaypointUploadError = "Erreur Upload Waypoints ";
 inline constexpr const char* kRouteUploadError = "Erreur Upload Route ";
+inline constexpr const char* kTrackUploadError = "Erreur Upload Traces ";
 
 inline constexpr const char* kWaypointsHeader =
     "---- W;id;lat;lon;comment;altitude;symbole;display opt. ------";

@@ -1,6 +1,7 @@
 #include "garmin/Uploads.h"
 
 #include <array>
+#include <limits>
 #include <utility>
 
 #include "garmin/Messages.h"
@@ -24,6 +25,9 @@ bool isSingle(const std::vector<std::uint8_t>& record) {
 }  // namespace
 
 bool GarminUploads::announce(const std::string& letter, std::size_t count, const char* label) {
+    if (count > static_cast<std::size_t>(std::numeric_limits<std::int16_t>::max())) {
+        throw RunTimeError(RunTimeError::overflow);
+    }
     const std::array<std::uint8_t, 2> payload = {static_cast<std::uint8_t>(count % 256),
                                                  static_cast<std::uint8_t>(count / 256)};
     link_.send(pid::kRecords, payload);

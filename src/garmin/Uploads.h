@@ -20,8 +20,9 @@ public:
     GarminUploads(Services& services, GarminLink& link, GarminState& garmin)
         : services_(services), link_(link), garmin_(garmin) {}
 
-    // Run-time errors of a record leave SendWaypts and SendRoutes to the caller, which shows them;
-    // nothing more is sent then.
+    // Run-time errors leave to the caller, which shows them; nothing more is sent then. More than
+    // 32767 records are the overflow error, before anything is sent. A track point that cannot be
+    // encoded ends the sending in the ordinary way instead.
     bool SendWaypts();
     bool SendRoutes();
     bool SendTraces();

@@ -192,6 +192,16 @@ TEST_F(UploadTest, ATrackNameTooLongForAFrameIsNotSent) {
                 event("EndUpload|T")});
 }
 
+TEST_F(UploadTest, RefusesMoreRecordsThanACountHolds) {
+    connectGarmin(kTags);
+    std::string points;
+    for (int i = 0; i < 32768; ++i) {
+        points += "T;45;45;32874.5;0;0\n";
+    }
+    SendTraces(file(points),
+               {box(BoxIcon::critical, "Erreur Upload Traces 6 Dépassement de capacité")});
+}
+
 TEST_F(UploadTest, GatesWhatTheUnitDoesNotOffer) {
     connectGarmin("L001 D100");
     const Step notAvailable = box(BoxIcon::critical, "Protocole non disponible pour ce GPS");
