@@ -2,6 +2,7 @@
 // Input: one byte that chooses the type, then the record.
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
 #include <span>
 #include <string>
 #include <string_view>

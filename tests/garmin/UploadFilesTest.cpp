@@ -11,7 +11,7 @@
 namespace marlune {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -24,6 +24,7 @@ protected:
         std::vector<Waypoint> read(1);
         complete_ = readWaypointFile(host_, folder_.write("file", content), format, read);
         std::vector<std::string> lines;
+        lines.reserve(read.size());
         for (Waypoint& waypoint : read) {
             lines.push_back(waypoint.getIdent('.'));
         }
@@ -170,7 +171,8 @@ TEST_F(UploadFilesTest, AsksForAFileInPlaceOfAMissingOne) {
 }
 
 TEST_F(UploadFilesTest, StandsHugeLinesAndZeroBytes) {
-    const std::string huge(10'000'000, ';');
+    std::string huge;
+    huge.resize(10'000'000, ';');
     EXPECT_THAT(waypoints("W" + huge + "\nW;A;1;2;;3;4;5\n"),
                 ElementsAre("W;;0;0;;0;0;0", "W;A;1;2;;3;4;5"));
     EXPECT_THAT(waypoints(huge + "\n\0W\nW;A\0B;1;2;;3;4;5\0\n"s),

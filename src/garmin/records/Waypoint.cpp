@@ -21,8 +21,8 @@ constexpr float kUnknown = 1.0e25F;
 // Bytes of a record that are the same for every waypoint of a type.
 struct Fill {
     int type;
-    std::size_t first;
-    std::size_t last;
+    std::uint8_t first;
+    std::uint8_t last;
     std::uint8_t value;
 };
 
@@ -107,7 +107,7 @@ std::string toLength(std::string ansi, const DataType::Field& field) {
 void putFills(int type, std::span<std::uint8_t> record) {
     for (const Fill& fill : kFills) {
         if (fill.type == type) {
-            const auto bytes = record.subspan(fill.first, fill.last - fill.first + 1);
+            const auto bytes = record.subspan(fill.first, std::size_t{fill.last} - fill.first + 1);
             std::fill(bytes.begin(), bytes.end(), fill.value);
         }
     }
