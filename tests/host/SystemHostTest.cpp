@@ -65,7 +65,7 @@ TEST(SystemHost, ItsClockStartsAtTheLocalTimeOfDay) {
 }
 
 TEST(SystemErrorText, IsShortAndTrimmed) {
-    for (const std::int32_t code : {1, 2, 5, 13, 87, 123456}) {
+    for (const std::int32_t code : {1, 2, 5, 13, 87}) {
         const std::string text = systemErrorText(code);
         EXPECT_FALSE(text.empty()) << code;
         EXPECT_LE(text.size(), 255U);
