@@ -1,0 +1,75 @@
+#include "FormHost.h"
+
+#include <windows.h>
+// After windows.h:
+#include <commdlg.h>
+
+#include <array>
+
+#include "host/WideText_windows.h"
+
+namespace marlune::activex {
+namespace {
+
+UINT iconStyle(BoxIcon icon) {
+    switch (icon) {
+        case BoxIcon::critical:
+            return MB_ICONERROR;
+        case BoxIcon::exclamation:
+            return MB_ICONEXCLAMATION;
+        case BoxIcon::information:
+            return MB_ICONINFORMATION;
+        case BoxIcon::none:
+            break;
+    }
+    return 0;
+}
+
+}  // namespace
+
+void FormHost::messageBox(const std::string& text, BoxIcon icon) {
+    MessageBoxW(GetActiveWindow(), toWide(text).c_str(), L"", MB_OK | iconStyle(icon));
+}
+
+std::string FormHost::chooseFile(const std::string& defaultExtension,
+                                 const std::string& startFolder) {
+    std::array<wchar_t, 32768> path{};  // the longest path there is
+    const std::wstring extension = toWide(defaultExtension);
+    const std::wstring folder = toWide(startFolder);
+    const std::wstring all{L"*.*\0*.*\0", 8};
+    OPENFILENAMEW dialog{};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = GetActiveWindow();
+    dialog.lpstrFilter = all.c_str();
+    dialog.lpstrFile = path.data();
+    dialog.nMaxFile = static_cast<DWORD>(path.size());
+    dialog.lpstrInitialDir = folder.empty() ? nullptr : folder.c_str();
+    dialog.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
+    dialog.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
+    return GetOpenFileNameW(&dialog) != FALSE ? fromWide(path.data()) : std::string();
+}
+
+void FormHost::setMousePointer(MousePointer pointer) {
+    const auto* const shape = pointer == MousePointer::hourglass ? IDC_WAIT : IDC_ARROW;
+    SetCursor(LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(shape)));
+}
+
+void FormHost::processEvents() {
+    MSG message{};
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+        if (message.message == WM_QUIT) {
+            // It is for the program's own loop, which takes it when the running member has ended.
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return;
+        }
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
+bool FormHost::stopRequested() {
+    MSG message{};
+    return PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE) != FALSE;
+}
+
+}  // namespace marlune::activex
