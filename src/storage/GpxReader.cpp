@@ -1,54 +1,14 @@
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <pugixml.hpp>
-#include <system_error>
 
 #include "garmin/values/NumberText.h"
-#include "host/FilePath.h"
-#include "host/Services.h"
 #include "marlune/Gpx.h"
 #include "storage/GpxValues.h"
+#include "storage/WholeFile.h"
 
 namespace marlune {
 namespace {
-
-std::string readWhole(const std::string& path) {
-    std::ifstream in(filePath(path), std::ios::binary);
-    std::string content;
-    std::vector<char> block(1U << 16U);
-    while (in) {
-        in.read(block.data(), static_cast<std::streamsize>(block.size()));
-        content.append(block.data(), static_cast<std::size_t>(in.gcount()));
-    }
-    if (!in.eof()) {
-        throw std::system_error(lastSystemError(), std::system_category(), path);
-    }
-    return content;
-}
-
-// A line's first 200 bytes or so, since a file may be one line; no character is cut.
-std::string_view beginning(std::string_view line) {
-    std::size_t length = std::min<std::size_t>(line.size(), 200);
-    while (length < line.size() && (static_cast<unsigned char>(line[length]) & 0xC0U) == 0x80U) {
-        ++length;
-    }
-    return line.substr(0, length);
-}
-
-GpxParseError::Place placeAt(std::string_view content, std::size_t offset) {
-    offset = std::min(offset, content.size());
-    const std::string_view before = content.substr(0, offset);
-    const std::size_t lineBreak = before.rfind('\n');
-    const std::size_t lineStart = lineBreak == std::string_view::npos ? 0 : lineBreak + 1;
-    const std::size_t lineEnd = std::min(content.find_first_of("\r\n", lineStart), content.size());
-    GpxParseError::Place place;
-    place.source = gpxText(beginning(content.substr(lineStart, lineEnd - lineStart)));
-    place.line = 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
-    place.position = offset - lineStart + 1;
-    place.offset = offset;
-    return place;
-}
 
 std::string_view localName(const pugi::xml_node& node) {
     const std::string_view name = node.name();
@@ -169,7 +129,7 @@ GpxParseError::GpxParseError(const std::string& reason, Place place)
     : std::runtime_error(reason), place_(std::make_shared<const Place>(std::move(place))) {}
 
 std::vector<std::string> GpxReader::readFile(const std::string& path) {
-    return readText(readWhole(path));
+    return readText(readWholeFile(path));
 }
 
 std::vector<std::string> GpxReader::readText(std::string_view content) {

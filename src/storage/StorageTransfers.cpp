@@ -1,0 +1,253 @@
+#include "storage/StorageTransfers.h"
+
+#include <algorithm>
+#include <limits>
+#include <system_error>
+
+#include "garmin/Messages.h"
+#include "host/FilePath.h"
+#include "storage/DriveFolder.h"
+#include "storage/NoCase.h"
+#include "storage/WholeFile.h"
+
+namespace marlune {
+namespace {
+
+namespace fs = std::filesystem;
+
+using LineEvent = void (GpsControlEvents::*)(std::int16_t, const std::string&, const std::string&);
+
+// Counts and numbers of events have 16 bits; a track of more points goes on at the last one.
+std::int16_t shortNumber(std::size_t number) {
+    constexpr std::size_t kLast = std::numeric_limits<std::int16_t>::max();
+    return static_cast<std::int16_t>(std::min(number, kLast));
+}
+
+// Regular files only: opening anything else could wait for ever.
+bool isGpxFile(const fs::path& root, const fs::path& path) {
+    std::error_code error;
+    return equalsNoCase(pathText(path.extension()), ".gpx") && fs::is_regular_file(path, error) &&
+           staysInside(root, path);
+}
+
+// The host's file as a name that the unit's file system takes.
+std::string nameOnUnit(const std::string& path) {
+    std::string name = pathText(filePath(path).stem());
+    for (char& c : name) {
+        const bool forbidden = std::string_view("<>:\"/\\|?*").find(c) != std::string_view::npos;
+        c = forbidden || static_cast<unsigned char>(c) < ' ' ? '_' : c;
+    }
+    name.erase(name.find_last_not_of(" .") + 1);
+    return (name.empty() ? "Marlune" : name) + ".gpx";
+}
+
+}  // namespace
+
+// What differs between the kinds of records.
+struct StorageTransfers::Kind {
+    GpxKind gpx;
+    const char* letter;
+    const char* header;
+    const char* nothing;
+    const char* uploadLabel;
+    char headLetter;  // lines of this letter raise `head`, the others `data`
+    LineEvent head;
+    LineEvent data;
+};
+
+const StorageTransfers::Kind StorageTransfers::kWaypoints = {GpxKind::waypoints,
+                                                             "W",
+                                                             text::kWaypointsHeader,
+                                                             text::kNoWaypoints,
+                                                             "Waypoints",
+                                                             0,
+                                                             nullptr,
+                                                             &GpsControlEvents::WayptData};
+
+const StorageTransfers::Kind StorageTransfers::kTracks = {GpxKind::tracks,
+                                                          "T",
+                                                          text::kTracksHeader,
+                                                          text::kNoTracks,
+                                                          "Upload Traces",
+                                                          'N',
+                                                          &GpsControlEvents::TrackHeader,
+                                                          &GpsControlEvents::TrackData};
+
+const StorageTransfers::Kind StorageTransfers::kRoutes = {GpxKind::routes,
+                                                          "R",
+                                                          text::kRoutesHeader,
+                                                          text::kNoRoutes,
+                                                          "Upload Routes",
+                                                          'R',
+                                                          &GpsControlEvents::RouteHeader,
+                                                          &GpsControlEvents::RouteData};
+
+bool StorageTransfers::getWaypts() {
+    return download(kWaypoints);
+}
+
+bool StorageTransfers::getTracks() {
+    return download(kTracks);
+}
+
+bool StorageTransfers::GetRoutes() {
+    return download(kRoutes);
+}
+
+bool StorageTransfers::mayGoOn() const {
+    return state_.connected && unit_.isOpen() && !services_.host.stopRequested();
+}
+
+void StorageTransfers::raise(const Kind& kind, std::size_t number, const std::string& line,
+                             const std::string& sens) {
+    const LineEvent event = line.front() == kind.headLetter ? kind.head : kind.data;
+    (services_.events.*event)(shortNumber(number), line, sens);
+}
+
+bool StorageTransfers::download(const Kind& kind) {
+    const std::vector<std::string> lines = readFolder(kind.gpx);
+    if (lines.empty()) {
+        services_.host.messageBox(kind.nothing, BoxIcon::information);
+        return false;
+    }
+    services_.events.StartDownload(kind.letter, shortNumber(lines.size()), kind.header);
+    std::size_t delivered = 0;
+    while (delivered < lines.size() && mayGoOn()) {
+        const std::string& line = lines[delivered];
+        raise(kind, ++delivered, line, "D");
+    }
+    services_.events.EndDownload(kind.letter);
+    return delivered > 0;
+}
+
+std::vector<std::string> StorageTransfers::readFolder(GpxKind kind) {
+    std::vector<std::string> lines;
+    const fs::path root = unit_.root();
+    if (!unit_.outputFolder()) {
+        return lines;
+    }
+    std::vector<fs::path> files;
+    std::error_code error;
+    fs::directory_iterator entry(*unit_.outputFolder(), error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        if (isGpxFile(root, entry->path())) {
+            files.push_back(entry->path());
+        }
+    }
+    if (error) {
+        traceReadError(services_.trace, pathText(*unit_.outputFolder()), std::system_error(error));
+    }
+    std::sort(files.begin(), files.end());
+    GpxReader reader(kind, services_.host.decimalSeparator());
+    for (const fs::path& file : files) {
+        readFile(reader, file, lines);
+    }
+    return lines;
+}
+
+void StorageTransfers::readFile(GpxReader& reader, const fs::path& file,
+                                std::vector<std::string>& lines) {
+    const std::string path = pathText(file);
+    try {
+        std::vector<std::string> more = reader.readFile(path);
+        std::move(more.begin(), more.end(), std::back_inserter(lines));
+    } catch (const GpxParseError& error) {
+        traceParseError(services_.trace, path, error);
+    } catch (const std::system_error& error) {
+        traceReadError(services_.trace, path, error);
+    }
+}
+
+bool StorageTransfers::SendWaypts(std::vector<Waypoint> waypoints, const std::string& path) {
+    const char separator = services_.host.decimalSeparator();
+    std::vector<std::string> lines;
+    for (Waypoint& waypoint : waypoints) {
+        lines.push_back(waypoint.getIdent(separator));
+    }
+    return upload(kWaypoints, lines, path);
+}
+
+bool StorageTransfers::SendRoutes(std::vector<Route> routes, const std::string& path) {
+    const char separator = services_.host.decimalSeparator();
+    std::vector<std::string> lines;
+    for (Route& route : routes) {
+        lines.push_back(route.getIdent());
+        for (Waypoint& point : route.Waypoints()) {
+            lines.push_back(point.getIdent(separator));
+        }
+    }
+    return upload(kRoutes, lines, path);
+}
+
+bool StorageTransfers::SendTraces(std::vector<TrackItem> items, const std::string& path) {
+    const char separator = services_.host.decimalSeparator();
+    std::vector<std::string> lines;
+    for (TrackItem& item : items) {
+        const auto* header = std::get_if<TrkHeader>(&item);
+        lines.push_back(header != nullptr ? header->getIdent()
+                                          : std::get<Trace>(item).getIdent(separator));
+    }
+    return upload(kTracks, lines, path);
+}
+
+// The file on the unit, in the name's own case there. A box tells why there can be none.
+std::optional<fs::path> StorageTransfers::target(const std::string& path) const {
+    const auto& folder = unit_.inputFolder();
+    std::error_code ignored;
+    auto reason = std::errc::no_such_file_or_directory;
+    if (folder && fs::is_directory(*folder, ignored)) {
+        if (auto file = insideDrive(*folder, nameOnUnit(path))) {
+            return file;
+        }
+        reason = std::errc::permission_denied;
+    }
+    showError(std::system_error(std::make_error_code(reason)));
+    return std::nullopt;
+}
+
+bool StorageTransfers::save(const GpxWriter& writer, const fs::path& file) const {
+    try {
+        writer.save(pathText(file));
+        return true;
+    } catch (const std::system_error& error) {
+        showError(error);
+        return false;
+    }
+}
+
+void StorageTransfers::showError(const std::system_error& error) const {
+    services_.host.messageBox(systemText(error), BoxIcon::critical);
+}
+
+bool StorageTransfers::upload(const Kind& kind, const std::vector<std::string>& lines,
+                              const std::string& path) {
+    const std::optional<fs::path> file = target(path);
+    if (!file) {
+        return false;
+    }
+    services_.events.StartUpload(kind.letter, shortNumber(lines.size()), kind.uploadLabel);
+    GpxWriter writer;
+    for (std::size_t i = 0; i < lines.size() && mayGoOn(); ++i) {
+        raise(kind, i + 1, lines[i], "U");
+        writer.addLine(lines[i]);
+    }
+    const bool written = mayGoOn() && save(writer, *file);
+    services_.events.EndUpload(kind.letter);
+    return written;
+}
+
+UploadFormat storageUploadFormat(const std::string& protocolCode,
+                                 const std::string& decimalSeparator) {
+    return {.protocolCode = protocolCode,
+            .waypointType = "D108",
+            .routeWaypointType = "",
+            .trackProtocol = "A301",
+            .trackHeaderType = "D310",
+            .decimalSeparator = decimalSeparator};
+}
+
+std::string storageProtocols(const ConnectionState& state) {
+    return "Donnees au format GPX - " + state.description;
+}
+
+}  // namespace marlune

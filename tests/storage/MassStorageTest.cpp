@@ -1,0 +1,388 @@
+// A unit that is a drive: found, described, read and written.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "garmin/UploadFiles.h"
+#include "host/FilePath.h"
+#include "storage/DeviceDescription.h"
+#include "storage/DriveFolder.h"
+#include "storage/StorageTransfers.h"
+#include "storage/StorageUnit.h"
+#include "support/FakeHost.h"
+
+namespace marlune {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+std::string described(const std::string& input, const std::string& output) {
+    const auto file = [](const std::string& path, const std::string& direction) {
+        return "<File><Location><Path>" + path +
+               "</Path><FileExtension>GPX</FileExtension></Location><TransferDirection>" +
+               direction + "</TransferDirection></File>";
+    };
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\" ?>\n"
+           "<Device xmlns=\"http://www.garmin.com/xmlschemas/GarminDevice/v2\">"
+           "<Model><PartNumber>006-B1305-00</PartNumber><SoftwareVersion>280</SoftwareVersion>"
+           "<Description>eTrex \xC3\x89t\xC3\xA9</Description></Model><Id>3816270594</Id>"
+           "<MassStorageMode>"
+           "<DataType><Name>Maps</Name>" +
+           file("Garmin/Maps", "InputToUnit") +
+           "</DataType>"
+           "<DataType><Name>GPSData</Name>" +
+           file(output, "OutputFromUnit") + file(input, "InputToUnit") +
+           "</DataType></MassStorageMode></Device>";
+}
+
+TEST(DeviceDescription, ReadsWhatIdentifiesTheUnitAndItsFolders) {
+    const DeviceDescription device = readDeviceDescription(described("In/GPX", "Out/GPX"));
+    EXPECT_EQ(device.id, "3816270594");
+    EXPECT_EQ(device.description, "eTrex Été");
+    EXPECT_EQ(device.softwareVersion, "2.80");
+    EXPECT_EQ(device.inputFolder, "In/GPX") << "not the folder of the maps";
+    EXPECT_EQ(device.outputFolder, "Out/GPX");
+}
+
+TEST(DeviceDescription, IgnoresNamespacesAndKnowsOtherEncodings) {
+    std::string latin =
+        "<?xml version='1.0' encoding='ISO-8859-1'?><g:Device xmlns:g='urn:x'>"
+        "<g:Description>\xC9t\xE9</g:Description><g:SoftwareVersion>305"
+        "</g:SoftwareVersion><g:MassStorageMode><g:DataType><g:Name>GPSData</g:Name>"
+        "<g:File><g:Location><g:Path>A</g:Path></g:Location><g:TransferDirection>"
+        "OutputFromUnit</g:TransferDirection></g:File></g:DataType>"
+        "</g:MassStorageMode></g:Device>";
+    std::string wide = "\xFF\xFE";
+    for (const char c : described("I", "O")) {
+        if (static_cast<unsigned char>(c) < 128) {
+            wide += {c, '\0'};
+        }
+    }
+    EXPECT_EQ(readDeviceDescription(latin).description, "Été");
+    EXPECT_EQ(readDeviceDescription(latin).softwareVersion, "3.05");
+    EXPECT_EQ(readDeviceDescription(latin).outputFolder, "A");
+    EXPECT_EQ(readDeviceDescription(latin).inputFolder, "");
+    EXPECT_EQ(readDeviceDescription(wide).inputFolder, "I");
+}
+
+TEST(DeviceDescription, ExpandsNothingAndSurvivesDepth) {
+    const DeviceDescription device = readDeviceDescription(
+        "<!DOCTYPE d [<!ENTITY a 'x'><!ENTITY b '&a;&a;&a;&a;'>]><d><Id>&b;</Id></d>");
+    EXPECT_EQ(device.id, "&b;");
+    EXPECT_EQ(device.softwareVersion, "");
+    std::string deep;
+    for (int i = 0; i < 100000; ++i) {
+        deep += "<d>";
+    }
+    deep += "<Id>1</Id>";
+    for (int i = 0; i < 100000; ++i) {
+        deep += "</d>";
+    }
+    EXPECT_EQ(readDeviceDescription(deep).id, "1");
+}
+
+TEST(DeviceDescription, TellsWhereABrokenFileBreaks) {
+    try {
+        readDeviceDescription("<Device>\n<Model>\n</Device>");
+        FAIL();
+    } catch (const GpxParseError& error) {
+        EXPECT_EQ(error.place().line, 3U);
+        EXPECT_EQ(error.place().source, "</Device>");
+    }
+}
+
+TEST(DriveFolder, FindsNamesInAnyCaseAndRefusesToLeave) {
+    const TempFolder folder;
+    const fs::path root = folder.path() / "drive";
+    fs::create_directories(root / "Garmin/GPX");
+    fs::create_directories(folder.path() / "elsewhere");
+    EXPECT_EQ(insideDrive(root, "GARMIN/gpx"), root / "Garmin/GPX");
+    EXPECT_EQ(insideDrive(root, "garmin\\GPX\\"), root / "Garmin/GPX");
+    EXPECT_EQ(insideDrive(root, "./Garmin//New"), root / "Garmin/New");
+    EXPECT_EQ(insideDrive(root, ""), root);
+    for (const char* name : {"..", "Garmin/../../elsewhere", "Garmin\\..\\..", "/etc", "\\etc",
+                             "C:\\Windows", "Garmin/C:x"}) {
+        EXPECT_FALSE(insideDrive(root, name)) << name;
+    }
+    std::error_code unsupported;
+    fs::create_directory_symlink(folder.path() / "elsewhere", root / "Link", unsupported);
+    if (!unsupported) {
+        EXPECT_FALSE(insideDrive(root, "link/file.gpx"));
+    }
+}
+
+class MassStorageTest : public testing::Test, protected GpsControlEvents {
+protected:
+    MassStorageTest() : trace_(folder()) {
+        trace_.setDebug(true);
+        trace_.openEmpty();
+        write("Garmin/GarminDevice.xml", described("Garmin/In", "garmin/out"));
+        fs::create_directories(root() / "Garmin/In");
+        fs::create_directories(root() / "Garmin/Out");
+        host_.driveList = {drive("Untitled"), drive("Garmin")};
+    }
+
+    std::string folder() {
+        host_.createTraceFolder();
+        return host_.documents().path().string();
+    }
+    fs::path root() { return unitFolder_.path() / "GARMIN"; }
+    void write(const std::string& name, const std::string& content) {
+        (void)unitFolder_.write("GARMIN/" + name, content);
+    }
+    std::string read(const std::string& name) { return unitFolder_.read("GARMIN/" + name); }
+
+    Drive drive(const std::string& volume) {
+        Drive drive;
+        drive.isReady = true;
+        drive.volumeName = volume;
+        drive.rootFolder = pathText(root());
+        return drive;
+    }
+    StorageTransfers connected() {
+        EXPECT_TRUE(unit_.find(services_));
+        EXPECT_TRUE(unit_.identify(services_, state_));
+        return {services_, unit_, state_};
+    }
+    // The names in the input folder, and what they hold.
+    std::vector<std::string> inputFiles() {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(root() / "Garmin/In")) {
+            names.push_back(pathText(entry.path().filename()));
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+    std::vector<Waypoint> waypoints() {
+        const std::string path = unitFolder_.write(
+            "host/mes points.txt", "W;PT1;45;1.5;note;100;18;0\r\nW;PT2;46;2;;0;18;0\r\n");
+        std::vector<Waypoint> waypoints;
+        EXPECT_TRUE(
+            readWaypointFile(host_, path, storageUploadFormat("GRM_USB_GPX", "."), waypoints));
+        return waypoints;
+    }
+
+    void StartDownload(const std::string& type, std::int16_t count,
+                       const std::string& header) override {
+        told_.push_back("start " + type + " " + std::to_string(count) + " " + header);
+    }
+    void StartUpload(const std::string& type, std::int16_t count,
+                     const std::string& label) override {
+        told_.push_back("start " + type + " " + std::to_string(count) + " " + label);
+    }
+    void EndDownload(const std::string& type) override { told_.push_back("end " + type); }
+    void EndUpload(const std::string& type) override { told_.push_back("end " + type); }
+    void WayptData(std::int16_t n, const std::string& line, const std::string& sens) override {
+        tell("W", n, line, sens);
+    }
+    void TrackHeader(std::int16_t n, const std::string& line, const std::string& sens) override {
+        tell("TH", n, line, sens);
+    }
+    void TrackData(std::int16_t n, const std::string& line, const std::string& sens) override {
+        tell("TD", n, line, sens);
+    }
+    void RouteHeader(std::int16_t n, const std::string& line, const std::string& sens) override {
+        tell("RH", n, line, sens);
+    }
+    void RouteData(std::int16_t n, const std::string& line, const std::string& sens) override {
+        tell("RD", n, line, sens);
+    }
+    void tell(const std::string& event, int n, const std::string& line, const std::string& sens) {
+        told_.push_back(event + " " + std::to_string(n) + " " + line + " " + sens);
+        if (onRecord_) {
+            onRecord_();
+        }
+    }
+
+    TempFolder unitFolder_;
+    FakeHost host_;
+    DebugTrace trace_;
+    Services services_{host_, *this, trace_};
+    ConnectionState state_;
+    StorageUnit unit_;
+    std::vector<std::string> told_;
+    std::function<void()> onRecord_;
+};
+
+const std::string kGpx = "<?xml version='1.0'?><gpx version='1.1' creator='x'>";
+
+TEST_F(MassStorageTest, TakesTheDriveOfThatNameAndTracesWhatItWalked) {
+    connected();
+    EXPECT_EQ(identText(state_), "Marlune Version " + versionText() +
+                                     " -  GPSId: 3816270594 Version: 2.80 - eTrex Été");
+    EXPECT_EQ(storageProtocols(state_), "Donnees au format GPX - eTrex Été");
+    const std::string trace = host_.traceText();
+    for (const char* label :
+         {"DriveLetter     : ", "DriveType       : ", "FileSystem      : ", "AvailableSpace  : ",
+          "FreeSpace       : ", "IsReady         : ", "Path            : ", "RootFolder      : ",
+          "SerialNumber    : ", "ShareName       : ", "VolumeName      : ", "TotalSize       : "}) {
+        const auto first = trace.find(label);
+        ASSERT_NE(first, std::string::npos) << label;
+        EXPECT_NE(trace.find(label, first + 1), std::string::npos) << "for the other drive too";
+    }
+}
+
+TEST_F(MassStorageTest, IsChosenByNameReadinessAndDescription) {
+    const auto found = [&](std::vector<Drive> drives) {
+        host_.driveList = std::move(drives);
+        return unit_.find(services_);
+    };
+    Drive absent = drive("GARMIN");
+    absent.isReady = false;
+    Drive unlabelled = drive("");
+    EXPECT_FALSE(found({}));
+    EXPECT_FALSE(found({absent, drive("GARMIN2"), drive("Data")}));
+    EXPECT_TRUE(found({unlabelled})) << "mounted as GARMIN";
+    unlabelled.rootFolder += "/";
+    EXPECT_TRUE(found({unlabelled}));
+
+    // A card of the same name, without a description.
+    Drive card = drive("GARMIN");
+    card.rootFolder = pathText(unitFolder_.path());
+    EXPECT_TRUE(found({card, drive("garmin")}));
+    EXPECT_EQ(unit_.root(), root());
+    EXPECT_TRUE(found({card}));
+    EXPECT_FALSE(unit_.identify(services_, state_));
+    EXPECT_THAT(host_.traceText(), HasSubstr("Garmindevice.xml - "));
+}
+
+TEST_F(MassStorageTest, TracesADescriptionThatCannotBeParsed) {
+    write("Garmin/GarminDevice.xml", "<Device>\n  <Id>1</Device>");
+    EXPECT_TRUE(unit_.find(services_));
+    EXPECT_FALSE(unit_.identify(services_, state_));
+    EXPECT_FALSE(state_.connected);
+    const std::string trace = host_.traceText();
+    for (const char* label : {"Erreur: ", "source:<Id>1</Device>", "motid: ", "ligne: 2",
+                              "position: ", "Position dans le fichier: "}) {
+        EXPECT_THAT(trace, HasSubstr(label));
+    }
+}
+
+TEST_F(MassStorageTest, DownloadsEveryFileOfTheOutputFolderInNameOrder) {
+    write("Garmin/Out/b.gpx", kGpx +
+                                  "<wpt lat='2' lon='2'><name>B</name></wpt>"
+                                  "<rte><name>Two</name><rtept lat='5' lon='5'><name>P</name>"
+                                  "</rtept></rte></gpx>");
+    write("Garmin/Out/a.GPX", kGpx +
+                                  "<wpt lat='1' lon='1'><name>A</name></wpt><rte/>"
+                                  "<trk><name>Walk</name><trkseg><trkpt lat='3' lon='3'/>"
+                                  "</trkseg></trk></gpx>");
+    write("Garmin/Out/broken.gpx", "<gpx>\n<wpt");
+    write("Garmin/Out/note.txt", "no GPX");
+    write("Garmin/In/in.gpx", kGpx + "<wpt lat='9' lon='9'/></gpx>");
+    StorageTransfers transfers = connected();
+    EXPECT_TRUE(transfers.getWaypts());
+    EXPECT_THAT(
+        told_,
+        ElementsAre("start W 2 ---- W;id;lat;lon;comment;altitude;symbole;display opt. ------",
+                    "W 1 W;A;1;1;;0;18;0 D", "W 2 W;B;2;2;;0;18;0 D", "end W"));
+    EXPECT_THAT(host_.traceText(), HasSubstr("broken.gpx"));
+    told_.clear();
+    EXPECT_TRUE(transfers.GetRoutes());
+    EXPECT_THAT(told_, ElementsAre("start R 3 -------- Routes --------", "RH 1 R;1;ROUTE 1 D",
+                                   "RH 2 R;2;Two D", "RD 3 W;P;5;5;;0;18;0 D", "end R"));
+    told_.clear();
+    EXPECT_TRUE(transfers.getTracks());
+    EXPECT_THAT(told_, ElementsAre("start T 2 --- T;lat;lon;heure;altitude;debut -----",
+                                   "TH 1 N;Walk D", "TD 2 T;3;3;0;0;-1 D", "end T"));
+    EXPECT_THAT(host_.boxes, IsEmpty());
+}
+
+TEST_F(MassStorageTest, TellsThatNothingIsThere) {
+    StorageTransfers transfers = connected();
+    EXPECT_FALSE(transfers.getWaypts());
+    EXPECT_FALSE(transfers.getTracks());
+    EXPECT_FALSE(transfers.GetRoutes());
+    fs::remove(root() / "Garmin/Out");
+    EXPECT_FALSE(transfers.getWaypts());
+    EXPECT_THAT(host_.boxTexts(), ElementsAre("information: Aucun Waypoint dans ce Gps",
+                                              "information: Aucune trace dans ce GPS",
+                                              "information: Aucune route dans ce Gps",
+                                              "information: Aucun Waypoint dans ce Gps"));
+    EXPECT_THAT(told_, IsEmpty());
+}
+
+TEST_F(MassStorageTest, ReadsNothingOutsideTheDrive) {
+    (void)unitFolder_.write("outside/x.gpx", kGpx + "<wpt lat='1' lon='1'/></gpx>");
+    for (const std::string& folder :
+         {std::string("../outside"), pathText(unitFolder_.path() / "outside")}) {
+        write("Garmin/GarminDevice.xml", described(folder, folder));
+        StorageTransfers transfers = connected();
+        EXPECT_FALSE(transfers.getWaypts());
+        EXPECT_FALSE(transfers.SendWaypts(waypoints(), "x.txt"));
+        EXPECT_THAT(host_.traceText(), HasSubstr(folder));
+        EXPECT_THAT(told_, IsEmpty());
+    }
+}
+
+TEST_F(MassStorageTest, StopsInTheMiddleWhenTheHostDisconnectsOrWantsTheEnd) {
+    write("Garmin/Out/a.gpx", kGpx + "<wpt lat='1' lon='1'/><wpt lat='2' lon='2'/></gpx>");
+    StorageTransfers transfers = connected();
+    onRecord_ = [&] { state_.connected = false; };
+    EXPECT_TRUE(transfers.getWaypts());
+    EXPECT_EQ(told_.size(), 3U) << "start, one record, end";
+    told_.clear();
+    state_.connected = true;
+    onRecord_ = [&] { host_.stop = true; };
+    EXPECT_FALSE(transfers.SendWaypts(waypoints(), "x.txt"));
+    EXPECT_EQ(told_.size(), 3U);
+    EXPECT_THAT(inputFiles(), IsEmpty()) << "half an upload is none";
+}
+
+TEST_F(MassStorageTest, UploadsAFileNamedAfterTheHosts) {
+    StorageTransfers transfers = connected();
+    write("Garmin/In/MES POINTS.gpx", "old");
+    EXPECT_TRUE(transfers.SendWaypts(waypoints(), "/home/moi/mes points.txt"));
+    EXPECT_THAT(told_, ElementsAre("start W 2 Waypoints", "W 1 W;PT1;45;1.5;note;100;18;0 U",
+                                   "W 2 W;PT2;46;2;;0;18;0 U", "end W"));
+    EXPECT_THAT(inputFiles(), ElementsAre("MES POINTS.gpx")) << "one name in any case";
+    const std::string gpx = read("Garmin/In/MES POINTS.gpx");
+    EXPECT_THAT(gpx, HasSubstr("<gpx version=\"1.1\""));
+    EXPECT_THAT(gpx, HasSubstr("<name>PT1</name>"));
+
+    EXPECT_TRUE(transfers.SendWaypts(waypoints(), "C:\\a?b:*. .txt"));
+    EXPECT_THAT(inputFiles(), testing::Contains(testing::EndsWith("a_b__.gpx")));
+}
+
+TEST_F(MassStorageTest, UploadsTracksWithTheirHeadersAndRoutesWithTheirPoints) {
+    StorageTransfers transfers = connected();
+    const UploadFormat format = storageUploadFormat("GRM_USB_GPX", ".");
+    const std::string path = unitFolder_.write(
+        "host/a.txt", "N;Walk\r\nT;45;1;32874.5;100;0\r\nR;1;Tour\r\nW;PT1;45;1;;0;18;0\r\n");
+    std::vector<TrackItem> items;
+    ASSERT_TRUE(readTrackFile(host_, path, format, items));
+    std::vector<Route> routes;
+    ASSERT_TRUE(readRouteFile(host_, path, format, routes));
+    EXPECT_TRUE(transfers.SendTraces(items, "t.txt"));
+    EXPECT_THAT(read("Garmin/In/t.gpx"), HasSubstr("<name>Walk</name>"));
+    EXPECT_THAT(read("Garmin/In/t.gpx"), HasSubstr("1990-01-01T12:00:00Z"));
+    EXPECT_TRUE(transfers.SendRoutes(routes, "r.txt"));
+    EXPECT_THAT(read("Garmin/In/r.gpx"), HasSubstr("<rtept lat=\"45\" lon=\"1\">"));
+    EXPECT_EQ(told_.size(), 8U);
+}
+
+TEST_F(MassStorageTest, AFailedUploadTellsWhyAndLeavesWhatWasThere) {
+    StorageTransfers transfers = connected();
+    write("Garmin/In/x.gpx/kept", "a folder stands where the file should");
+    EXPECT_FALSE(transfers.SendWaypts(waypoints(), "x.txt"));
+    EXPECT_THAT(inputFiles(), ElementsAre("x.gpx"));
+    ASSERT_EQ(host_.boxes.size(), 1U);
+    EXPECT_EQ(host_.boxes[0].icon, BoxIcon::critical);
+    EXPECT_NE(host_.boxes[0].text, "");
+    EXPECT_EQ(told_.back(), "end W");
+
+    told_.clear();
+    fs::remove_all(root() / "Garmin/In");
+    EXPECT_FALSE(transfers.SendWaypts(waypoints(), "x.txt"));
+    EXPECT_EQ(host_.boxes.size(), 2U);
+    EXPECT_THAT(told_, IsEmpty()) << "no folder: nothing starts";
+    EXPECT_FALSE(fs::exists(root() / "Garmin/In"));
+}
+
+}  // namespace
+}  // namespace marlune
