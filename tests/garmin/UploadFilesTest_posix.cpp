@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
-#include <sys/resource.h>
+#include <unistd.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -11,34 +12,41 @@
 namespace marlune {
 namespace {
 
-// Nothing can be opened while this lives. Permissions would not do: the tests may run as root.
-class NoMoreFiles {
+// The system lets root open every file, so root becomes another user for a while.
+class OrdinaryUser {
 public:
-    NoMoreFiles() {
-        (void)getrlimit(RLIMIT_NOFILE, &before_);
-        rlimit none = before_;
-        none.rlim_cur = 0;
-        (void)setrlimit(RLIMIT_NOFILE, &none);
+    OrdinaryUser() {
+        constexpr uid_t kNobody = 65534;
+        left_ = geteuid() == 0 && seteuid(kNobody) == 0;
     }
-    NoMoreFiles(const NoMoreFiles&) = delete;
-    NoMoreFiles& operator=(const NoMoreFiles&) = delete;
-    ~NoMoreFiles() { (void)setrlimit(RLIMIT_NOFILE, &before_); }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+    ~OrdinaryUser() {
+        if (left_) {
+            (void)!seteuid(0);
+        }
+    }
 
 private:
-    rlimit before_{};
+    bool left_ = false;
 };
 
 TEST(UploadFilesPosixTest, AFileThatDoesNotOpenEndsTheReader) {
+    using std::filesystem::perms;
     const TempFolder folder;
     const std::string file = folder.write("file", "W;A;1;2;;3;4;5\n");
+    std::filesystem::permissions(folder.path(), perms::all);
+    std::filesystem::permissions(file, perms::none);
     FakeHost host;
     std::vector<Waypoint> waypoints;
     std::vector<Route> routes;
     {
-        const NoMoreFiles limit;
+        const OrdinaryUser user;
         EXPECT_FALSE(readWaypointFile(host, file, {}, waypoints));
         EXPECT_FALSE(readRouteFile(host, file, {}, routes)) << "not an empty list of routes";
     }
+    EXPECT_TRUE(host.boxes.empty()) << "the file is there";
+    std::filesystem::permissions(file, perms::owner_read);
     EXPECT_TRUE(readWaypointFile(host, file, {}, waypoints));
 }
 
