@@ -3,10 +3,25 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "receivers/garmin/GarminReceiver.h"
+
 namespace marlune::receivers {
+namespace {
+
+std::vector<Unit> unitsOfGarmin() {
+    std::vector<Unit> units;
+    for (const garmin::GarminUnit& each : garmin::garminUnits()) {
+        units.push_back({each.name, each.about});
+    }
+    return units;
+}
+
+}  // namespace
 
 const std::vector<Family>& receiverFamilies() {
-    static const std::vector<Family> kFamilies = {};
+    static const std::vector<Family> kFamilies = {
+        {"garmin", "GRM", unitsOfGarmin, garmin::makeGarminReceiver},
+    };
     return kFamilies;
 }
 

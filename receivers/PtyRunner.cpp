@@ -60,6 +60,11 @@ std::vector<std::string> PtyRunner::lines() const {
     return receiver_->lines();
 }
 
+std::vector<std::string> PtyRunner::complaints() const {
+    const std::scoped_lock lock(mutex_);
+    return receiver_->complaints();
+}
+
 void PtyRunner::run() {
     {
         // A stream may be due before anything is heard.

@@ -43,8 +43,9 @@ public:
     void start();
     void stop();
 
-    // What the receiver holds.
+    // What the receiver holds, and what it wonders about; see VirtualReceiver.
     [[nodiscard]] std::vector<std::string> lines() const;
+    [[nodiscard]] std::vector<std::string> complaints() const;
 
 private:
     void wait();

@@ -60,6 +60,10 @@ public:
     // What the receiver holds, uploads included, as the control's text lines (UTF-8).
     [[nodiscard]] virtual std::vector<std::string> lines() const = 0;
 
+    // What the other end did that a receiver of this family has reason to wonder about, oldest
+    // first, one English text each.
+    [[nodiscard]] virtual std::vector<std::string> complaints() const { return {}; }
+
 protected:
     VirtualReceiver(int baud, Faults faults);
 

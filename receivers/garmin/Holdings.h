@@ -1,0 +1,64 @@
+// A Garmin unit's memory: what it holds, in the record types that it speaks.
+//
+// The unit keeps only what its records have room for, so what lines() tells is what a download
+// brings: data given to it at the start goes through its records too.
+//
+// An upload changes the memory as the unit's user would expect:
+//   waypoints and proximity waypoints: one of the same ident is replaced, others are added;
+//   routes: those of the same number (D200, D201) or name (D202) are replaced, others are added;
+//   tracks: those of the same name are replaced, others are added; a unit without track headers has
+//   one track log, which is replaced as a whole.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "receivers/DeviceData.h"
+#include "receivers/garmin/Abilities.h"
+
+namespace marlune::receivers::garmin {
+
+enum class RecordKind {
+    waypoint,
+    routeHeader,
+    routePoint,
+    routeLink,
+    trackHeader,
+    trackPoint,
+    proximity
+};
+
+struct Record {
+    RecordKind kind = RecordKind::waypoint;
+    std::vector<std::uint8_t> data;
+};
+
+class Holdings {
+public:
+    Holdings(Abilities abilities, const DeviceData& data);
+
+    [[nodiscard]] const Abilities& abilities() const { return abilities_; }
+    [[nodiscard]] const DeviceData& data() const { return data_; }
+
+    // The records of a download, in the order in which they are sent.
+    [[nodiscard]] std::vector<Record> waypoints() const;
+    [[nodiscard]] std::vector<Record> proximities() const;
+    [[nodiscard]] std::vector<Record> routes() const;
+    [[nodiscard]] std::vector<Record> tracks() const;
+
+    // Takes an upload in. What cannot be understood is left out, with a text for each such record.
+    std::vector<std::string> store(const std::vector<Record>& records);
+
+private:
+    void take(const Record& record, DeviceData& into) const;
+    void settle(DeviceData& data) const;
+    void merge(DeviceData&& upload);
+    void numberRoutes();
+    [[nodiscard]] std::string typeOf(RecordKind kind) const;
+
+    Abilities abilities_;
+    DeviceData data_;
+};
+
+}  // namespace marlune::receivers::garmin
