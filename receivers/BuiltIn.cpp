@@ -24,10 +24,16 @@ BuiltIn::BuiltIn(std::string_view family, const ReceiverOptions& options, bool p
 
 BuiltIn::~BuiltIn() = default;
 
-const std::string& BuiltIn::path() const { return runner_->path(); }
+const std::string& BuiltIn::path() const {
+    return runner_->path();
+}
 
-std::vector<std::string> BuiltIn::lines() const { return runner_->lines(); }
+std::vector<std::string> BuiltIn::lines() const {
+    return runner_->lines();
+}
 
-std::vector<std::string> BuiltIn::complaints() const { return runner_->complaints(); }
+std::vector<std::string> BuiltIn::complaints() const {
+    return runner_->complaints();
+}
 
 }  // namespace marlune::receivers

@@ -1,5 +1,5 @@
-// A virtual receiver inside the running program, on a pty with a thread of its own: what the command
-// line's "--port virtual[:UNIT]" talks to. Linux.
+// A virtual receiver inside the running program, on a pty with a thread of its own: what the
+// command line's "--port virtual[:UNIT]" talks to. Linux.
 #pragma once
 
 #include <memory>
@@ -15,9 +15,9 @@ class PtyRunner;
 
 class BuiltIn {
 public:
-    // Starts a receiver of that family, by its name ("garmin") or the control's code for it ("GRM"),
-    // playing one of the family's named units; empty for its first. Throws std::invalid_argument
-    // for names that do not exist and std::system_error when there is no pty.
+    // Starts a receiver of that family, by its name ("garmin") or the control's code for it
+    // ("GRM"), playing one of the family's named units; empty for its first. Throws
+    // std::invalid_argument for names that do not exist and std::system_error when there is no pty.
     explicit BuiltIn(std::string_view family, const std::string& unit = {});
     // The same with every choice; paced makes bytes take the time of the receiver's speed.
     BuiltIn(std::string_view family, const ReceiverOptions& options, bool paced);

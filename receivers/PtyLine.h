@@ -39,7 +39,7 @@ public:
 
     // Writes as much as there is room for and returns how much that was; does not wait. Everything
     // is taken, and lost, while nobody has the path open.
-    std::size_t write(std::span<const std::uint8_t> bytes) const;
+    [[nodiscard]] std::size_t write(std::span<const std::uint8_t> bytes) const;
 
     // Ends the line: the host sees its port disappear.
     void hangUp();

@@ -2,6 +2,7 @@
 // UTF-8 outside and Windows-1252 inside.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <concepts>
 #include <cstddef>
@@ -9,7 +10,9 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "host/CodePage.h"
@@ -81,7 +84,7 @@ public:
     std::string zeroText() {
         const std::string_view rest(reinterpret_cast<const char*>(bytes_.data()) + at_, left());
         const std::size_t length = std::min(rest.find('\0'), rest.size());
-        const std::string text = upToZero(next(length));
+        std::string text = upToZero(next(length));
         at_ += left() > 0 ? 1 : 0;
         return text;
     }

@@ -68,7 +68,9 @@ std::vector<std::uint8_t> positionRecord(const Motion& motion) {
 // latitude, longitude, velocity (east, north, up), ellipsoid above sea level, leap seconds (2),
 // days to the week's beginning (4)
 std::vector<std::uint8_t> pvtRecord(const Motion& motion, double date) {
-    const double satelliteTime = (date - kEpochDay) * kSecondsADay + kLeapSeconds;
+    // A date in days is exact to the microsecond only; milliseconds are enough for a fix.
+    const double seconds = std::round((date - kEpochDay) * kSecondsADay * 1000) / 1000;
+    const double satelliteTime = seconds + kLeapSeconds;
     const double week = std::floor(satelliteTime / kSecondsADay / kDaysAWeek);
     ByteWriter record;
     record.number(static_cast<float>(motion.altitude) + kGeoid);

@@ -1,58 +1,16 @@
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <poll.h>
 #include <sys/ioctl.h>
 #include <termios.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <system_error>
 
 #include "receivers/EchoReceiver.h"
+#include "receivers/HostEnd.h"
 #include "receivers/PtyRunner.h"
 
 namespace marlune::receivers {
 namespace {
-
-// A host's end of the line.
-class HostEnd {
-public:
-    explicit HostEnd(const std::string& path, speed_t speed = B9600)
-        : fd_(::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-        termios settings{};
-        ::tcgetattr(fd_, &settings);
-        ::cfmakeraw(&settings);
-        ::cfsetospeed(&settings, speed);
-        ::cfsetispeed(&settings, speed);
-        ::tcsetattr(fd_, TCSANOW, &settings);
-    }
-    HostEnd(const HostEnd&) = delete;
-    HostEnd& operator=(const HostEnd&) = delete;
-    ~HostEnd() { ::close(fd_); }
-
-    [[nodiscard]] int fd() const { return fd_; }
-    void write(const std::string& text) const {
-        ASSERT_EQ(::write(fd_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-    }
-    // Reads until that many bytes came, the line ended or nothing came for five seconds.
-    [[nodiscard]] std::string read(std::size_t count) const {
-        std::string all(count, '\0');
-        std::size_t got = 0;
-        pollfd polled = {fd_, POLLIN, 0};
-        while (got < count && ::poll(&polled, 1, 5000) == 1) {
-            const ssize_t more = ::read(fd_, &all[got], count - got);
-            if (more <= 0) {
-                break;
-            }
-            got += static_cast<std::size_t>(more);
-        }
-        all.resize(got);
-        return all;
-    }
-
-private:
-    int fd_;
-};
 
 TEST(PtyRunner, SurvivesClosingAndReopeningAndTellsWhatItHolds) {
     PtyRunner runner(std::make_unique<EchoReceiver>(), {});
@@ -76,7 +34,7 @@ TEST(PtyLine, WhatAFormerHostLeftUnreadIsGone) {
     {
         const HostEnd former(line.path());
         line.read(heard);
-        line.write(stale);
+        ASSERT_EQ(line.write(stale), stale.size());
         ::ioctl(former.fd(), TIOCEXCL);
         EXPECT_EQ(former.read(1), "s");
     }

@@ -1,0 +1,284 @@
+// Every record type against an image written by hand. One place serves all: 45 degrees north is
+// 20000000 semicircles (hexadecimal), 90 west is C0000000; 1042 metres are 44824000 as a single and
+// 0412 as a number; 150 metres are 43160000; the mark for "unknown" is 69045951.
+#include <gmock/gmock.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "receivers/garmin/Image.h"
+#include "receivers/garmin/PlaceRecords.h"
+#include "receivers/garmin/RealTime.h"
+#include "receivers/garmin/RouteRecords.h"
+#include "receivers/garmin/TrackRecords.h"
+
+namespace marlune::receivers::garmin {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+const Place kCamp = {"\xC3\x89TAPE", 45, -90, "Abri d'\xC3\xA9t\xC3\xA9", 1042, 151, 2};
+
+// The position, and ident and comment in their fixed fields (É is C9, é is E9).
+const std::string kHere = " 00 00 00 20 00 00 00 C0 ";
+const std::string kIdent = "C9 'TAPE ' ";
+const std::string kComment = " 'Abri d' 27 E9 't' E9 20x30 ";
+const std::string kCore = kIdent + kHere + "00x4" + kComment;
+// What D108 to D110 have from the symbol to the country, with and without a distance.
+const std::string kModern = " 97 00 00x6 FFx12 " + kHere + "00 40 82 44 51 59 04 69 ";
+const std::string kTexts = " C9 'TAPE' 00 'Abri d' 27 E9 't' E9 00 00x4";
+const std::string kUnknown = " 51 59 04 69 ";
+const std::string kAviation = kCore + "00x4 20x30 20x24 20x2 12 04 20x2 00 ";
+
+struct PlaceCase {
+    const char* type;
+    std::string image;
+    // What is left of the place: symbol, display, whether comment and altitude survive.
+    int symbol;
+    int display;
+    bool comment;
+    bool altitude;
+};
+
+std::vector<PlaceCase> placeCases() {
+    return {
+        {"D100", kCore, 18, 0, true, false},
+        {"D101", kCore + "00x4 97", 151, 0, true, false},
+        {"D102", kCore + "00x4 97 00", 151, 0, true, false},
+        {"D103", kCore + "0B 02", 151, 2, true, false},
+        {"D104", kCore + "00x4 97 00 05", 151, 2, true, false},
+        {"D105", kHere + "97 00 C9 'TAPE' 00", 151, 0, false, false},
+        {"D106", "00x14" + kHere + "97 00 C9 'TAPE' 00 00", 151, 0, false, false},
+        {"D107", kCore + "0B 02 00x4 00", 151, 2, true, false},
+        {"D108", "00 FF 02 60" + kModern + kUnknown + "20x4" + kTexts, 151, 2, true, true},
+        {"D109", "01 00 5F 70" + kModern + kUnknown + "20x4 FFx4" + kTexts, 151, 2, true, true},
+        {"D110", "01 00 5F 80" + kModern + kUnknown + "20x4 FFx4" + kUnknown + "FFx4 00x2" + kTexts,
+         151, 2, true, true},
+        {"D150", kIdent + "20x2 04" + kHere + "12 04 20x24 20x2 20x30 20x10" + kComment, 18, 0,
+         true, true},
+        {"D151", kAviation + "02", 18, 0, true, true},
+        {"D152", kAviation + "04", 18, 0, true, true},
+        {"D154", kAviation + "04 97 00", 151, 0, true, true},
+        {"D155", kAviation + "04 97 00 05", 151, 2, true, true},
+    };
+}
+
+TEST(PlaceRecords, EveryTypeHasItsImage) {
+    for (const PlaceCase& each : placeCases()) {
+        EXPECT_EQ(placeRecord(each.type, kCamp), image(each.image)) << each.type;
+    }
+}
+
+TEST(PlaceRecords, EveryTypeIsReadFromItsImage) {
+    for (const PlaceCase& each : placeCases()) {
+        Place left = kCamp;
+        left.symbol = each.symbol;
+        left.display = each.display;
+        left.comment = each.comment ? kCamp.comment : "";
+        left.altitude = each.altitude ? kCamp.altitude : std::nullopt;
+        EXPECT_EQ(placeOf(each.type, image(each.image)), left) << each.type;
+    }
+}
+
+TEST(PlaceRecords, NoTypeReadsPastItsRecord) {
+    for (const PlaceCase& each : placeCases()) {
+        const Bytes whole = image(each.image);
+        for (std::size_t size = 0; size < whole.size(); ++size) {
+            try {
+                placeOf(each.type, std::span(whole).first(size));
+            } catch (const std::out_of_range&) {
+                continue;
+            }
+        }
+    }
+    EXPECT_THROW(placeOf("D154", Bytes(125)), std::out_of_range) << "its symbol ends at byte 126";
+}
+
+TEST(PlaceRecords, KeepTheirOddities) {
+    // A symbol outside the sixteen of D103, a byte outside them.
+    Place place = kCamp;
+    place.symbol = 999;
+    EXPECT_EQ(placeRecord("D103", place)[58], 0);
+    Bytes wild = image(kCore + "10 00");
+    EXPECT_EQ(placeOf("D103", wild).symbol, 18);
+    // Display options by their odd numbers.
+    const int odd[][2] = {{3, 0}, {1, 1}, {5, 2}, {0, 1}};
+    for (const auto& [byte, display] : odd) {
+        Bytes record = image(kCore + "00x4 97 00 00");
+        record.back() = static_cast<std::uint8_t>(byte);
+        EXPECT_EQ(placeOf("D104", record).display, display);
+    }
+    // The attribute tells D109 from D110, whatever was announced.
+    EXPECT_EQ(placeOf("D109", image(placeCases()[10].image)), kCamp);
+    EXPECT_EQ(placeOf("D110", image(placeCases()[9].image)), kCamp);
+    // A shorter D150, with the comment right behind the name.
+    EXPECT_EQ(placeOf("D150", image(kIdent + "20x2 04" + kHere + "F4 FF 20x56" + kComment)).comment,
+              kCamp.comment);
+    EXPECT_EQ(
+        placeOf("D150", image(kIdent + "20x2 04" + kHere + "F4 FF 20x56" + kComment)).altitude,
+        -12);
+    // Unknown altitudes.
+    place.altitude.reset();
+    EXPECT_EQ(placeRecord("D152", place)[118], 0xFF);
+    EXPECT_EQ(placeRecord("D152", place)[119], 0x7F);
+    EXPECT_EQ(placeOf("D152", placeRecord("D152", place)).altitude, std::nullopt);
+    EXPECT_EQ(placeOf("D108", placeRecord("D108", place)).altitude, std::nullopt);
+    // A comment that ends in a zero byte before its field does.
+    EXPECT_EQ(placeOf("D100", image(kIdent + kHere + "00x4 'AB' 00 20x37")).comment, "AB");
+    // Texts of variable length that end with the record.
+    const Bytes open = image("00 00 00 60" + kModern + kUnknown + "20x4 'PT1'");
+    EXPECT_EQ(placeOf("D108", open).ident, "PT1");
+    // A long ident is cut, so that a record always fits its packet.
+    place.ident = std::string(300, 'x');
+    place.comment = std::string(300, 'y');
+    EXPECT_LE(placeRecord("D110", place).size(), 255U);
+}
+
+TEST(ProximityRecords, CarryTheirDistance) {
+    const Proximity zone = {kCamp, 150};
+    const std::string far = " 00 00 16 43";
+    const std::string panel = kIdent + "20x2 04" + kHere + "12 04 20x56 20x10" + kComment;
+    const struct {
+        const char* type;
+        std::string image;
+    } cases[] = {
+        {"D400", kCore + far},
+        {"D403", kCore + "0B 02" + far},
+        {"D450", "07 00 " + panel + far},
+        {"D107", kCore + "0B 02" + far + " 00"},
+        {"D108", "00 FF 02 60" + kModern + far + " 20x4" + kTexts},
+        {"D152", kCore + far + " 20x30 20x24 20x2 12 04 20x2 00 04"},
+    };
+    for (const auto& each : cases) {
+        EXPECT_EQ(proximityRecord(each.type, zone, 7), image(each.image)) << each.type;
+        const Proximity read = proximityOf(each.type, image(each.image));
+        EXPECT_EQ(read.distance, 150) << each.type;
+        EXPECT_EQ(read.place.ident, kCamp.ident) << each.type;
+    }
+    EXPECT_EQ(proximityOf("D108", placeRecord("D108", kCamp)).distance, 0) << "unknown is none";
+    EXPECT_EQ(proximityRecord("D103", zone, 0), image(kCore + "0B 02")) << "no room for it";
+    EXPECT_THROW(proximityOf("D450", Bytes(1)), std::out_of_range);
+}
+
+TEST(RouteRecords, HaveTheirImages) {
+    const Route route = {3, "TOUR DU L\xC3\x89MAN", {}, {}};
+    EXPECT_EQ(routeHeaderRecord("D200", route), image("03"));
+    EXPECT_EQ(routeHeaderRecord("D201", route), image("03 'TOUR DU L' C9 'MAN' 20x7"));
+    EXPECT_EQ(routeHeaderRecord("D202", route), image("'TOUR DU L' C9 'MAN' 00"));
+    EXPECT_EQ(routeOf("D200", image("03")).number, 3);
+    EXPECT_EQ(routeOf("D201", image("03 'TOUR DU L' C9 'MAN' 00 20x6")), route);
+    EXPECT_EQ(routeOf("D202", image("'TOUR DU L' C9 'MAN' 00 20x6")).name, route.name);
+    EXPECT_THROW(routeOf("D201", image("03 'SHORT'")), std::out_of_range);
+
+    EXPECT_EQ(linkRecord("A"), image("03 00 00x6 FFx12 'A' 00"));
+    EXPECT_EQ(linkOf(image("FF 00 00x6 FFx11 00 'PT1      ' 00")), "PT1");
+    EXPECT_THROW(linkOf(Bytes(19)), std::out_of_range);
+}
+
+// Noon on 1 January 1990 is 129600 seconds, 0001FA40, after the epoch.
+const TrackPoint kPoint = {45, -90, 32874.5, 1042, true};
+
+TEST(TrackRecords, HaveTheirImages) {
+    const std::string here = kHere + "40 FA 01 00 ";
+    const struct {
+        const char* type;
+        std::string image;
+        bool altitude;
+        bool segment;
+    } cases[] = {
+        {"D300", here + "01", false, true},
+        {"D301", here + "00 40 82 44" + kUnknown + "01", true, true},
+        {"D302", here + "00 40 82 44" + kUnknown + kUnknown + "01", true, true},
+        {"D303", here + "00 40 82 44 00", true, false},
+        {"D304", here + "00 40 82 44" + kUnknown + "00 FF 00", true, false},
+    };
+    for (const auto& each : cases) {
+        EXPECT_EQ(trackPointRecord(each.type, kPoint), image(each.image)) << each.type;
+        TrackPoint left = kPoint;
+        left.altitude = each.altitude ? kPoint.altitude : std::nullopt;
+        left.newSegment = each.segment;
+        EXPECT_EQ(trackPointOf(each.type, image(each.image)), left) << each.type;
+        EXPECT_THROW(trackPointOf(each.type, Bytes(image(each.image).size() - 1)),
+                     std::out_of_range);
+    }
+    const Track track = {"Lac", {}};
+    EXPECT_EQ(trackHeaderRecord("D310", track, 0), image("01 FF 'Lac' 00"));
+    EXPECT_EQ(trackHeaderRecord("D312", track, 0), image("01 FF 'Lac' 00"));
+    EXPECT_EQ(trackHeaderRecord("D311", track, 258), image("02 01"));
+    EXPECT_EQ(trackNameOf("D310", image("FF 00 'Lac' 00 00")), "Lac");
+    EXPECT_EQ(trackNameOf("D311", image("02 01 'Lac' 00 00")), "Track 259");
+}
+
+TEST(TrackRecords, MarkWhatIsUnknown) {
+    const TrackPoint nowhere = {180, 180, 0, std::nullopt, false};
+    const Bytes record = image("FF FF FF 7F FF FF FF 7F FF FF FF FF" + kUnknown + kUnknown + "00");
+    EXPECT_EQ(trackPointRecord("D301", nowhere), record);
+    EXPECT_EQ(trackPointOf("D301", record), nowhere);
+    EXPECT_EQ(trackPointOf("D300", image(kHere + "00x4 FF")).time, 0);
+    EXPECT_TRUE(trackPointOf("D300", image(kHere + "00x4 FF")).newSegment);
+}
+
+TEST(TrackRecords, PausesStandForSegmentsWhereThereIsNoFlag) {
+    TrackPoint going = kPoint;
+    going.newSegment = false;
+    const Track track = {"Lac", {kPoint, going, kPoint, going}};
+    EXPECT_EQ(trackPointRecords("D301", track).size(), 4U);
+    const auto records = trackPointRecords("D303", track);
+    ASSERT_EQ(records.size(), 6U);
+    Track read = {"Lac", {}};
+    for (const Bytes& record : records) {
+        read.points.push_back(trackPointOf("D303", record));
+    }
+    EXPECT_FALSE(read.points[2].hasPosition());
+    EXPECT_FALSE(read.points[3].hasPosition());
+    joinSegments("D303", read);
+    EXPECT_EQ(read, track);
+}
+
+TEST(RealTime, DateAndPositionHaveTheirImages) {
+    // 14/07/2006 13:05:09
+    EXPECT_EQ(dateRecord(38912 + (13 * 3600 + 5 * 60 + 9) / 86400.0),
+              image("07 0E D6 07 0D 00 05 09"));
+    EXPECT_EQ(dateRecord(32873 + 86399.6 / 86400), image("01 01 C6 07 00 00 00 00"));
+    Motion motion;
+    motion.latitude = 90;
+    motion.longitude = -180;
+    // Half of pi is 3FF921FB54442D18, pi 400921FB54442D18.
+    EXPECT_EQ(positionRecord(motion), image("18 2D 44 54 FB 21 F9 3F 18 2D 44 54 FB 21 09 C0"));
+}
+
+TEST(RealTime, PvtHasItsImage) {
+    Motion motion;
+    motion.latitude = 90;
+    motion.longitude = -180;
+    motion.altitude = 1042;
+    motion.east = 1.5;
+    motion.north = -2;
+    // Ten seconds into 1 January 1990, the Monday after the epoch: 86410 + 18 seconds of the
+    // satellites' time, 40F519C000000000. 1042 + 48 metres are 44884000.
+    EXPECT_EQ(pvtRecord(motion, 32874 + 10 / 86400.0),
+              image("00 40 88 44 66 66 B6 40 9A 99 79 40 66 66 86 40 03 00 "
+                    "00 00 00 00 C0 19 F5 40 "
+                    "18 2D 44 54 FB 21 F9 3F 18 2D 44 54 FB 21 09 C0 "
+                    "00 00 C0 3F 00 00 00 C0 00x4 00 00 40 C2 12 00 00 00 00 00"));
+    // The week turns with the satellites' clock, 18 seconds before midnight.
+    const Bytes late = pvtRecord(motion, 32880 - 18 / 86400.0);
+    EXPECT_EQ(Bytes(late.begin() + 60, late.end()), image("07 00 00 00"));
+}
+
+TEST(RealTime, TheWalkIsAWalk) {
+    const Place centre = {"A", 45, 7, "", 100, 18, 0};
+    Motion before = walk(centre, 0);
+    for (int second = 1; second <= 900; ++second) {
+        const Motion now = walk(centre, second);
+        const double north = (now.latitude - before.latitude) * 111320;
+        const double east = (now.longitude - before.longitude) * 111320 * 0.7071;
+        EXPECT_NEAR(north * north + east * east, 1.4 * 1.4, 0.01);
+        EXPECT_NEAR(north, (before.north + now.north) / 2, 0.02);
+        EXPECT_NEAR(east, (before.east + now.east) / 2, 0.02);
+        before = now;
+    }
+}
+
+}  // namespace
+}  // namespace marlune::receivers::garmin
