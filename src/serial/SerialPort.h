@@ -61,7 +61,8 @@ public:
     // Writes everything and returns how many bytes the system took.
     virtual std::size_t write(std::span<const std::uint8_t> bytes) = 0;
 
-    // Discards both queues, and what was read ahead.
+    // Discards what waits to be read, read ahead or not, and what waits to be sent; bytes that
+    // write() has returned for are on their way.
     virtual void purge() = 0;
 };
 

@@ -206,7 +206,10 @@ bool SystemSerialPort::waitFor(short events, milliseconds longest) {
 void SystemSerialPort::purge() {
     ahead_.clear();
     if (descriptor_ >= 0) {
-        (void)::tcflush(descriptor_, TCIOFLUSH);
+        // Input only. A write counts as done when it returns, so nothing of it may be lost: a pseudo
+        // terminal would drop what its other end has not read yet, the last acknowledgement of a
+        // transfer for one.
+        (void)::tcflush(descriptor_, TCIFLUSH);
     }
 }
 

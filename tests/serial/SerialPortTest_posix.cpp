@@ -179,6 +179,13 @@ TEST_F(SystemSerialPortTest, PurgeEmptiesTheKernelAndWhatWasReadAhead) {
     EXPECT_EQ(read(1), Bytes{4});
 }
 
+TEST_F(SystemSerialPortTest, PurgeKeepsWhatWasWritten) {
+    ASSERT_EQ(open(), 0);
+    EXPECT_EQ(port_->write(Bytes{1, 2}), 2U);
+    port_->purge();
+    EXPECT_EQ(pty_.read(2), (Bytes{1, 2}));
+}
+
 TEST_F(SystemSerialPortTest, UnpluggingDuringAReadEndsItAndEveryLaterOne) {
     ASSERT_EQ(open(), 0);
     host_.onStopRequested = [&] {
