@@ -31,15 +31,10 @@ constexpr const char* kIdentity =
     R"({"call":"getIdent","result":"Marlune Version 1.0.0 -  GPSId:  Version:  - "})"
     "\n";
 // How the listener ends: what it shows depends on whether sentences came without a gap.
-constexpr const char *kListened =
-                         R"(\{"box":"(Transfert terminé.|.GPGGA: pas de Position disponible)",
-                     "icon" : "[a-z]*"
-})"
-    "\n"
-    R"(\{"event":"EndDownload","DataType":"NMEA_END"\})"
-    "\n"
-    R"(\{"call":"StartNMEA","result":(true|false)\})"
-    "\n";
+constexpr const char* kListened =
+    "\"box\":\"(Transfert terminé.|.GPGGA: pas de Position disponible)\".*"
+    "\"event\":\"EndDownload\",\"DataType\":\"NMEA_END\".*"
+    "\"call\":\"StartNMEA\",\"result\":(true|false)";
 
 class HostTest : public testing::Test {
 protected:
