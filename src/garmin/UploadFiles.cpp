@@ -1,9 +1,11 @@
 #include "garmin/UploadFiles.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <fstream>
 #include <ios>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "garmin/values/Fichier.h"
@@ -16,6 +18,11 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
+// The file is there, but the system does not open it; its text tells why.
+struct NotOpened {
+    std::string text;
+};
+
 // The lines of one upload file, as UTF-8, with their commas replaced.
 class UploadLines {
 public:
@@ -23,7 +30,7 @@ public:
         : commaReplacement_(std::move(commaReplacement)),
           file_(filePath(file.Chemin), std::ios::binary) {
         if (!file_) {
-            throw RunTimeError(RunTimeError::fileNotFound);
+            throw NotOpened{std::generic_category().message(errno)};
         }
         isUtf8_ = readsAsUtf8();
         file_.clear();
@@ -107,6 +114,9 @@ bool readLines(Host& host, std::string_view path, const UploadFormat& format, Ta
         return true;
     } catch (const RunTimeError&) {
         return false;  // what was gathered is kept
+    } catch (const NotOpened& error) {
+        host.messageBox(error.text, BoxIcon::critical);
+        return false;
     }
 }
 

@@ -5,8 +5,9 @@
 // byte-order mark and are valid UTF-8 throughout; lines end with CR LF or LF.
 //
 // The readers stop at an error (a line of too few fields, a number out of range, a file that the
-// system does not open) and keep what they had gathered. When no file of that name exists, the
-// host's file chooser is asked; without an answer the box of Fichier::Existant tells so.
+// system does not open, whose text is then shown) and keep what they had gathered. When no file of
+// that name exists, the host's file chooser is asked; without an answer the box of
+// Fichier::Existant tells so.
 #pragma once
 
 #include <string>

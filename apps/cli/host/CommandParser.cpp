@@ -92,7 +92,7 @@ Call callOf(const Json& line) {
     if (call.member == nullptr) {
         throw BadLine("no member is called " + quoted(name));
     }
-    const Json& arguments = field(line, "args");
+    const Json arguments = line.value("args", Json::array());  // none may be left out
     if (!arguments.is_array()) {
         throw BadLine("\"args\" is not an array");
     }
