@@ -223,13 +223,11 @@ Script garminHandshake(const std::string& tags) {
 }
 
 Bytes productData(std::uint16_t id, std::uint16_t version, std::string_view description) {
-    Bytes data;
-    for (const std::uint16_t word : {id, version}) {
-        data.push_back(static_cast<std::uint8_t>(word % 256));
-        data.push_back(static_cast<std::uint8_t>(word / 256));
-    }
-    data.insert(data.end(), description.begin(), description.end());
-    data.push_back(0);
+    const auto low = [](int word) { return static_cast<std::uint8_t>(word % 256); };
+    const auto high = [](int word) { return static_cast<std::uint8_t>(word / 256); };
+    Bytes data = {low(id), high(id), low(version), high(version)};
+    data.resize(data.size() + description.size() + 1);
+    std::copy(description.begin(), description.end(), data.begin() + 4);
     return data;
 }
 
