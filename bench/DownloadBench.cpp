@@ -196,10 +196,10 @@ void compare(const std::string& type, std::uint32_t records, int repetitions) {
     std::printf("  %-8s %9s %9s %9s %9s\n", "", "median", "best", "host cpu", "dev. cpu");
     report("control", controlCosts, records);
     report("bare", bareCosts, records);
-    std::printf("  control / bare: time %.3f, processor time of both ends %.3f\n",
-                ratio(controlCosts, bareCosts, [](const Cost& cost) { return cost.seconds; }),
-                ratio(controlCosts, bareCosts,
-                      [](const Cost& cost) { return cost.host + cost.device; }));
+    std::printf(
+        "  control / bare: time %.3f, processor time of both ends %.3f\n",
+        ratio(controlCosts, bareCosts, [](const Cost& cost) { return cost.seconds; }),
+        ratio(controlCosts, bareCosts, [](const Cost& cost) { return cost.host + cost.device; }));
     std::printf("  allocations per record %.2f, peak memory of the process %.1f MB\n\n",
                 control.allocationsPerRecord(), peakMegabytes);
     std::fflush(stdout);

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "usb/GrmUSBPacket.h"
 #include "usb/PacketAssembler.h"
 
@@ -55,8 +57,9 @@ TEST(GrmUSBPacket, ParsesWhatCame) {
 }
 
 Bytes of(std::uint8_t id, std::size_t size) {
-    Bytes bytes = {20, 0, 0, 0, id, 0, 0, 0, static_cast<std::uint8_t>(size), 0, 0, 0};
-    bytes.resize(12 + size, id);
+    const Bytes header = {20, 0, 0, 0, id, 0, 0, 0, static_cast<std::uint8_t>(size), 0, 0, 0};
+    Bytes bytes(header.size() + size, id);
+    std::copy(header.begin(), header.end(), bytes.begin());
     return bytes;
 }
 
