@@ -1,0 +1,92 @@
+// Checksums, coordinate texts and the fields of sentences.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "host/RunTimeError.h"
+#include "nmea/Geo.h"
+#include "nmea/NmeaPacket.h"
+#include "nmea/Sentence.h"
+
+namespace marlune {
+namespace {
+
+std::string checksum(std::string_view text) {
+    NmeaPacket packet;
+    packet.SetAttributes(text);
+    return packet.Signer();
+}
+
+TEST(NmeaPacket, SignsWhatStandsBetweenTheFirstAndTheLastCharacter) {
+    const std::vector<std::pair<std::string, std::string>> cases = {{"$PMGNCMD,VERSION*", "28"},
+                                                                    {"$PMGNCMD,END*", "3D"},
+                                                                    {"$PMGNCMD,WAYPOINT*", "71"},
+                                                                    {"$PMGNCMD,STOP*", "6A"},
+                                                                    {"$PMGNCMD,FIX*", "25"},
+                                                                    {"$PMGNCMD,TRACK,2*", "23"},
+                                                                    {"$PMGNCMD,ROUTE*", "2B"},
+                                                                    {"$A\x4B*", "0A"},
+                                                                    {"$\xE9*", "E9"},
+                                                                    {"$ABx", "03"},
+                                                                    {"", "00"},
+                                                                    {"$", "00"},
+                                                                    {"$*", "00"}};
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(checksum(text), expected) << text;
+    }
+}
+
+TEST(NmeaPacket, Acknowledges) {
+    NmeaPacket packet;
+    EXPECT_EQ(packet.AckMgn("3D"), "$PMGNCSM,3D*12\r\n");
+    EXPECT_EQ(packet.text(), "$PMGNCSM,3D*");
+    EXPECT_EQ(signedSentence("$PMGNCMD,END*"), "$PMGNCMD,END*3D\r\n");
+}
+
+TEST(Geo, WritesDegreesAndMinutes) {
+    struct Case {
+        double latitude;
+        double longitude;
+        const char* text;
+    };
+    const std::vector<Case> cases = {
+        {48.1173, 11.0 + 31.0 / 60, "4807.038,N,01131.000,E"},
+        {0, 0, "0000.000,S,00000.000,W"},
+        {-33.5, 151.25, "3330.000,S,15115.000,E"},
+        {59.9996 / 60, -59.9996 / 60, "0060.000,N,00060.000,W"},
+        {1e-9, -1e-9, "0000.000,N,00000.000,W"},
+        {123.5, -1234.5, "12330.000,N,123430.000,W"},
+    };
+    for (const Case& c : cases) {
+        Geo geo;
+        geo.Position({c.latitude, c.longitude});
+        EXPECT_EQ(geo.DMM(), c.text);
+    }
+}
+
+TEST(Geo, HoldsSixteenBitsOfDegrees) {
+    Geo geo;
+    for (const double impossible : {32768.0, -1e300, std::numeric_limits<double>::quiet_NaN()}) {
+        geo.Position({impossible, 0});
+        EXPECT_THROW((void)geo.DMM(), RunTimeError);
+    }
+}
+
+TEST(Sentence, IsCutAtItsFirstStar) {
+    const Sentence sentence("$GPXXX,a,,b*1*2");
+    EXPECT_EQ(sentence.fieldCount(), 4U);
+    EXPECT_EQ(sentence.field(0), "$GPXXX");
+    EXPECT_EQ(sentence.field(2), "");
+    EXPECT_EQ(sentence.field(3), "b");
+    EXPECT_EQ(sentence.field(4), "");
+    EXPECT_EQ(sentence.receivedChecksum(), "1*2");
+    EXPECT_EQ(sentence.computedChecksum(), checksum("$GPXXX,a,,b*"));
+}
+
+TEST(UpperCase, KnowsTheAccentedLettersOfTheWire) {
+    EXPECT_EQ(upperCase("az\xE9\xFE\xF7\x9C\xFF*1"), "AZ\xC9\xDE\xF7\x8C\x9F*1");
+}
+
+}  // namespace
+}  // namespace marlune
