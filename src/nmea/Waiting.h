@@ -16,9 +16,10 @@ inline double roundedClock(Host& host) {
     return std::nearbyint(host.secondsClock());
 }
 
-// A port that is gone reads as silence at once: time must pass here, or the loop would spin.
+// A port that is gone reads as silence at once: time must pass here, or the loop would spin. One
+// that was taken away ends the loop.
 inline void pauseWhenGone(const PortLease& port, Host& host) {
-    if (port.isGone()) {
+    if (port.isGone() && port.holds()) {
         host.pause(kWaitSlice);
     }
 }

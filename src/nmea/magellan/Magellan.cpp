@@ -249,7 +249,7 @@ void Magellan::takeRouteSentence(const std::string& sentence, RouteAssembly& rou
 
 // Uploads. Receivers acknowledge each sentence; the acknowledgements are not waited for.
 
-void Magellan::mgnSendWaypoints(std::vector<Waypoint>& waypoints) {
+void Magellan::mgnSendWaypoints(std::vector<Waypoint> waypoints) {
     services_.events.StartUpload("W", static_cast<std::int16_t>(waypoints.size()),
                                  nmeatext::kWaypoints);
     std::int16_t numitem = 0;
@@ -264,7 +264,7 @@ void Magellan::mgnSendWaypoints(std::vector<Waypoint>& waypoints) {
     services_.events.EndUpload("W");
 }
 
-void Magellan::mgnSendRoutes(std::vector<Route>& routes) {
+void Magellan::mgnSendRoutes(std::vector<Route> routes) {
     services_.events.StartUpload("R", uploadedRouteCount(routes), nmeatext::kUploadRoutes);
     int numitem = 0;
     for (Route& route : routes) {
@@ -283,7 +283,7 @@ void Magellan::mgnSendRoutes(std::vector<Route>& routes) {
     services_.events.EndUpload("R");
 }
 
-void Magellan::mgnSendTracks(std::vector<TrackItem>& items) {
+void Magellan::mgnSendTracks(std::vector<TrackItem> items) {
     services_.events.StartUpload("T", countPoints(items), nmeatext::kUploadTracks);
     try {
         sendTrackPoints(items);

@@ -41,11 +41,12 @@ public:
     // sent.
     bool mgnGetRoutes();
 
-    // Uploads. A record that cannot be written as a sentence raises RunTimeError out of the first
+    // Uploads, of collections of their own: a handler may start a transfer that changes the
+    // control's. A record that cannot be written as a sentence raises RunTimeError out of the first
     // two, with no end event; it ends the sending of tracks.
-    void mgnSendWaypoints(std::vector<Waypoint>& waypoints);
-    void mgnSendRoutes(std::vector<Route>& routes);
-    void mgnSendTracks(std::vector<TrackItem>& items);
+    void mgnSendWaypoints(std::vector<Waypoint> waypoints);
+    void mgnSendRoutes(std::vector<Route> routes);
+    void mgnSendTracks(std::vector<TrackItem> items);
 
     // Follows the receiver's position until ConnectionState::realTimeRunning is cleared. A silent
     // receiver does not end it.

@@ -54,6 +54,9 @@ bool BlockDownload::receive() {
             continue;
         }
         for (std::string& block : splitter_.take({buffer.data(), count})) {
+            if (!mayGoOn(port_, host)) {
+                return false;
+            }
             if (contains(block, "FIN")) {
                 return true;
             }

@@ -294,7 +294,7 @@ void Mlr::takeRouteSentence(std::string_view sentence, std::vector<RoutePhrase>&
 
 // Uploads. No command ends them.
 
-void Mlr::mlrSendWaypoints(std::vector<Waypoint>& waypoints) {
+void Mlr::mlrSendWaypoints(std::vector<Waypoint> waypoints) {
     services_.events.StartUpload("W", static_cast<std::int16_t>(waypoints.size()),
                                  nmeatext::kWaypoints);
     std::int16_t numitem = 0;
@@ -308,7 +308,7 @@ void Mlr::mlrSendWaypoints(std::vector<Waypoint>& waypoints) {
     services_.events.EndUpload("W");
 }
 
-void Mlr::mlrSendRoutes(std::vector<Route>& routes) {
+void Mlr::mlrSendRoutes(std::vector<Route> routes) {
     services_.events.StartUpload("R", uploadedRouteCount(routes), nmeatext::kUploadRoutes);
     int numitem = 0;
     for (Route& route : routes) {

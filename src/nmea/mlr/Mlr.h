@@ -40,10 +40,11 @@ public:
     bool mlrGetTracks();
     bool mlrGetRoutes();
 
-    // Uploads. A record that cannot be written as a sentence raises RunTimeError, with no end
+    // Uploads, of collections of their own: a handler may start a transfer that changes the
+    // control's. A record that cannot be written as a sentence raises RunTimeError, with no end
     // event.
-    void mlrSendWaypoints(std::vector<Waypoint>& waypoints);
-    void mlrSendRoutes(std::vector<Route>& routes);
+    void mlrSendWaypoints(std::vector<Waypoint> waypoints);
+    void mlrSendRoutes(std::vector<Route> routes);
     // These receivers take no tracks: tells the user so.
     void mlrSendTracks();
 

@@ -1,0 +1,333 @@
+// The Magellan transfers as dialogues.
+#include <gtest/gtest.h>
+
+#include "host/RunTimeError.h"
+#include "nmea/SentenceStage.h"
+#include "nmea/magellan/Magellan.h"
+
+namespace marlune {
+namespace {
+
+constexpr const char* kStop = "$PMGNCMD,STOP*6A\r\n";
+constexpr const char* kEnd = "$PMGNCMD,END*3D\r\n";
+constexpr const char* kUnable = "$PMGNCMD,UNABLE*7C\r\n";
+constexpr const char* kAskWaypoints = "$PMGNCMD,WAYPOINT*71\r\n";
+constexpr const char* kAskTracks = "$PMGNCMD,TRACK,2*23\r\n";
+constexpr const char* kAskRoutes = "$PMGNCMD,ROUTE*2B\r\n";
+constexpr const char* kAskFix = "$PMGNCMD,FIX*25\r\n";
+
+std::string writes(const std::string& text) {
+    return "> " + text;
+}
+
+std::string wpl(const std::string& name) {
+    return sentence("$PMGNWPL,4830.000,N,00130.000,W,0000152,M," + name + ",,a");
+}
+
+std::string trk(const std::string& fields) {
+    return sentence("$PMGNTRK,4830.000,N,00130.000,W,00152,M," + fields);
+}
+
+std::string gga(const std::string& time, const std::string& quality) {
+    return sentence("$GPGGA," + time + ",4830.000,N,00130.000,W," + quality + ",08,0.9,152,M,,M,,");
+}
+
+std::string pointLine(const std::string& name) {
+    return "W;" + name + ";48.5;-1.5;;152;18;0";
+}
+
+class MagellanTest : public testing::Test, protected SentenceStage {
+protected:
+    ~MagellanTest() override { EXPECT_EQ(line->problems(), ""); }
+
+    void knows(const std::string& name) {
+        Waypoint point;
+        point.ident = name;
+        point.SetPosition(48.5, -1.5);
+        point.altitude = 152;
+        point.symbol = 18;
+        magellan.waypoints[name] = point;
+    }
+    static Waypoint waypoint(const std::string& name) {
+        Waypoint point;
+        point.SetAttributes("MGN", pointLine(name));
+        return point;
+    }
+
+    PortLease lease{*port};
+    Magellan device{services, lease, connection, nmea, magellan};
+};
+
+TEST_F(MagellanTest, ExchangesVersions) {
+    expect("$PMGNCMD,VERSION*28\r\n", " $PMGNVER,24, 5.12 ,MAP 330 \xC9t\xE9*1A\r\n", 1.2);
+    expect(sentence("$PMGNCSM,1A"));
+    expect(sentence("$PMGNCMD,HANDOFF"));
+    EXPECT_TRUE(device.mgnVersion());
+    EXPECT_TRUE(connection.connected);
+    EXPECT_EQ(connection.productId, "24");
+    EXPECT_EQ(connection.softwareVersion, "5.12");
+    EXPECT_EQ(connection.description, "MAP 330 Été");
+    EXPECT_EQ(traced(),
+              (Log{"SEND: $PMGNCMD,VERSION*28", "GET1: $PMGNVER,24, 5.12 ,MAP 330 \xC9t\xE9*1A",
+                   "SEND: $PMGNCSM,1A*15", "SEND: $PMGNCMD,HANDOFF*3E",
+                   "Marlune Version 1.0.0 -  GPSId: 24 Version: 5.12 - MAP 330 \xC9t\xE9"}));
+}
+
+TEST_F(MagellanTest, AnswersThatAreNoVersionEndTheExchange) {
+    expect("$PMGNCMD,VERSION*28\r\n", "$PMGNCMD,UNABLE", 20);
+    EXPECT_FALSE(device.mgnVersion());
+    EXPECT_FALSE(connection.connected);
+    EXPECT_EQ(traced().back(), "GET2: $PMGNCMD,UNABLE");
+    expect("$PMGNCMD,VERSION*28\r\n");
+    const double start = host.elapsed();
+    EXPECT_FALSE(device.mgnVersion());
+    // Four times a second, then the 13.8 s in which the first of 128 bytes may come.
+    EXPECT_NEAR(host.elapsed() - start, 4 * 14.8, 0.01);
+}
+
+TEST_F(MagellanTest, DownloadsWaypoints) {
+    const std::string good = wpl("HOME");
+    const std::string lowerCase = "$PMGNWPL,4830.000,N,00130.000,W,1,M,J,,a*5f\r\n";
+    knows("OLD");
+    expect(kStop);
+    expect(kAskWaypoints, "noise" + good + good + lowerCase +
+                              sentence("$PMGNWPL,4830.000,N,00130.000,W,1e40,M,BIG,,a") +
+                              sentence("$PMGNCSM,00") + wpl("caf\xE9") + kEnd);
+    EXPECT_TRUE(device.mgnGetWaypoints());
+    EXPECT_EQ(takeLog(),
+              (Log{writes(kStop), writes(kAskWaypoints), "StartDownload|W|100|Waypoints",
+                   "GpsInfo|Download en cours...1", "WayptData|100|" + pointLine("HOME") + "|D",
+                   "GpsInfo|Download en cours...5", "WayptData|100|" + pointLine("café") + "|D",
+                   "EndDownload|W", "GpsInfo|", "GpsInfo|"}));
+    EXPECT_EQ(magellan.waypoints.size(), 2U) << "the old ones are gone";
+    EXPECT_EQ(magellan.lastChecksum, "3D");
+    const Log lines = traced();
+    EXPECT_EQ(lines[2], "Get: " + good.substr(0, good.size() - 2));
+    EXPECT_EQ(lines[4], "Doublon rejete " + good.substr(0, good.size() - 2));
+    EXPECT_EQ(lines[6], "Bloc rejete " + lowerCase.substr(0, lowerCase.size() - 2));
+}
+
+TEST_F(MagellanTest, ListsThatDoNotEndProperlyAreFalse) {
+    struct Case {
+        std::string answer;
+        Log boxes;
+        double seconds;
+    };
+    const std::vector<Case> cases = {
+        {kUnable, {}, 0},
+        {wpl("A").substr(0, 20), {}, 3.3},
+        {"", {"critical: Délai dépassé"}, 3.3},
+        {"noise without a beginning", {"critical: Délai dépassé"}, 3.3},
+    };
+    for (const Case& c : cases) {
+        SentenceStage stage;
+        PortLease itsLease(*stage.port);
+        Magellan itsDevice(stage.services, itsLease, stage.connection, stage.nmea, stage.magellan);
+        stage.expect(kStop);
+        stage.expect(kAskWaypoints, c.answer);
+        EXPECT_FALSE(itsDevice.mgnGetWaypoints());
+        EXPECT_EQ(stage.host.boxTexts(), c.boxes);
+        EXPECT_NEAR(stage.host.elapsed(), c.seconds, 0.01) << c.answer;
+        const Log log = stage.takeLog();
+        EXPECT_EQ(Log(log.end() - 3, log.end()), (Log{"EndDownload|W", "GpsInfo|", "GpsInfo|"}));
+    }
+}
+
+TEST_F(MagellanTest, DownloadsTracks) {
+    expect(kStop);
+    expect(kAskTracks, trk("120000.00,A,LOOP,150325") + trk("180000.00,A,LOOP,150325") +
+                           trk("120000.00,A,WAY") + trk("320000.00,A,X,320125") +
+                           sentence("$PMGNTRK,4830.000,N,00130.000,W,1,M") + kEnd);
+    EXPECT_TRUE(device.mgnGetTracks());
+    EXPECT_EQ(
+        takeLog(),
+        (Log{writes(kStop), writes(kAskTracks), "StartDownload|T|100|Traces",
+             "TrackHeader|100|N;LOOP - 15/03/2025|D", "GpsInfo|Download en cours...1",
+             "TrackData|100|T;48.5;-1.5;45731.5;152;-1|D", "GpsInfo|Download en cours...2",
+             "TrackData|100|T;48.5;-1.5;45731.75;152;0|D", "TrackHeader|100|N;WAY - 01/06/2007|D",
+             "GpsInfo|Download en cours...3", "TrackData|100|T;48.5;-1.5;39234.5;152;-1|D",
+             "EndDownload|T", "GpsInfo|", "GpsInfo|"}));
+}
+
+TEST_F(MagellanTest, TellsThatThereIsNoTrack) {
+    for (const auto& [answer, result] : {std::pair(kEnd, true), std::pair(kUnable, false)}) {
+        expect(kStop);
+        expect(kAskTracks, answer);
+        EXPECT_EQ(device.mgnGetTracks(), result);
+        EXPECT_EQ(takeLog(), (Log{writes(kStop), writes(kAskTracks), "StartDownload|T|100|Traces",
+                                  "EndDownload|T", "GpsInfo|", "GpsInfo|",
+                                  "box information: Aucune Trace dans ce GPS"}));
+    }
+}
+
+TEST_F(MagellanTest, DownloadsRoutesOverKnownWaypoints) {
+    knows("A");
+    knows("B");
+    expect(kStop);
+    expect(kAskRoutes,
+           sentence("$PMGNRTE,2,1,c,1,FIRST,A,a,B,a") +
+               sentence("$PMGNRTE,2,2,c,1,FIRST,MISSING,a,A,a") +
+               sentence("$PMGNRTE,2,1,c,7,,B,a") + sentence("$PMGNRTE,1,1,c,300,BAD,A,a") +
+               "$PMGNRTE,1,1,c,9,WRONG,A,a*00\r\n" + sentence("$PMGNRTE,9,1,c,8,CUT,A,a") + kEnd);
+    EXPECT_TRUE(device.mgnGetRoutes());
+    EXPECT_EQ(takeLog(),
+              (Log{writes(kStop), writes(kAskRoutes), "StartDownload|R|100|Routes MGN",
+                   "RouteHeader|1|R;1;FIRST|D", "RouteData|2|" + pointLine("A") + "|D",
+                   "RouteData|3|" + pointLine("B") + "|D", "RouteData|4|" + pointLine("A") + "|D",
+                   "RouteHeader|5|R;7;ROUTE 7|D", "RouteData|6|" + pointLine("B") + "|D",
+                   "RouteHeader|7|R;8;CUT|D", "RouteData|8|" + pointLine("A") + "|D",
+                   "EndDownload|R", "GpsInfo|", "GpsInfo|"}));
+    const Log lines = traced();
+    EXPECT_EQ(lines[4], "Waypoint inconnu MISSING");
+    EXPECT_EQ(lines[7].substr(0, 12), "Bloc rejete ");
+    EXPECT_EQ(lines[9], "Bloc rejete $PMGNRTE,1,1,c,9,WRONG,A,a*00");
+}
+
+TEST_F(MagellanTest, RoutesNeedWaypoints) {
+    EXPECT_FALSE(device.mgnGetRoutes());
+    EXPECT_EQ(takeLog(), Log{"box information: Download Waypoints obligatoire"});
+    knows("A");
+    expect(kStop);
+    expect(kAskRoutes, kEnd);
+    EXPECT_TRUE(device.mgnGetRoutes());
+    EXPECT_EQ(takeLog().back(), "box information: Aucune route dans ce Gps");
+}
+
+TEST_F(MagellanTest, UploadsWaypoints) {
+    const std::string a = sentence("$PMGNWPL,4830.000,N,00130.000,W,152,M,A,,a");
+    expect(a, "$PMGNCSM,00*1C\r\n");
+    expect(sentence("$PMGNWPL,4830.000,N,00130.000,W,152,M,B,,a"));
+    expect(kEnd);
+    device.mgnSendWaypoints({waypoint("A"), waypoint("B")});
+    EXPECT_EQ(takeLog(),
+              (Log{"StartUpload|W|2|Waypoints", writes(a), "WayptData|1|" + pointLine("A") + "|U",
+                   writes(sentence("$PMGNWPL,4830.000,N,00130.000,W,152,M,B,,a")),
+                   "WayptData|2|" + pointLine("B") + "|U", writes(kEnd), "EndUpload|W"}));
+    EXPECT_EQ(host.elapsed(), 0) << "acknowledgements are not waited for";
+}
+
+TEST_F(MagellanTest, UploadsRoutes) {
+    Route route;
+    route.SetAttributes("R;3;TOUR");
+    Route empty;
+    empty.SetAttributes("R;4;EMPTY");
+    Log expected = {"StartUpload|R|5|Upload Routes"};
+    const auto sends = [&](const std::string& text) {
+        expect(text);
+        expected.push_back(writes(text));
+    };
+    for (const char* name : {"A", "B", "C"}) {
+        route.AddWaypt(waypoint(name));
+        sends(sentence(std::string("$PMGNWPL,4830.000,N,00130.000,W,152,M,") + name + ",,a"));
+    }
+    sends(sentence("$PMGNRTE,2,1,c,3,TOUR,A,a,B,a"));
+    sends(sentence("$PMGNRTE,2,2,c,3,TOUR,C,a"));
+    expect(kEnd);
+    for (const char* event :
+         {"RouteHeader|1|R;3;TOUR|U", "RouteData|2|W;A;48.5;-1.5;;152;18;0|U",
+          "RouteData|3|W;B;48.5;-1.5;;152;18;0|U", "RouteData|4|W;C;48.5;-1.5;;152;18;0|U",
+          "RouteHeader|5|R;4;EMPTY|U"}) {
+        expected.emplace_back(event);
+    }
+    expected.push_back(writes(kEnd));
+    expected.emplace_back("EndUpload|R");
+    device.mgnSendRoutes({route, empty});
+    EXPECT_EQ(takeLog(), expected);
+}
+
+TEST_F(MagellanTest, UploadsTracksUpToAPointThatNoSentenceHolds) {
+    const auto point = [](const std::string& track, double latitude) {
+        Trace item;
+        item.SetAttributes("MGN", "T;" + std::to_string(latitude) + ";-1.5;39234.5;152;0");
+        item.SetName(track);
+        return item;
+    };
+    const std::string text = sentence("$PMGNTRK,4830.000,N,00130.000,W,00152,M,120000.00,A,LOOP");
+    expect(text);
+    expect(text);
+    expect(kEnd);
+    device.mgnSendTracks(
+        {TrkHeader(), point("Loop", 48.5), point("Loop", 48.5), point("X", 1e9), point("X", 48.5)});
+    const std::string line = "T;48.5;-1.5;39234.5;152;0|U";
+    EXPECT_EQ(takeLog(), (Log{"StartUpload|T|4|Upload Traces", "TrackHeader|1|N;Loop|U",
+                              writes(text), "TrackData|1|" + line, writes(text),
+                              "TrackData|2|" + line, writes(kEnd), "EndUpload|T"}));
+}
+
+TEST_F(MagellanTest, AnUploadWithAnImpossibleWaypointHasNoEnd) {
+    Waypoint impossible = waypoint("A");
+    impossible.latitude = 1e9;
+    EXPECT_THROW(device.mgnSendWaypoints({impossible}), RunTimeError);
+    EXPECT_EQ(takeLog(), Log{"StartUpload|W|1|Waypoints"});
+}
+
+TEST_F(MagellanTest, FollowsThePosition) {
+    expect(kAskFix, gga("120000.00", "1"), 4);
+    speak(gga("120001.00", "0"), 1);
+    speak(gga("060000.00", "1"), 1);
+    speak(gga("180000.00", "1"), 1);
+    expect(kStop);
+    events.when("PvtData", 2, [this] { connection.realTimeRunning = false; });
+    device.mgnPvt();
+    EXPECT_EQ(takeLog(), (Log{writes(kAskFix), "box critical: Délai dépassé",
+                              "Startpvt|N;Trace tps réel - ", "PvtData|T;48.5;-1.5;39234.25;152;-1",
+                              "PvtData|T;48.5;-1.5;39234.75;152;0", writes(kStop), "EndPvt"}));
+}
+
+TEST_F(MagellanTest, TellsThatThereIsNoPosition) {
+    expect(kAskFix, kUnable);
+    device.mgnPvt();
+    EXPECT_EQ(takeLog(), (Log{writes(kAskFix), "box information: Position non disponible"}));
+    expect(kAskFix);
+    const double start = host.elapsed();
+    device.mgnPvt();
+    EXPECT_EQ(takeLog().back(), "box information: Position non disponible");
+    EXPECT_NEAR(host.elapsed() - start, 11, 0.01) << "10 s, and the read that they fall into";
+    EXPECT_FALSE(connection.realTimeRunning);
+}
+
+TEST_F(MagellanTest, ASilentRunEndsByTheUserOnly) {
+    expect(kAskFix, gga("120000.00", "1"));
+    expect(kStop);
+    int boxes = 0;
+    host.onMessageBox = [&](const FakeHost::Box&) { connection.realTimeRunning = ++boxes < 4; };
+    device.mgnPvt();
+    EXPECT_EQ(takeLog().back(), "EndPvt");
+    EXPECT_EQ(boxes, 4);
+}
+
+TEST_F(MagellanTest, NothingIsReadOrWrittenOnceAHandlerDisconnected) {
+    expect(kStop);
+    expect(kAskWaypoints, wpl("A") + wpl("B") + kEnd);
+    events.when("WayptData", 1, [this] { port->close(); });
+    EXPECT_FALSE(device.mgnGetWaypoints());
+    EXPECT_EQ(takeLog().back(), "GpsInfo|");
+    EXPECT_EQ(host.boxTexts(), Log{});
+    EXPECT_EQ(host.elapsed(), 0);
+    port->open();
+    takeLog();
+    device.mgnSendWaypoints({waypoint("A")});
+    EXPECT_EQ(takeLog(), (Log{"StartUpload|W|1|Waypoints", "EndUpload|W"}))
+        << "the lease stays lost";
+}
+
+TEST_F(MagellanTest, AStoppingHostSilencesTheReceiver) {
+    expect(kStop);
+    expect(kAskWaypoints, wpl("A") + wpl("B"));
+    expect(kStop);
+    events.when("WayptData", 1, [this] { host.stop = true; });
+    EXPECT_FALSE(device.mgnGetWaypoints());
+    EXPECT_EQ(magellan.waypoints.size(), 1U);
+    EXPECT_EQ(host.elapsed(), 0);
+}
+
+TEST_F(MagellanTest, AnUnpluggedPortLetsTheTimeOutsPass) {
+    line->unplug();
+    EXPECT_FALSE(device.mgnGetWaypoints());
+    EXPECT_EQ(host.boxTexts(), Log{"critical: Délai dépassé"});
+    EXPECT_NEAR(host.elapsed(), 3, 0.1);
+    EXPECT_FALSE(device.mgnVersion());
+}
+
+}  // namespace
+}  // namespace marlune

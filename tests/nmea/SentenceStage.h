@@ -1,0 +1,66 @@
+// A sentence procedure on a scripted port and a fake host. Everything that happens is one ordered
+// list of lines:
+//
+//     open baud=4800 ...              the port opens
+//     close                           and closes
+//     > $PMGNCMD,STOP*6A\r\n          a write
+//     WayptData|100|W;...|D           an event
+//     box critical: Délai dépassé     a box
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/ConnectionState.h"
+#include "host/Services.h"
+#include "nmea/NmeaState.h"
+#include "nmea/magellan/MagellanState.h"
+#include "nmea/mlr/MlrState.h"
+#include "serial/ComPort.h"
+#include "support/Dialogue.h"
+
+namespace marlune {
+
+using Log = std::vector<std::string>;
+
+class SentenceStage {
+public:
+    SentenceStage();
+
+    // When the control has written `sent`, the device answers, so many seconds later.
+    void expect(std::string_view sent, std::string_view answer = {}, double delay = 0);
+    // The device speaks, so many seconds after what it said before.
+    void speak(std::string_view text, double delay = 0);
+
+    // The trace's lines without their numbers, as they stand in the file, without line ends.
+    Log traced();
+    // The log, which begins anew.
+    Log takeLog() { return std::exchange(log_, {}); }
+
+    FakeHost host;
+    RecordedEvents events;
+    DebugTrace trace;
+    Services services;
+    std::unique_ptr<ComPort> port;
+    ScriptedPort* line = nullptr;
+
+    ConnectionState connection;
+    NmeaState nmea;
+    MagellanState magellan;
+    MlrState mlr;
+
+private:
+    Log log_;
+};
+
+// A sentence, from "$" up to where its "*" goes, as a device sends it; the checksum is counted
+// here.
+std::string sentence(std::string body);
+
+}  // namespace marlune
