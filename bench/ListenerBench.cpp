@@ -80,7 +80,7 @@ void listen(benchmark::State& state) {
     listener.control = &control;
     listener.wanted = state.range(0);
     const long before = peakKilobytes();
-    for (auto each : state) {
+    for ([[maybe_unused]] const auto each : state) {
         const TalkingDevice device(pty);
         const auto start = std::chrono::steady_clock::now();
         control.StartNMEA("$GPGGA", 5);

@@ -19,7 +19,7 @@ std::string withoutLineEnd(std::string sentence) {
 void magellanWaypoint(benchmark::State& state) {
     const std::string sentence = withoutLineEnd(
         signedSentence("$PMGNWPL,4807.038,N,01131.000,E,0000152,M,HOME,MY HOUSE,a*"));
-    for (auto each : state) {
+    for ([[maybe_unused]] const auto each : state) {
         Waypoint waypoint;
         benchmark::DoNotOptimize(GetAttributes_MGN(waypoint, sentence));
         benchmark::DoNotOptimize(waypoint.getIdent('.'));
@@ -31,7 +31,7 @@ BENCHMARK(magellanWaypoint);
 void magellanTrackPoint(benchmark::State& state) {
     const std::string sentence = withoutLineEnd(
         signedSentence("$PMGNTRK,4807.038,N,01131.000,E,00152,M,123519.00,A,LOOP,150325*"));
-    for (auto each : state) {
+    for ([[maybe_unused]] const auto each : state) {
         Trace point;
         benchmark::DoNotOptimize(GetAttributes_MGN(point, sentence, 39234));
         benchmark::DoNotOptimize(point.getIdent('.'));
@@ -48,7 +48,7 @@ void splitBlocks(benchmark::State& state, bool withSeams) {
         stream += (withSeams ? "\r\n\x8Bhhhh\x14" : "hhhh\r\n") + std::string(320, 'x');
     }
     const auto piece = static_cast<std::size_t>(state.range(0));
-    for (auto each : state) {
+    for ([[maybe_unused]] const auto each : state) {
         BlockSplitter splitter;
         for (std::size_t at = 0; at < stream.size(); at += piece) {
             benchmark::DoNotOptimize(splitter.take(std::string_view(stream).substr(at, piece)));

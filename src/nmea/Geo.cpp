@@ -8,7 +8,7 @@
 namespace marlune {
 namespace {
 
-std::string padded(std::string digits, std::size_t width) {
+std::string padded(const std::string& digits, std::size_t width) {
     return digits.size() < width ? std::string(width - digits.size(), '0') + digits : digits;
 }
 

@@ -14,9 +14,7 @@ using namespace std::string_literals;
 using Blocks = std::vector<std::string>;
 
 const std::string kSeam = "\r\n\x8B";
-const std::string kClosing =
-    "\x8B"
-    "hhhh\0FIN"s;
+const std::string kClosing = "\x8Bhhhh\0FIN"s;
 
 Blocks split(const std::vector<std::string>& reads) {
     BlockSplitter splitter;
@@ -31,27 +29,13 @@ Blocks split(const std::vector<std::string>& reads) {
 
 TEST(BlockSplitter, GivesTheSameBlocksWhereverTheStreamIsCut) {
     // Records that hold what looks like half a seam, a second mark, and the closing text's parts.
-    const std::string stream =
-        "\x8B"
-        "hhhh\x01"
-        "DEBUT" +
-        kSeam +
-        "hhhh\x02"
-        "a\r\nb\r\r\nFI" +
-        kSeam +
-        "\x8B"
-        "hhh\x01\rNFI" +
-        kSeam + kSeam + "hhhh\0FIN"s + "\r\n";
-    const Blocks expected = {
-        "\x8B"
-        "hhhh\x01"
-        "DEBUT",
-        "\x8B"
-        "hhhh\x02"
-        "a\r\nb\r\r\nFI",
-        "\x8B\x8B"
-        "hhh\x01\rNFI",
-        "\x8B", kClosing};
+    const Blocks expected = {"\x8Bhhhh\1DEBUT", "\x8Bhhhh\2a\r\nb\r\r\nFI", "\x8B\x8Bhhh\1\rNFI",
+                             "\x8B", kClosing};
+    std::string stream = expected[0];
+    for (std::size_t i = 1; i < expected.size(); ++i) {
+        stream += "\r\n" + expected[i];
+    }
+    stream += "\r\n";
     EXPECT_EQ(split({stream}), expected);
     for (std::size_t first = 0; first <= stream.size(); ++first) {
         for (std::size_t second = first; second <= stream.size(); ++second) {
@@ -68,9 +52,7 @@ TEST(BlockSplitter, ClosesAtTheLineEndBehindFin) {
     EXPECT_TRUE(splitter.take(kClosing).empty()) << "the block is not complete";
     EXPECT_TRUE(splitter.take("\r").empty());
     EXPECT_FALSE(splitter.isClosed());
-    EXPECT_EQ(splitter.take("\n\x8B"
-                            "more\r\n\x8B"),
-              Blocks{kClosing});
+    EXPECT_EQ(splitter.take("\n\x8Bmore\r\n\x8B"), Blocks{kClosing});
     EXPECT_TRUE(splitter.isClosed());
     EXPECT_TRUE(splitter.take(kSeam + "FIN\r\n").empty());
 }
@@ -94,29 +76,16 @@ TEST(BlockSplitter, BoundsABlockWithoutEnd) {
 }
 
 TEST(BlocMLR, IsCutIntoRecords) {
-    const BlocMLR block(
-        "\x8B"
-        "hhhh\x03"
-        "aabbc");
+    const BlocMLR block("\x8Bhhhh\3aabbc");
     EXPECT_EQ(block.recordCount(), 3U);
     EXPECT_EQ(block.recordLength(), 0U) << "five bytes are not three records";
     EXPECT_EQ(block.Decoder(2), (std::vector<std::string_view>{"aa", "bb", "c"}));
     EXPECT_EQ(block.Decoder(9), (std::vector<std::string_view>{"aabbc", "", ""}));
     EXPECT_EQ(block.Decoder(-1), (std::vector<std::string_view>{"", "", ""}));
-    EXPECT_EQ(BlocMLR("\x8B"
-                      "hhhh\x02"
-                      "aabb")
-                  .recordLength(),
-              2U);
-    EXPECT_TRUE(BlocMLR("\x8B"
-                        "hhhh\0aabb"s)
-                    .Decoder(2)
-                    .empty());
+    EXPECT_EQ(BlocMLR("\x8Bhhhh\2aabb").recordLength(), 2U);
+    EXPECT_TRUE(BlocMLR("\x8Bhhhh\0aabb"s).Decoder(2).empty());
     EXPECT_EQ(BlocMLR("\x8Bhhh").recordCount(), 0U);
-    EXPECT_EQ(BlocMLR("\x8B"
-                      "hhhh\xFF")
-                  .recordCount(),
-              255U);
+    EXPECT_EQ(BlocMLR("\x8Bhhhh\xFF").recordCount(), 255U);
 }
 
 }  // namespace

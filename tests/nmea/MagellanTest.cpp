@@ -1,7 +1,6 @@
 // The Magellan transfers as dialogues.
 #include <gtest/gtest.h>
 
-#include "host/RunTimeError.h"
 #include "nmea/SentenceStage.h"
 #include "nmea/magellan/Magellan.h"
 
@@ -252,13 +251,6 @@ TEST_F(MagellanTest, UploadsTracksUpToAPointThatNoSentenceHolds) {
     EXPECT_EQ(takeLog(), (Log{"StartUpload|T|4|Upload Traces", "TrackHeader|1|N;Loop|U",
                               writes(text), "TrackData|1|" + line, writes(text),
                               "TrackData|2|" + line, writes(kEnd), "EndUpload|T"}));
-}
-
-TEST_F(MagellanTest, AnUploadWithAnImpossibleWaypointHasNoEnd) {
-    Waypoint impossible = waypoint("A");
-    impossible.latitude = 1e9;
-    EXPECT_THROW(device.mgnSendWaypoints({impossible}), RunTimeError);
-    EXPECT_EQ(takeLog(), Log{"StartUpload|W|1|Waypoints"});
 }
 
 TEST_F(MagellanTest, FollowsThePosition) {

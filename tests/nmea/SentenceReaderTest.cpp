@@ -77,13 +77,6 @@ TEST_F(SentenceReaderTest, OtherSentencesKeepMgnGetGoingOnlyForItsTime) {
     EXPECT_NEAR(host.elapsed(), 3.6, 0.1);
 }
 
-TEST_F(SentenceReaderTest, MgnGetProcessesEventsBeforeEveryByte) {
-    speak(kWaypoint);
-    reader.mgnGet("$PMGNWPL", 3);
-    // Eleven single reads, the two digits in one, and once for the sentence.
-    EXPECT_EQ(host.eventRounds, 12);
-}
-
 TEST_F(SentenceReaderTest, NmeaGetPhraseTakesTheFirstMatch) {
     struct Case {
         const char* codes;

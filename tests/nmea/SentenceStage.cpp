@@ -44,11 +44,11 @@ SentenceStage::SentenceStage()
     takeLog();
 }
 
-void SentenceStage::expect(std::string_view sent, std::string_view answer, double delay) {
+void SentenceStage::expect(std::string_view sent, std::string_view answer, double delay) const {
     line->play({{.write = bytesOf(sent), .answer = bytesOf(answer), .delay = delay}});
 }
 
-void SentenceStage::speak(std::string_view text, double delay) {
+void SentenceStage::speak(std::string_view text, double delay) const {
     line->play({{.answer = bytesOf(text), .delay = delay}});
 }
 
@@ -68,7 +68,7 @@ Log SentenceStage::traced() {
     return lines;
 }
 
-std::string sentence(std::string body) {
+std::string sentence(const std::string& body) {
     unsigned sum = 0;
     for (const char c : body.substr(1)) {
         sum ^= static_cast<unsigned char>(c);

@@ -34,9 +34,9 @@ public:
     SentenceStage();
 
     // When the control has written `sent`, the device answers, so many seconds later.
-    void expect(std::string_view sent, std::string_view answer = {}, double delay = 0);
+    void expect(std::string_view sent, std::string_view answer = {}, double delay = 0) const;
     // The device speaks, so many seconds after what it said before.
-    void speak(std::string_view text, double delay = 0);
+    void speak(std::string_view text, double delay = 0) const;
 
     // The trace's lines without their numbers, as they stand in the file, without line ends.
     Log traced();
@@ -61,6 +61,6 @@ private:
 
 // A sentence, from "$" up to where its "*" goes, as a device sends it; the checksum is counted
 // here.
-std::string sentence(std::string body);
+std::string sentence(const std::string& body);
 
 }  // namespace marlune
