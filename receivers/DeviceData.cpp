@@ -112,6 +112,12 @@ Route& Reader::route() {
     return data.routes.back();
 }
 
+// What follows "N;", whatever is in it.
+std::string trackName(std::string_view line) {
+    line.remove_prefix(line.starts_with("N;") ? 2 : 1);
+    return std::string(trimBlanks(line));
+}
+
 void Reader::take(std::string_view line) {
     const char letter = line.empty() ? ' ' : line.front();
     const Fields fields(line);
@@ -139,8 +145,7 @@ void Reader::take(std::string_view line) {
             break;
         case 'N':
             inRoute_ = false;
-            data.tracks.push_back(
-                {std::string(trimBlanks(line.substr(std::min<std::size_t>(2, line.size())))), {}});
+            data.tracks.push_back({trackName(line), {}});
             break;
         case 'T':
             inRoute_ = false;
@@ -197,11 +202,13 @@ DeviceData readData(std::string_view bytes) {
         const std::size_t end = std::min(rest.find('\n'), rest.size());
         std::string_view line = rest.substr(0, end);
         rest.remove_prefix(std::min(end + 1, rest.size()));
-        if (line.ends_with('\r')) {
-            line.remove_suffix(1);
-        }
         try {
-            reader.take(line);
+            // A CR inside a line ends it as well, so that none gets into a text.
+            while (!line.empty()) {
+                const std::size_t cr = std::min(line.find('\r'), line.size());
+                reader.take(line.substr(0, cr));
+                line.remove_prefix(std::min(cr + 1, line.size()));
+            }
         } catch (const std::invalid_argument& fault) {
             throw std::invalid_argument("line " + std::to_string(number) + ": " + fault.what());
         }

@@ -12,7 +12,7 @@
 //
 // Degrees, north and east positive; time in days since 30/12/1899, 0 or nothing when unknown;
 // altitude in metres, nothing when unknown; new segment is 0 or not. T;180;180 is a point without
-// position. From the altitude on, fields may be left out. Decimals follow a point or a comma.
+// position. What follows the coordinates may be left out. Decimals follow a point or a comma.
 //
 // A W line belongs to the route above it; a line of another kind, or one that starts with "-", ends
 // the route. Lines that start with any other character, and empty ones, are skipped.

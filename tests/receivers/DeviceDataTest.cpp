@@ -40,6 +40,7 @@ TEST(DeviceData, TakesCommasWindows1252AndHeaders) {
     EXPECT_THAT(linesOf(data), ElementsAre("W;ÉVIAN;46.5;-6.25;a,b;;18;0", "W;OUT;3;4;;;18;0", "N;",
                                            "T;1;2;0;;0", "R;1;X", "W;IN;1;2;;;18;0"));
     EXPECT_EQ(linesOf(readData("\xEF\xBB\xBFW;É;1;2")), linesOf(readData("W;É;1;2")));
+    EXPECT_THAT(linesOf(readData("N;a\rNé\r\r\n")), ElementsAre("N;a", "N;é"));
 }
 
 TEST(DeviceData, NamesTheLineAndItsFault) {

@@ -1,0 +1,37 @@
+#!/usr/bin/env bash
+# marlune-receiver as a program: the path comes first, SIGUSR1 prints, SIGTERM ends with status 0,
+# wrong usage with 2.   program.sh MARLUNE-RECEIVER
+set -euo pipefail
+program=$1
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+fail() { echo "program.sh: $*" >&2; exit 1; }
+
+coproc receiver { exec "$program" --unit gps45 --link "$folder/gps" --print; }
+pid=$receiver_PID
+exec 5<&"${receiver[0]}"
+read -r path <&5
+[ -c "$path" ] || fail "the first line is no terminal: $path"
+[ "$(readlink "$folder/gps")" = "$path" ] || fail "the link leads elsewhere"
+kill -USR1 "$pid"
+read -r line <&5
+[ "$line" = "W;CHAMX;45.923611;6.869444;Chamonix - gare;;18;0" ] || fail "printed: $line"
+kill -TERM "$pid"
+status=0
+wait "$pid" || status=$?
+[ "$status" = 0 ] || fail "ended with status $status"
+[ "$(grep -c "^W;CUSCO" <&5)" = 2 ] || fail "did not print its lines again at its end"
+[ ! -e "$folder/gps" ] || fail "left its link behind"
+
+for wrong in "--fault nonsense" "--baud 99" "--unit nonesuch" "--family nonesuch" "--tags A100" \
+             "--data $folder/none" "--now yesterday" "--rate 0" "--nonesuch"; do
+    status=0
+    # shellcheck disable=SC2086  # options and their values
+    "$program" $wrong >"$folder/out" 2>"$folder/err" || status=$?
+    [ "$status" = 2 ] || fail "$wrong: status $status"
+    [ -s "$folder/err" ] || fail "$wrong: no word of why"
+done
+"$program" --help | grep -q 'Units of the family garmin' || fail "the help names no units"
+status=0
+"$program" --link "$folder" >"$folder/out" 2>&1 || status=$?
+[ "$status" = 1 ] || fail "a link that cannot be made: status $status"
