@@ -10,30 +10,25 @@
 namespace marlune::bench {
 namespace {
 
-Record payload(int kind) {
-    switch (kind) {
-        case 0:
-            return {35, 0};
-        case 1:
-            return sampleRecord("D108", 4711);
-        default:
-            return Record(255, kDle);
-    }
+const Record& payload(std::int64_t kind) {
+    static const std::array<Record, 3> kPayloads = {Record{35, 0}, sampleRecord("D108", 4711),
+                                                    Record(255, kDle)};
+    return kPayloads.at(static_cast<std::size_t>(kind));
 }
 
 void build(benchmark::State& state) {
-    const Record data = payload(static_cast<int>(state.range(0)));
+    const Record& data = payload(state.range(0));
     GpsPacket packet;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(packet.Build(35, data));
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(data.size()));
 }
 
 void parse(benchmark::State& state) {
-    const Record data = payload(static_cast<int>(state.range(0)));
+    const Record& data = payload(state.range(0));
     const Record frame = GpsPacket().Build(35, data);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         GpsPacket packet;
         benchmark::DoNotOptimize(packet.Parse(frame));
         benchmark::DoNotOptimize(packet.takeData());

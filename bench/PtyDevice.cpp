@@ -1,7 +1,6 @@
 #include "PtyDevice.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -11,6 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <ctime>
 #include <new>
 #include <system_error>

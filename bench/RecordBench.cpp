@@ -1,6 +1,7 @@
 // Each kind of Garmin record: decoded, and told as its text line, as a download does.
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <string>
 
 #include "Allocations.h"
@@ -42,10 +43,11 @@ void measure(benchmark::State& state, const std::string& type, Take&& take) {
     const std::vector<Record> records = samples(type);
     const std::uint64_t before = heap().allocations;
     std::size_t next = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(take(records[next]));
         next = next + 1 == records.size() ? 0 : next + 1;
     }
+    state.SetLabel(type);
     state.SetItemsProcessed(state.iterations());
     state.counters["allocations"] = benchmark::Counter(
         static_cast<double>(heap().allocations - before), benchmark::Counter::kAvgIterations);
@@ -60,42 +62,42 @@ void decode(benchmark::State& state, const std::string& type) {
     });
 }
 
-void decodeFix(benchmark::State& state, const std::string& type) {
+constexpr std::array kWaypoints = {"D100", "D101", "D102", "D103", "D104", "D105", "D106", "D107",
+                                   "D108", "D109", "D110", "D150", "D151", "D152", "D154", "D155"};
+constexpr std::array kPoints = {"D300", "D301", "D302", "D303", "D304"};
+constexpr std::array kTrackHeaders = {"D310", "D311", "D312"};
+constexpr std::array kRoutes = {"D200", "D201", "D202"};
+
+void waypoint(benchmark::State& state) {
+    decode<Waypoint>(state, kWaypoints.at(static_cast<std::size_t>(state.range(0))));
+}
+void trackPoint(benchmark::State& state) {
+    decode<Trace>(state, kPoints.at(static_cast<std::size_t>(state.range(0))));
+}
+void trackHeader(benchmark::State& state) {
+    decode<TrkHeader>(state, kTrackHeaders.at(static_cast<std::size_t>(state.range(0))));
+}
+void routeHeader(benchmark::State& state) {
+    decode<Route>(state, kRoutes.at(static_cast<std::size_t>(state.range(0))));
+}
+void routeLink(benchmark::State& state) {
+    decode<RteLink>(state, "D210");
+}
+void fix(benchmark::State& state) {
     DebugTrace trace("");
-    PvtData fix;
-    measure(state, type, [&](const Record& data) {
-        fix.GetAttributes(data, 0, trace, '.');
-        return fix.getIdent('.');
+    PvtData pvt;
+    measure(state, "D800", [&](const Record& data) {
+        pvt.GetAttributes(data, 0, trace, '.');
+        return pvt.getIdent('.');
     });
 }
 
-using Decode = void (*)(benchmark::State&, const std::string&);
-
-void add(Decode decodeKind, std::initializer_list<const char*> types) {
-    for (const std::string type : types) {
-        benchmark::RegisterBenchmark(
-            ("decodeAndLine/" + type).c_str(),
-            [decodeKind, type](benchmark::State& state) { decodeKind(state, type); });
-    }
-}
+BENCHMARK(waypoint)->DenseRange(0, kWaypoints.size() - 1);
+BENCHMARK(trackPoint)->DenseRange(0, kPoints.size() - 1);
+BENCHMARK(trackHeader)->DenseRange(0, kTrackHeaders.size() - 1);
+BENCHMARK(routeHeader)->DenseRange(0, kRoutes.size() - 1);
+BENCHMARK(routeLink);
+BENCHMARK(fix);
 
 }  // namespace
 }  // namespace marlune::bench
-
-int main(int argc, char** argv) {
-    using namespace marlune;
-    using namespace marlune::bench;
-    add(decode<Waypoint>, {"D100", "D101", "D102", "D103", "D104", "D105", "D106", "D107", "D108",
-                           "D109", "D110", "D150", "D151", "D152", "D154", "D155"});
-    add(decode<Trace>, {"D300", "D301", "D302", "D303", "D304"});
-    add(decode<TrkHeader>, {"D310", "D311", "D312"});
-    add(decode<Route>, {"D200", "D201", "D202"});
-    add(decode<RteLink>, {"D210"});
-    add(decodeFix, {"D800"});
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
-        return 1;
-    }
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

@@ -56,7 +56,7 @@ void readFile(benchmark::State& state, Reader<Item> read, std::string (*line)(st
     SystemHost host;
     const UploadFormat format = {"GRM", "D108", "", "A301", "D310", "."};
     std::size_t heapPeak = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         state.PauseTiming();
         std::vector<Item> items;
         const std::size_t before = heap().inUse;
