@@ -28,6 +28,8 @@ constexpr LineRow kLines[] = {
     {"MLR", "4800", 2, {2048, 512}},
 };
 
+constexpr const char* kNoUsbFile = "Fichier USB non Trouvé";
+
 std::string capitals(std::string_view text) {
     std::string out(text);
     std::transform(out.begin(), out.end(), out.begin(), [](char c) {
@@ -78,6 +80,38 @@ void openSerial(ControlState& control) {
                             " Handle: " + std::to_string(control.port.handle()));
 }
 
+// Opens the USB device, else looks for a unit that is a drive; what was found decides the code.
+bool openUsb(ControlState& control) {
+    std::string& code = control.connection.protocolCode;
+    control.storage.close();
+    const std::string path = control.usb.findDevicePath();
+    if (!path.empty()) {
+        const bool opened = control.usb.open();
+        control.trace.traceLine("Clef USB " + path);
+        control.trace.traceLine(opened ? "Ouverture Fichier USB OK" : kNoUsbFile);
+        code = opened && code == "GRM_USB_GPX" ? "GRM_USB" : code;
+        return opened;
+    }
+    control.usb.close();
+    if (control.storage.find(control.services)) {
+        control.trace.traceLine("Ouverture Fichier USB GPX OK");
+        code = "GRM_USB_GPX";
+        return true;
+    }
+    control.trace.traceLine(kNoUsbFile);
+    control.trace.traceLine("Clef de Registre USB GARMIN non trouvée");
+    return false;
+}
+
+// Opens what the protocol code names; false when there is nothing to identify.
+bool openDevice(ControlState& control) {
+    if (contains(control.connection.protocolCode, "GRM_USB")) {
+        return openUsb(control);
+    }
+    openSerial(control);
+    return true;
+}
+
 }  // namespace
 
 void setGpsMark(ControlState& control, const std::string& value) {
@@ -92,10 +126,14 @@ void setGpsMark(ControlState& control, const std::string& value) {
 bool connectReceiver(ControlState& control) {
     control.trace.openEmpty();
     control.trace.traceLine(present(control) + " Marlune " + versionText());
-    openSerial(control);
+    if (!openDevice(control)) {
+        return false;
+    }
     const Service identify = familyOf(control.connection.protocolCode).identify;
     if (identify != nullptr && !identify(control)) {
         control.port.close();
+        control.usb.close();
+        control.storage.close();
         return false;
     }
     return true;
@@ -120,6 +158,8 @@ void closeDevice(ControlState& control) {
         control.port.close();
         control.trace.traceLine(present(control) + " Port Fermé: " + control.port.name());
     }
+    control.usb.close();
+    control.storage.close();
 }
 
 void disconnectReceiver(ControlState& control) {

@@ -12,7 +12,8 @@
 #include "nmea/magellan/MagellanState.h"
 #include "nmea/mlr/MlrState.h"
 #include "serial/ComPort.h"
-#include "usb/UsbDevice.h"
+#include "storage/StorageUnit.h"
+#include "usb/UsbPort.h"
 
 namespace marlune {
 
@@ -28,7 +29,8 @@ struct ControlState {
     DebugTrace trace;
     Services services;
     ComPort port;
-    std::unique_ptr<UsbDevice> usb;
+    UsbPort usb;
+    StorageUnit storage;
 
     ConnectionState connection;
     GarminState garmin;
@@ -39,6 +41,8 @@ struct ControlState {
     std::int32_t magellanRate = 0;  // 0 means 4800
     // What replaces every "," of an upload file's line before it is read.
     std::string decimalSetting = ".";
+    // The upload file that is being sent.
+    std::string uploadPath;
 };
 
 }  // namespace marlune

@@ -7,9 +7,13 @@
 #include "garmin/Identification.h"
 #include "garmin/RealTime.h"
 #include "garmin/Uploads.h"
+#include "garmin/Messages.h"
 #include "garmin/link/SerialGarminLink.h"
+#include "garmin/link/UsbGarminLink.h"
 #include "nmea/magellan/Magellan.h"
 #include "nmea/mlr/Mlr.h"
+#include "storage/StorageTransfers.h"
+#include "usb/UsbSession.h"
 
 namespace marlune {
 namespace {
@@ -106,6 +110,120 @@ const Family kGarminSerial = {
         },
 };
 
+// A Garmin link on the USB device, for the time of one service; every service has a session of its
+// own. Whether the device is opened anew first is the service's.
+struct UsbConnection {
+    explicit UsbConnection(ControlState& control,
+                           UsbGarminLink::Answer answer = UsbGarminLink::Answer::stream,
+                           std::string_view sendLabel = "Send ")
+        : services(control.services),
+          lease(control.usb),
+          link(control.services, lease, answer, sendLabel) {}
+
+    // Shows the box when there is no session.
+    bool inSession(bool opened = true) {
+        const bool started = opened && startSession(lease);
+        if (!started) {
+            services.host.messageBox(text::kSessionFailed, BoxIcon::critical);
+        }
+        return started;
+    }
+
+    Services& services;
+    UsbLease lease;
+    UsbGarminLink link;
+};
+
+const Family kGarminUsb = {
+    .matches = [](const std::string& code) { return code == "GRM_USB"; },
+    .identify =
+        [](ControlState& control) {
+            UsbConnection usb(control);
+            control.connection.connected = false;
+            return usb.inSession() && GarminIdentification(control.services, usb.link,
+                                                           control.connection, control.garmin)
+                                          .grmGetAttributesGathered();
+        },
+    .protocols = garminProtocols,
+    .getWaypts =
+        [](ControlState& control) {
+            UsbConnection usb(control);
+            return usb.inSession() && garminDownloads(control, usb.link).getWaypts();
+        },
+    .getTracks =
+        [](ControlState& control) {
+            UsbConnection usb(control);
+            return usb.inSession() && garminDownloads(control, usb.link).getTracks();
+        },
+    .GetRoutes =
+        [](ControlState& control) {
+            UsbConnection usb(control);
+            return usb.inSession() && garminDownloads(control, usb.link).GetRoutes();
+        },
+    .SendWaypts =
+        [](ControlState& control) {
+            UsbConnection usb(control);
+            return usb.inSession() && garminUploads(control, usb.link).SendWaypts();
+        },
+    .SendRoutes =
+        [](ControlState& control) {
+            UsbConnection usb(control);
+            return usb.inSession() && garminUploads(control, usb.link).SendRoutes();
+        },
+    .SendTraces =
+        [](ControlState& control) {
+            UsbConnection usb(control);
+            return usb.inSession() && garminUploads(control, usb.link).SendTraces();
+        },
+    .StartPvtData =
+        [](ControlState& control) {
+            UsbConnection usb(control);
+            return usb.inSession() && garminRealTime(control, usb.link).StartPvtData();
+        },
+    .GetTime =
+        [](ControlState& control) {
+            UsbConnection usb(control, UsbGarminLink::Answer::oneBlock);
+            return usb.inSession() ? garminRealTime(control, usb.link).GetTime() : 0.0;
+        },
+    .getPosition =
+        [](ControlState& control) {
+            // Here alone the device is opened anew first.
+            UsbConnection usb(control, UsbGarminLink::Answer::eitherPipe, "Get Position ");
+            return usb.inSession(usb.lease.reopen())
+                       ? garminRealTime(control, usb.link).getPosition()
+                       : std::string();
+        },
+};
+
+StorageTransfers storageTransfers(ControlState& control) {
+    return {control.services, control.storage, control.connection};
+}
+
+const Family kGarminStorage = {
+    .matches = [](const std::string& code) { return code == "GRM_USB_GPX"; },
+    .identify =
+        [](ControlState& control) {
+            return control.storage.identify(control.services, control.connection);
+        },
+    .protocols = [](ControlState& control) { return storageProtocols(control.connection); },
+    .getWaypts = [](ControlState& control) { return storageTransfers(control).getWaypts(); },
+    .getTracks = [](ControlState& control) { return storageTransfers(control).getTracks(); },
+    .GetRoutes = [](ControlState& control) { return storageTransfers(control).GetRoutes(); },
+    .SendWaypts =
+        [](ControlState& control) {
+            return storageTransfers(control).SendWaypts(control.garmin.waypoints,
+                                                        control.uploadPath);
+        },
+    .SendRoutes =
+        [](ControlState& control) {
+            return storageTransfers(control).SendRoutes(control.garmin.routes, control.uploadPath);
+        },
+    .SendTraces =
+        [](ControlState& control) {
+            return storageTransfers(control).SendTraces(control.garmin.tracks, control.uploadPath);
+        },
+};
+
 // A Magellan receiver on the serial port, for the time of one service.
 struct MagellanConnection {
     explicit MagellanConnection(ControlState& control)
@@ -194,7 +312,7 @@ const Family kMlr = {
         },
 };
 
-const Family* const kFamilies[] = {&kGarminSerial, &kMagellan, &kMlr};
+const Family* const kFamilies[] = {&kGarminSerial, &kGarminUsb, &kGarminStorage, &kMagellan, &kMlr};
 
 const Family kUnknown = {};
 

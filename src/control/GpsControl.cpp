@@ -15,20 +15,18 @@ struct GpsControl::Impl : ControlState {
 
 GpsControl::GpsControl(Host& host, GpsControlEvents& events)
     : GpsControl(host, events, makeSystemSerialPort(host), nullptr) {
-    impl_->usb = makeSystemUsbDevice(impl_->trace);
+    impl_->usb.use(makeSystemUsbDevice(impl_->trace));
 }
 
 GpsControl::GpsControl(Host& host, GpsControlEvents& events, std::unique_ptr<SerialPort> port,
                        std::unique_ptr<UsbDevice> usb)
     : impl_(std::make_shared<Impl>(host, events, std::move(port))) {
-    impl_->usb = std::move(usb);
+    impl_->usb.use(std::move(usb));
 }
 
 GpsControl::~GpsControl() {
     impl_->port.close();
-    if (impl_->usb) {
-        impl_->usb->close();
-    }
+    impl_->usb.close();
 }
 
 double GpsControl::GetTime() {

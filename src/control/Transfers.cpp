@@ -4,6 +4,7 @@
 #include "garmin/UploadFiles.h"
 #include "garmin/values/Fichier.h"
 #include "host/RunTimeError.h"
+#include "storage/StorageTransfers.h"
 
 namespace marlune {
 
@@ -56,6 +57,9 @@ bool fileExists(ControlState& control, const std::string& path) {
 }
 
 UploadFormat uploadFormat(const ControlState& control) {
+    if (control.connection.protocolCode == "GRM_USB_GPX") {
+        return storageUploadFormat(control.connection.protocolCode, control.decimalSetting);
+    }
     const GpsCapability& capability = control.garmin.capabilities();
     return {.protocolCode = control.connection.protocolCode,
             .waypointType = capability.waypointType,
@@ -105,6 +109,7 @@ bool trapped(ControlState& control, const char* errorText, const Upload& upload)
 }  // namespace
 
 bool uploadWaypoints(ControlState& control, const std::string& path) {
+    control.uploadPath = path;
     return trapped(control, text::kWaypointUploadError, [&] {
         return passesGate(control, kWaypointUpload) && fileExists(control, path) &&
                readWaypointFile(control.host, path, uploadFormat(control),
@@ -114,6 +119,7 @@ bool uploadWaypoints(ControlState& control, const std::string& path) {
 }
 
 bool uploadRoutes(ControlState& control, const std::string& path) {
+    control.uploadPath = path;
     return trapped(control, text::kRouteUploadError, [&] {
         return passesGate(control, kRouteUpload) && fileExists(control, path) &&
                readRouteFile(control.host, path, uploadFormat(control), control.garmin.routes) &&
@@ -122,6 +128,7 @@ bool uploadRoutes(ControlState& control, const std::string& path) {
 }
 
 bool uploadTracks(ControlState& control, const std::string& path) {
+    control.uploadPath = path;
     if (!passesGate(control, kTrackUpload) || !fileExists(control, path)) {
         return false;
     }

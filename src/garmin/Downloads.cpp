@@ -75,7 +75,7 @@ bool GarminDownloads::GetRoutes() {
 
 bool GarminDownloads::download(const Kind& kind) {
     link_.discard();
-    sendCommand(link_, kind.command);
+    requestTransfer(link_, kind.command);
     const std::optional<std::int16_t> count = receiveCount();
     if (!count) {
         return false;
@@ -85,9 +85,9 @@ bool GarminDownloads::download(const Kind& kind) {
         return false;
     }
     services_.events.StartDownload(kind.letter, *count, kind.header);
-    receiveRecords(kind, *count);
+    const bool complete = receiveRecords(kind, *count);
     services_.events.EndDownload(kind.letter);
-    return false;
+    return complete && link_.tellsSuccess();
 }
 
 std::optional<std::int16_t> GarminDownloads::receiveCount() {
@@ -113,31 +113,30 @@ std::int16_t GarminDownloads::acceptCount(const LinkPacket& packet) {
     return static_cast<std::int16_t>(low + 256U * high);
 }
 
-void GarminDownloads::receiveRecords(const Kind& kind, std::int16_t count) {
+bool GarminDownloads::receiveRecords(const Kind& kind, std::int16_t count) {
     state_.transferRunning = true;
     // One pass more than records: it is there for the transfer-complete packet.
-    for (int i = 0; i <= count && state_.transferRunning && mayGoOn(); ++i) {
+    for (int i = 0; (link_.gathers() || i <= count) && state_.transferRunning && mayGoOn(); ++i) {
         const LinkPacket packet = link_.receive();
-        if (!goesOn(kind, packet)) {
-            return;
+        if (packet.pid == pid::kTransferComplete) {
+            link_.acknowledge(pid::kTransferComplete);
+            return true;
+        }
+        if (packet.pid == 0 && !outlastsSilence(kind)) {
+            break;
         }
         takeRecord(kind, static_cast<std::int16_t>(i + 1), packet);
     }
+    return false;
 }
 
-bool GarminDownloads::goesOn(const Kind& kind, const LinkPacket& packet) {
-    if (packet.pid == pid::kTransferComplete) {
-        link_.acknowledge(pid::kTransferComplete);
-        return false;
-    }
-    if (packet.pid != 0) {
-        return true;
-    }
+// Whether the loop goes on after a pass without a packet.
+bool GarminDownloads::outlastsSilence(const Kind& kind) {
     if (!mayGoOn()) {
         return false;
     }
     services_.host.messageBox(kind.interrupted, BoxIcon::information);
-    return kind.listensOn;
+    return kind.listensOn && !link_.gathers();
 }
 
 void GarminDownloads::takeRecord(const Kind& kind, std::int16_t numitem, const LinkPacket& packet) {

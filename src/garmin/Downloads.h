@@ -45,8 +45,9 @@ private:
     bool download(const Kind& kind);
     std::optional<std::int16_t> receiveCount();
     std::int16_t acceptCount(const LinkPacket& packet);
-    void receiveRecords(const Kind& kind, std::int16_t count);
-    bool goesOn(const Kind& kind, const LinkPacket& packet);
+    // True when the transfer-complete packet came.
+    bool receiveRecords(const Kind& kind, std::int16_t count);
+    bool outlastsSilence(const Kind& kind);
     void takeRecord(const Kind& kind, std::int16_t numitem, const LinkPacket& packet);
     void takeRecordBy(const RecordRule& rule, std::int16_t numitem, const LinkPacket& packet);
     bool receiveProximities(std::int16_t count, LinkPacket& last);

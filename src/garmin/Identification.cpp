@@ -26,6 +26,11 @@ bool sendCommand(GarminLink& link, std::uint8_t code) {
     return link.send(pid::kCommand, data);
 }
 
+bool requestTransfer(GarminLink& link, std::uint8_t code) {
+    const std::array<std::uint8_t, 2> data = {code, 0};
+    return link.request(pid::kCommand, data);
+}
+
 void stopTransfer(Services& services, GarminLink& link, ConnectionState& state) {
     sendCommand(link, command::kAbort);
     services.host.processEvents();
@@ -48,7 +53,36 @@ bool GarminIdentification::grmGetAttributes() {
     takeProductData(product.data);
     skipExtendedData();
     link_.acknowledge(pid::kProductData);
-    takeCapabilities();
+    takeCapabilities(link_.receive());
+    return state_.connected;
+}
+
+bool GarminIdentification::grmGetAttributesGathered() {
+    state_.connected = false;
+    link_.request(pid::kProductRequest, {});
+    LinkPacket product;
+    LinkPacket protocols;
+    for (LinkPacket packet = link_.receive(); packet.pid != 0; packet = link_.receive()) {
+        switch (packet.pid) {
+            case pid::kProductData:
+                product = std::move(packet);
+                break;
+            case pid::kExtendedProductData:
+                services_.trace.traceLine(text::kExtendedProduct);
+                break;
+            case pid::kProtocolArray:
+                protocols = std::move(packet);
+                break;
+            default:
+                break;
+        }
+    }
+    if (product.pid != pid::kProductData) {
+        services_.host.messageBox(text::kNoAnswer, BoxIcon::critical);
+        return false;
+    }
+    takeProductData(product.data);
+    takeCapabilities(protocols);
     return state_.connected;
 }
 
@@ -119,13 +153,12 @@ void GarminIdentification::skipExtendedData() {
             return;
         }
         if (packet.pid == pid::kExtendedProductData) {
-            services_.trace.traceLine("Paquet 248 .....");
+            services_.trace.traceLine(text::kExtendedProduct);
         }
     }
 }
 
-void GarminIdentification::takeCapabilities() {
-    const LinkPacket packet = link_.receive();
+void GarminIdentification::takeCapabilities(const LinkPacket& packet) {
     GpsCapability capability;
     if (packet.pid == pid::kProtocolArray) {
         services_.trace.traceLine("Protocole trouvé ....");

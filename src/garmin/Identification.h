@@ -20,6 +20,9 @@ public:
     // The handshake on a serial line. False after a message box that tells why.
     bool grmGetAttributes();
 
+    // The same for a link that gathers: one request, whose answer holds everything.
+    bool grmGetAttributesGathered();
+
     // Asks for the battery voltages and keeps them as a text.
     void grmGetVoltages();
 
@@ -29,7 +32,7 @@ private:
     bool acceptAcknowledge(const LinkPacket& reply);
     void takeProductData(std::span<const std::uint8_t> data);
     void skipExtendedData();
-    void takeCapabilities();
+    void takeCapabilities(const LinkPacket& packet);
 
     Services& services_;
     GarminLink& link_;
@@ -41,6 +44,8 @@ private:
 
 // Sends a command: packet 10 with the code and 0.
 bool sendCommand(GarminLink& link, std::uint8_t code);
+// The same for a command that several packets answer.
+bool requestTransfer(GarminLink& link, std::uint8_t code);
 
 // Aborts a running transfer: the abort command, once and unacknowledged; pending events; and the
 // transfer-running flag is cleared.

@@ -19,6 +19,9 @@ inline constexpr const char* kAckError = "Erreur de protocole(Ack) - pid = ";
 inline constexpr const char* kProductError = "Erreur de protocole(Product) - pid = ";
 inline constexpr const char* kSessionFailed = "Problème Ouverture de session";
 
+// A line of the trace.
+inline constexpr const char* kExtendedProduct = "Paquet 248 .....";
+
 inline constexpr const char* kNoWaypoints = "Aucun Waypoint dans ce Gps";
 inline constexpr const char* kNoTracks = "Aucune trace dans ce GPS";
 inline constexpr const char* kNoRoutes = "Aucune route dans ce Gps";

@@ -15,21 +15,30 @@ namespace marlune {
 double GarminRealTime::GetTime() {
     services_.trace.traceLine("Get Time");
     sendCommand(link_, command::kTransferTime);
-    LinkPacket packet = link_.receive();
-    if (packet.pid == pid::kAck) {
-        packet = link_.receive();
-        if (packet.pid == pid::kDateTime) {
-            try {
-                const double date = jour::GarminDateToDate(packet.data);
-                services_.host.messageBox(services_.host.dateText(date), BoxIcon::none);
-                return date;
-            } catch (const RunTimeError&) {
-                // A record that holds no date is told as the protocol error that it is.
-            }
+    LinkPacket packet;
+    if (receiveAnswer(packet) && packet.pid == pid::kDateTime) {
+        try {
+            const double date = jour::GarminDateToDate(packet.data);
+            services_.host.messageBox(services_.host.dateText(date), BoxIcon::none);
+            return date;
+        } catch (const RunTimeError&) {
+            // A record that holds no date is told as the protocol error that it is.
         }
     }
     showProtocolError(services_.host, packet.pid);
     return 0;
+}
+
+bool GarminRealTime::receiveAnswer(LinkPacket& packet) {
+    packet = link_.receive();
+    if (!link_.acknowledges()) {
+        return true;
+    }
+    if (packet.pid != pid::kAck) {
+        return false;
+    }
+    packet = link_.receive();
+    return true;
 }
 
 std::string GarminRealTime::getPosition() {
@@ -37,16 +46,12 @@ std::string GarminRealTime::getPosition() {
     services_.trace.traceLine("GetPosition");
     link_.discard();
     sendCommand(link_, command::kTransferPosition);
-    LinkPacket packet = link_.receive();
-    if (packet.pid != pid::kAck) {
-        showProtocolError(services_.host, packet.pid);
-        return {};
-    }
+    LinkPacket packet;
+    const bool answered = receiveAnswer(packet);
     // What follows the acknowledgement is the position, whatever its id.
-    packet = link_.receive();
     const std::span<const std::uint8_t> data = packet.data;
-    if (data.size() < 2 * kDouble) {
-        showProtocolError(services_.host, packet.pid);
+    if (!answered || data.size() < 2 * kDouble) {
+        showNoPosition(packet.pid);
         return {};
     }
     Waypoint position;
@@ -56,19 +61,35 @@ std::string GarminRealTime::getPosition() {
     return position.getPosition(services_.host.decimalSeparator());
 }
 
+// Without acknowledgements there is no id to complain of: a unit that has no position is silent.
+void GarminRealTime::showNoPosition(std::uint16_t pid) {
+    if (link_.acknowledges()) {
+        showProtocolError(services_.host, pid);
+    } else {
+        services_.host.messageBox(text::kNoPosition, BoxIcon::none);
+    }
+}
+
 bool GarminRealTime::StartPvtData() {
     services_.trace.traceLine("StartPvtData");
     link_.discard();
     sendCommand(link_, command::kStartPvt);
-    (void)link_.receive();
+    skipAcknowledgement();
     state_.realTimeRunning = true;
     follow();
     // However it ended, the unit is told to stop.
     sendCommand(link_, command::kStopPvt);
-    (void)link_.receive();
+    skipAcknowledgement();
     services_.events.EndPvt();
     services_.host.messageBox(text::kRealTimeDone, BoxIcon::information);
     return false;
+}
+
+// What acknowledges the start and the end of a run is not looked at.
+void GarminRealTime::skipAcknowledgement() {
+    if (link_.acknowledges()) {
+        (void)link_.receive();
+    }
 }
 
 void GarminRealTime::follow() {

@@ -1,6 +1,7 @@
 // The present state of a Garmin unit: its clock, its position, and the stream of positions.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "garmin/GarminState.h"
@@ -24,6 +25,11 @@ public:
     bool StartPvtData();
 
 private:
+    // The packet that answers a command, behind its acknowledgement where there is one. False:
+    // what came instead of the acknowledgement.
+    bool receiveAnswer(LinkPacket& packet);
+    void showNoPosition(std::uint16_t pid);
+    void skipAcknowledgement();
     void follow();
     void takePvt(const LinkPacket& packet);
     [[nodiscard]] bool mayGoOn() const { return link_.holds() && !services_.host.stopRequested(); }

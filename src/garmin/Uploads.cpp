@@ -30,9 +30,9 @@ bool GarminUploads::announce(const std::string& letter, std::size_t count, const
     }
     const std::array<std::uint8_t, 2> payload = {static_cast<std::uint8_t>(count % 256),
                                                  static_cast<std::uint8_t>(count / 256)};
-    link_.send(pid::kRecords, payload);
-    const LinkPacket reply = link_.receive();
-    if (reply.pid == pid::kNak) {
+    const LinkPacket reply = sendPacket(pid::kRecords, payload);
+    // A silent unit may still be one that listens; a count that the link did not take is lost.
+    if (reply.pid == pid::kNak || (reply.pid == 0 && !link_.acknowledges())) {
         showProtocolError(services_.host, reply.pid);
         return false;
     }
@@ -40,15 +40,24 @@ bool GarminUploads::announce(const std::string& letter, std::size_t count, const
     return true;
 }
 
-void GarminUploads::finish(const std::string& letter, std::span<const std::uint8_t> payload) {
-    link_.send(pid::kTransferComplete, payload);
+bool GarminUploads::finish(const std::string& letter, std::span<const std::uint8_t> payload,
+                           bool allSent) {
+    const bool ended = link_.send(pid::kTransferComplete, payload);
     services_.events.EndUpload(letter);
+    return allSent && ended && link_.tellsSuccess();
+}
+
+LinkPacket GarminUploads::sendPacket(std::uint8_t pid, std::span<const std::uint8_t> data) {
+    const bool taken = link_.send(pid, data);
+    if (link_.acknowledges()) {
+        return link_.receive();
+    }
+    return {static_cast<std::uint16_t>(taken ? pid::kAck : 0), {}};
 }
 
 // Sends a record and shows the protocol error for any answer but an acknowledgement.
 bool GarminUploads::sendRecord(std::uint8_t pid, const Bytes& record) {
-    link_.send(pid, record);
-    const LinkPacket reply = link_.receive();
+    const LinkPacket reply = sendPacket(pid, record);
     if (reply.pid == pid::kAck) {
         return true;
     }
@@ -63,13 +72,12 @@ bool GarminUploads::SendWaypts() {
         return false;
     }
     // Handlers may start another transfer that replaces the collection: hence the index and copies.
-    for (std::size_t i = 0; i < garmin_.waypoints.size() && mayGoOn(); ++i) {
-        if (!sendWaypoint(static_cast<std::int16_t>(i + 1), garmin_.waypoints[i])) {
-            break;
-        }
+    bool going = true;
+    for (std::size_t i = 0; going && i < garmin_.waypoints.size(); ++i) {
+        going = mayGoOn() &&
+                sendWaypoint(static_cast<std::int16_t>(i + 1), garmin_.waypoints[i]);
     }
-    finish("W", kZero);
-    return false;
+    return finish("W", kZero, going);
 }
 
 bool GarminUploads::sendWaypoint(std::int16_t numitem, Waypoint waypoint) {
@@ -79,12 +87,11 @@ bool GarminUploads::sendWaypoint(std::int16_t numitem, Waypoint waypoint) {
     if (isSingle(record) || !mayGoOn()) {
         return false;
     }
-    link_.send(pid::kWaypoint, record);
-    const LinkPacket reply = link_.receive();
+    const LinkPacket reply = sendPacket(pid::kWaypoint, record);
     if (reply.pid == pid::kAck) {
         return true;
     }
-    if (reply.pid == 0) {
+    if (reply.pid == 0 && link_.acknowledges()) {
         // The only second chance of any upload, and what comes then is not looked at.
         (void)link_.receive();
         return true;
@@ -109,13 +116,11 @@ bool GarminUploads::SendRoutes() {
         return false;
     }
     routeItem_ = 0;
-    for (std::size_t i = 0; i < garmin_.routes.size() && mayGoOn(); ++i) {
-        if (!sendRoute(garmin_.routes[i])) {
-            break;
-        }
+    bool going = true;
+    for (std::size_t i = 0; going && i < garmin_.routes.size(); ++i) {
+        going = mayGoOn() && sendRoute(garmin_.routes[i]);
     }
-    finish("R", kZero);
-    return false;
+    return finish("R", kZero, going);
 }
 
 bool GarminUploads::sendRoute(Route route) {
@@ -157,13 +162,12 @@ bool GarminUploads::SendTraces() {
     if (!announce("T", garmin_.tracks.size(), "Upload Traces")) {
         return false;
     }
-    for (std::size_t i = 0; i < garmin_.tracks.size() && mayGoOn(); ++i) {
-        if (!sendTrackItem(static_cast<std::int16_t>(i + 1), garmin_.tracks[i])) {
-            break;
-        }
+    bool going = true;
+    for (std::size_t i = 0; going && i < garmin_.tracks.size(); ++i) {
+        going = mayGoOn() &&
+                sendTrackItem(static_cast<std::int16_t>(i + 1), garmin_.tracks[i]);
     }
-    finish("T", kNothing);
-    return false;
+    return finish("T", kNothing, going);
 }
 
 bool GarminUploads::sendTrackItem(std::int16_t numitem, TrackItem item) {

@@ -31,7 +31,11 @@ private:
     using Bytes = std::vector<std::uint8_t>;
 
     bool announce(const std::string& letter, std::size_t count, const char* label);
-    void finish(const std::string& letter, std::span<const std::uint8_t> payload);
+    // Ends an upload; its result is the member's.
+    bool finish(const std::string& letter, std::span<const std::uint8_t> payload, bool allSent);
+    // Sends a packet and answers with what acknowledges it; on a link without acknowledgements,
+    // with an acknowledgement when the packet was taken, else with id 0.
+    LinkPacket sendPacket(std::uint8_t pid, std::span<const std::uint8_t> data);
     bool sendWaypoint(std::int16_t numitem, Waypoint waypoint);
     bool sendRoute(Route route);
     bool sendRoutePoint(Waypoint& point, int pointsLeft);

@@ -6,18 +6,25 @@ namespace marlune {
 
 UsbPort::UsbPort(std::unique_ptr<UsbDevice> device) : device_(std::move(device)) {}
 
+void UsbPort::use(std::unique_ptr<UsbDevice> device) {
+    ++openings_;
+    device_ = std::move(device);
+}
+
 std::string UsbPort::findDevicePath() {
-    return device_->findDevicePath();
+    return device_ ? device_->findDevicePath() : std::string();
 }
 
 bool UsbPort::open() {
     ++openings_;
-    return device_->open();
+    return device_ && device_->open();
 }
 
 void UsbPort::close() {
     ++openings_;
-    device_->close();
+    if (device_) {
+        device_->close();
+    }
 }
 
 int UsbLease::writeBlock(std::span<const std::uint8_t> block) {

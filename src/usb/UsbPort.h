@@ -16,14 +16,18 @@ namespace marlune {
 
 class UsbPort {
 public:
-    explicit UsbPort(std::unique_ptr<UsbDevice> device);
+    // device: none for a port that never finds a receiver.
+    explicit UsbPort(std::unique_ptr<UsbDevice> device = nullptr);
+
+    // Replaces the device, which must be closed.
+    void use(std::unique_ptr<UsbDevice> device);
 
     // Looks for the first receiver; empty when there is none.
     std::string findDevicePath();
     // Opens what was found, closing first what is open.
     bool open();
     void close();
-    [[nodiscard]] bool isOpen() const { return device_->isOpen(); }
+    [[nodiscard]] bool isOpen() const { return device_ && device_->isOpen(); }
 
 private:
     friend class UsbLease;

@@ -24,6 +24,11 @@ public:
     // Writes one packet; false when the receiver or the system did not take it.
     virtual bool send(std::uint8_t pid, std::span<const std::uint8_t> data) = 0;
 
+    // Writes a request that several packets answer. A link that gathers takes all of them in here.
+    virtual bool request(std::uint8_t pid, std::span<const std::uint8_t> data) {
+        return send(pid, data);
+    }
+
     // Waits for one packet, as long as the line's time-outs allow.
     virtual LinkPacket receive() = 0;
 
@@ -35,6 +40,16 @@ public:
 
     // False once the connection was closed or replaced under the running procedure.
     [[nodiscard]] virtual bool holds() const = 0;
+
+    // In what links differ for the procedures.
+
+    // Whether both sides acknowledge every packet before the next one goes out.
+    [[nodiscard]] virtual bool acknowledges() const = 0;
+    // Whether an answer has come whole before its first packet is received: its number of packets
+    // is what came, whatever was announced, and id 0 is its end, not a silence that may pass.
+    [[nodiscard]] virtual bool gathers() const = 0;
+    // Whether a transfer that went well ends in true.
+    [[nodiscard]] virtual bool tellsSuccess() const = 0;
 };
 
 }  // namespace marlune

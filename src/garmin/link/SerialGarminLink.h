@@ -21,6 +21,10 @@ public:
     void acknowledge(std::uint8_t pid) override;
     void discard() override { port_.ResetComBuffers(); }
     [[nodiscard]] bool holds() const override { return port_.holds(); }
+    [[nodiscard]] bool acknowledges() const override { return true; }
+    [[nodiscard]] bool gathers() const override { return false; }
+    // Hosts of serial units have always been told false, and go by the events.
+    [[nodiscard]] bool tellsSuccess() const override { return false; }
 
     // Writes a frame and traces it as "Send " and its bytes. Returns the count written.
     std::size_t grmSendPacket(std::span<const std::uint8_t> frame);
