@@ -5,9 +5,9 @@
 
 #include "garmin/Downloads.h"
 #include "garmin/Identification.h"
+#include "garmin/Messages.h"
 #include "garmin/RealTime.h"
 #include "garmin/Uploads.h"
-#include "garmin/Messages.h"
 #include "garmin/link/SerialGarminLink.h"
 #include "garmin/link/UsbGarminLink.h"
 #include "nmea/magellan/Magellan.h"

@@ -74,8 +74,7 @@ bool GarminUploads::SendWaypts() {
     // Handlers may start another transfer that replaces the collection: hence the index and copies.
     bool going = true;
     for (std::size_t i = 0; going && i < garmin_.waypoints.size(); ++i) {
-        going = mayGoOn() &&
-                sendWaypoint(static_cast<std::int16_t>(i + 1), garmin_.waypoints[i]);
+        going = mayGoOn() && sendWaypoint(static_cast<std::int16_t>(i + 1), garmin_.waypoints[i]);
     }
     return finish("W", kZero, going);
 }
@@ -164,8 +163,7 @@ bool GarminUploads::SendTraces() {
     }
     bool going = true;
     for (std::size_t i = 0; going && i < garmin_.tracks.size(); ++i) {
-        going = mayGoOn() &&
-                sendTrackItem(static_cast<std::int16_t>(i + 1), garmin_.tracks[i]);
+        going = mayGoOn() && sendTrackItem(static_cast<std::int16_t>(i + 1), garmin_.tracks[i]);
     }
     return finish("T", kNothing, going);
 }

@@ -1,4 +1,5 @@
-// Downloads over a serial line, played from the first command to the last event.
+// Downloads, played from the first command to the last event: over every line where the lines do
+// the same, else over a serial line.
 #include <gtest/gtest.h>
 
 #include "garmin/GarminRecords.h"
@@ -13,14 +14,16 @@ const std::string kTracksHeader = "--- T;lat;lon;heure;altitude;debut -----";
 
 class DownloadTest : public testing::Test, protected Stage {
 protected:
+    explicit DownloadTest(Line line = Line::serial) : Stage(line) {}
+
     void getWaypts(const Script& script) {
-        play(script, [this] { EXPECT_FALSE(control().getWaypts()); });
+        play(script, [&] { EXPECT_EQ(control().getWaypts(), resultOf(script)); });
     }
     void getTracks(const Script& script) {
-        play(script, [this] { EXPECT_FALSE(control().getTracks()); });
+        play(script, [&] { EXPECT_EQ(control().getTracks(), resultOf(script)); });
     }
     void GetRoutes(const Script& script) {
-        play(script, [this] { EXPECT_FALSE(control().GetRoutes()); });
+        play(script, [&] { EXPECT_EQ(control().GetRoutes(), resultOf(script)); });
     }
     void getProximites(const Script& script) {
         play(script, [this] { EXPECT_FALSE(control().getProximites()); });
@@ -38,20 +41,26 @@ protected:
     static Script complete() { return {answers(12, {7, 0}), acks(12), event("EndDownload|W")}; }
 };
 
+class EveryLineDownloadTest : public DownloadTest, public testing::WithParamInterface<Line> {
+protected:
+    EveryLineDownloadTest() : DownloadTest(GetParam()) {}
+};
+INSTANTIATE_TEST_SUITE_P(, EveryLineDownloadTest, kEveryLine, lineName);
+
 const Step kWaypointsInterrupted = box(BoxIcon::information, "Transfert Interrompu");
 
-TEST_F(DownloadTest, HandsOverWaypointsOneByOne) {
+TEST_P(EveryLineDownloadTest, HandsOverWaypointsOneByOne) {
     connectGarmin(kTags);
     getWaypts(opening(2) + waypoint(1, "PT1") + waypoint(2, "PT2") + complete());
     // And once more: the line is emptied first, so what was left over does no harm.
-    port().arrive(garminFrame(12, {}));
+    leaveOver(12);
     getWaypts(opening(1) + waypoint(1, "PT3") + complete());
 }
 
-TEST_F(DownloadTest, SkipsAtMostFivePacketsInFrontOfTheCount) {
+TEST_P(EveryLineDownloadTest, SkipsAtMostFivePacketsInFrontOfTheCount) {
     connectGarmin(kTags);
     Script script = {sends(10, {7, 0})};
-    script.insert(script.end(), 5, answers(6, {10, 0}));
+    script.insert(script.end(), 5, answers(255));
     getWaypts(
         script +
         Script{answers(27, {1, 0}), acks(27), event("StartDownload|W|1|" + kWaypointsHeader)} +
@@ -68,7 +77,7 @@ TEST_F(DownloadTest, IsRefusedOrNotAnswered) {
     EXPECT_NEAR(host.elapsed() - before, 6 * 1.1, 1e-6) << "six receives in all";
 }
 
-TEST_F(DownloadTest, TellsThatNothingIsThere) {
+TEST_P(EveryLineDownloadTest, TellsThatNothingIsThere) {
     connectGarmin(kTags);
     const Step count = answers(27, {0, 0});
     getWaypts({sends(10, {7, 0}), count, acks(27),
@@ -112,7 +121,7 @@ TEST_F(DownloadTest, TracksAndRoutesEndAtTheFirstSilence) {
                box(BoxIcon::information, "Transfert Interrompu"), event("EndDownload|R")});
 }
 
-TEST_F(DownloadTest, ARecordThatCannotBeReadIsAcknowledgedWithoutAnEvent) {
+TEST_P(EveryLineDownloadTest, ARecordThatCannotBeReadIsAcknowledgedWithoutAnEvent) {
     connectGarmin("A100 D103");
     Bytes badSymbol(60, ' ');
     badSymbol[58] = 16;
@@ -141,7 +150,7 @@ TEST_F(DownloadTest, ACountAbove32767MakesNoPass) {
                event("StartDownload|W|-1|" + kWaypointsHeader), event("EndDownload|W")});
 }
 
-TEST_F(DownloadTest, TracksCarryHeadersAndSkipPointsWithoutPosition) {
+TEST_P(EveryLineDownloadTest, TracksCarryHeadersAndSkipPointsWithoutPosition) {
     connectGarmin("A301 D310 D300");
     getTracks({sends(10, {6, 0}), answers(27, {4, 0}), acks(27),
                event("StartDownload|T|4|" + kTracksHeader),
@@ -152,7 +161,7 @@ TEST_F(DownloadTest, TracksCarryHeadersAndSkipPointsWithoutPosition) {
                event("EndDownload|T")});
 }
 
-TEST_F(DownloadTest, RoutesNumberHeadersPointsAndLinksTogether) {
+TEST_P(EveryLineDownloadTest, RoutesNumberHeadersPointsAndLinksTogether) {
     connectGarmin("A100 D100 A201 D202 D210");
     const Bytes link = join({{255, 0}, Bytes(18, 0), text0("LNK")});
     GetRoutes({sends(10, {4, 0}),
@@ -179,7 +188,7 @@ TEST_F(DownloadTest, RoutesNumberHeadersPointsAndLinksTogether) {
                event("EndDownload|R")});
 }
 
-TEST_F(DownloadTest, RoutePointsHaveATypeOfTheirOwn) {
+TEST_P(EveryLineDownloadTest, RoutePointsHaveATypeOfTheirOwn) {
     connectGarmin("A100 D108 D106 A200 D201");
     // D106: position at 14, symbol at 22, ident at 24.
     const Bytes point = join({Bytes(14, 0), k45, k45, {10, 0}, text0("WPT"), text0("LINK")});
@@ -225,7 +234,7 @@ TEST_F(DownloadTest, ProximitiesDoNotEmptyTheLineFirst) {
     EXPECT_GT(port().purges, purges);
 }
 
-TEST_F(DownloadTest, GatesWhatTheUnitDoesNotOffer) {
+TEST_P(EveryLineDownloadTest, GatesWhatTheUnitDoesNotOffer) {
     connectGarmin("L001 D100 D300");
     const Step notAvailable = box(BoxIcon::critical, "Protocole non disponible pour ce GPS");
     const int purges = port().purges;

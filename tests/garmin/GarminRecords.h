@@ -1,6 +1,8 @@
 // Records written by hand for the dialogues: the simplest type of each kind.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 
 #include "support/Dialogue.h"
@@ -47,6 +49,20 @@ inline Bytes text0(const std::string& text) {
     Bytes bytes(text.begin(), text.end());
     bytes.push_back(0);
     return bytes;
+}
+
+// The lines that a dialogue is played over, for parameterised suites.
+inline const auto kEveryLine = testing::Values(Line::serial, Line::usbInterrupt, Line::usbBulk);
+inline std::string lineName(const testing::TestParamInfo<Line>& line) {
+    switch (line.param) {
+        case Line::serial:
+            return "Serial";
+        case Line::usbInterrupt:
+            return "UsbInterrupt";
+        case Line::usbBulk:
+            return "UsbBulk";
+    }
+    return "?";
 }
 
 inline Step acks(std::uint8_t pid) {

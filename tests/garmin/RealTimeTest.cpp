@@ -33,6 +33,8 @@ const Step kStart = event("Startpvt|N;Trace tps réel - 01/06/2007 12:00:00");
 
 class RealTimeTest : public testing::Test, protected Stage {
 protected:
+    explicit RealTimeTest(Line line = Line::serial) : Stage(line) {}
+
     void SetUp() override {
         connectGarmin(kTags);
         host.setNow(39234.5);
@@ -51,6 +53,12 @@ protected:
         play(script, [this] { EXPECT_FALSE(control().StartPvtData()); });
     }
 };
+
+class EveryLineRealTimeTest : public RealTimeTest, public testing::WithParamInterface<Line> {
+protected:
+    EveryLineRealTimeTest() : RealTimeTest(GetParam()) {}
+};
+INSTANTIATE_TEST_SUITE_P(, EveryLineRealTimeTest, kEveryLine, lineName);
 
 // What ends every run, whoever ended it.
 const Script kEnd = {sends(10, {50, 0}), answers(6, {10, 0}), event("EndPvt"),
@@ -78,7 +86,7 @@ TEST_F(RealTimeTest, TellsThePosition) {
         "");
 }
 
-TEST_F(RealTimeTest, FollowsUntilTheHostStops) {
+TEST_P(EveryLineRealTimeTest, FollowsUntilTheHostStops) {
     events.when("PvtData", 3, [this] { control().StopPvtData(); });
     StartPvtData(Script{sends(10, {49, 0}), answers(6, {10, 0}), answers(51, d800(0)), kStart,
                         answers(51, d800(3)), event("PvtData|" + kPvtLine + "-1"),
@@ -93,20 +101,20 @@ TEST_F(RealTimeTest, FollowsUntilTheHostStops) {
                  kEnd);
 }
 
-TEST_F(RealTimeTest, ASilentUnitEndsTheRun) {
+TEST_P(EveryLineRealTimeTest, ASilentUnitEndsTheRun) {
     StartPvtData(
         Script{sends(10, {49, 0}), answers(6), box(BoxIcon::critical, "Position non disponible")} +
         kEnd);
 }
 
-TEST_F(RealTimeTest, ARecordThatIsCutShortIsTracedAndSkipped) {
+TEST_P(EveryLineRealTimeTest, ARecordThatIsCutShortIsTracedAndSkipped) {
     events.when("PvtData", 1, [this] { control().StopPvtData(); });
     StartPvtData(Script{sends(10, {49, 0}), answers(6), answers(51, {1, 2, 3}), kStart,
                         answers(51, d800(3)), event("PvtData|" + kPvtLine + "-1")} +
                  kEnd);
 }
 
-TEST_F(RealTimeTest, AHandlerMayDisconnect) {
+TEST_P(EveryLineRealTimeTest, AHandlerMayDisconnect) {
     events.when("Startpvt", 1, [this] { control().gpsDisconnect(); });
     StartPvtData({sends(10, {49, 0}), answers(6), answers(51, d800(3)), kStart,
                   event("PvtData|" + kPvtLine + "-1"), event("EndPvt"),

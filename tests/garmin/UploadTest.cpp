@@ -1,4 +1,5 @@
-// Uploads over a serial line: from the file's lines to the last frame.
+// Uploads, from the file's lines to the last packet: over every line where the lines do the same,
+// else over a serial line.
 #include <gtest/gtest.h>
 
 #include "garmin/GarminRecords.h"
@@ -23,10 +24,12 @@ Bytes d300Sent(bool newSegment) {
 
 class UploadTest : public testing::Test, protected Stage {
 protected:
+    explicit UploadTest(Line line = Line::serial) : Stage(line) {}
+
     std::string file(const std::string& text) { return folder_.write("upload.txt", text); }
     void send(bool (GpsControl::*member)(const std::string&), const std::string& path,
               const Script& script) {
-        play(script, [&] { EXPECT_FALSE((control().*member)(path)); });
+        play(script, [&] { EXPECT_EQ((control().*member)(path), resultOf(script)); });
     }
     void SendWaypts(const std::string& path, const Script& script) {
         send(&GpsControl::SendWaypts, path, script);
@@ -41,11 +44,17 @@ protected:
     TempFolder folder_;
 };
 
+class EveryLineUploadTest : public UploadTest, public testing::WithParamInterface<Line> {
+protected:
+    EveryLineUploadTest() : UploadTest(GetParam()) {}
+};
+INSTANTIATE_TEST_SUITE_P(, EveryLineUploadTest, kEveryLine, lineName);
+
 const std::string kTwoWaypoints = "W;PT1;45;45;NOTE;0;18;0\r\nW;PT2;45,0;45.0;;0;18;0\r\n";
 const Step kWaypoint1 = event("WayptData|1|W;PT1;45;45;NOTE;0;18;0|U");
 const Step kWaypoint2 = event("WayptData|2|W;PT2;45;45;;0;18;0|U");
 
-TEST_F(UploadTest, SendsWaypoints) {
+TEST_P(EveryLineUploadTest, SendsWaypoints) {
     connectGarmin(kTags);
     SendWaypts(file(kTwoWaypoints),
                {sends(27, {2, 0}), answers(6, {27, 0}), event("StartUpload|W|2|Waypoints"),
@@ -83,7 +92,7 @@ TEST_F(UploadTest, ARefusedCountEndsEveryKindWithoutEvents) {
     SendTraces(file("T;45;45;32874.5;0;0\n"), {sends(27, {1, 0}), answers(21), protocolError(21)});
 }
 
-TEST_F(UploadTest, SendsNothingWithoutAFileOrRecords) {
+TEST_P(EveryLineUploadTest, SendsNothingWithoutAFileOrRecords) {
     connectGarmin(kTags);
     const Step notFound = box(BoxIcon::critical, "Fichier non trouvé");
     SendWaypts((folder_.path() / "missing.txt").string(), {notFound});
@@ -99,7 +108,7 @@ TEST_F(UploadTest, SendsNothingWithoutAFileOrRecords) {
     SendRoutes(file("W;PT1;45;45;;0;18;0\nR;1;A\n"), {});
 }
 
-TEST_F(UploadTest, ShowsRunTimeErrorsAndSendsNoEnd) {
+TEST_P(EveryLineUploadTest, ShowsRunTimeErrorsAndSendsNoEnd) {
     connectGarmin("A100 D154 A200 D201");
     const Step wpt = event("WayptData|1|W;PT1;45;45;NOTE;0;18;0|U");
     SendWaypts(file(kTwoWaypoints),
@@ -114,7 +123,7 @@ TEST_F(UploadTest, ShowsRunTimeErrorsAndSendsNoEnd) {
          box(BoxIcon::critical, "Erreur Upload Route 9 L'indice n'appartient pas à la sélection")});
 }
 
-TEST_F(UploadTest, SendsRoutesWithoutLinks) {
+TEST_P(EveryLineUploadTest, SendsRoutesWithoutLinks) {
     connectGarmin(kTags);
     SendRoutes(
         file("R;2;ABC\nW;PT1;45;45;NOTE;0;18;0\nW;PT2;45;45;;0;18;0\nR;3;\n"),
@@ -127,7 +136,7 @@ TEST_F(UploadTest, SendsRoutesWithoutLinks) {
          event("EndUpload|R")});
 }
 
-TEST_F(UploadTest, SendsALinkBetweenThePointsOfA201) {
+TEST_P(EveryLineUploadTest, SendsALinkBetweenThePointsOfA201) {
     connectGarmin("A100 D100 A201 D201 D210");
     const Bytes link = join({{255, 0}, Bytes(6, 0), Bytes(11, 255), {0}, padded("PT1", 9), {0}});
     SendRoutes(
@@ -160,7 +169,7 @@ TEST_F(UploadTest, RoutesAndTracksEndAtAnyAnswerButAnAcknowledgement) {
                 protocolError(21), sends(12), event("EndUpload|T")});
 }
 
-TEST_F(UploadTest, SendsTracksWithHeaders) {
+TEST_P(EveryLineUploadTest, SendsTracksWithHeaders) {
     connectGarmin("A301 D310 D300");
     SendTraces(file("N;TRK1\nT;45;45;32874.5;0;0\nT;45;45;32874.5;0;0\n"),
                {sends(27, {3, 0}), answers(6), event("StartUpload|T|3|Upload Traces"),
@@ -192,7 +201,7 @@ TEST_F(UploadTest, ATrackNameTooLongForAFrameIsNotSent) {
                 event("EndUpload|T")});
 }
 
-TEST_F(UploadTest, RefusesMoreRecordsThanACountHolds) {
+TEST_P(EveryLineUploadTest, RefusesMoreRecordsThanACountHolds) {
     connectGarmin(kTags);
     std::string points;
     for (int i = 0; i < 32768; ++i) {
@@ -202,7 +211,7 @@ TEST_F(UploadTest, RefusesMoreRecordsThanACountHolds) {
                {box(BoxIcon::critical, "Erreur Upload Traces 6 Dépassement de capacité")});
 }
 
-TEST_F(UploadTest, GatesWhatTheUnitDoesNotOffer) {
+TEST_P(EveryLineUploadTest, GatesWhatTheUnitDoesNotOffer) {
     connectGarmin("L001 D100");
     const Step notAvailable = box(BoxIcon::critical, "Protocole non disponible pour ce GPS");
     // The gate comes before the file.
@@ -211,7 +220,7 @@ TEST_F(UploadTest, GatesWhatTheUnitDoesNotOffer) {
     SendTraces("", {notAvailable});
 }
 
-TEST_F(UploadTest, AHandlerMayDisconnectOrReplaceTheRecords) {
+TEST_P(EveryLineUploadTest, AHandlerMayDisconnectOrReplaceTheRecords) {
     connectGarmin(kTags);
     const std::string path = file(kTwoWaypoints);
     const Script start = {sends(27, {2, 0}), answers(6), event("StartUpload|W|2|Waypoints")};

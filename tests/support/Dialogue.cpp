@@ -7,7 +7,6 @@
 #include <sstream>
 
 #include "host/DebugTrace.h"
-#include "usb/UsbDevice.h"
 
 namespace marlune {
 namespace {
@@ -52,16 +51,32 @@ std::vector<ScriptedPort::Turn> turnsOf(const Script& script) {
     return turns;
 }
 
-std::vector<std::string> expectedLog(const Script& script) {
-    std::vector<std::string> log;
-    for (const Step& step : script) {
-        if (step.kind == Step::Kind::sends) {
-            log.push_back(wireText(step.bytes));
-        } else if (step.kind == Step::Kind::told) {
-            log.push_back(step.text);
-        }
+bool isPacket(const Step& step, int pid) {
+    return step.kind != Step::Kind::told && step.pid == pid;
+}
+
+// What does not exist on USB.
+bool isAcknowledgement(const Step& step) {
+    constexpr int kAck = 6;
+    return isPacket(step, kAck);
+}
+
+// The packet on USB; data of one byte goes out as none.
+Bytes usbBytes(const Step& step) {
+    constexpr std::uint8_t kApplication = 20;
+    const bool dropped = step.kind == Step::Kind::sends && step.data.size() == 1;
+    return ScriptedUsb::packet(kApplication, static_cast<std::uint16_t>(step.pid),
+                               dropped ? Bytes() : step.data);
+}
+
+// Puts a packet on the interrupt pipe, whose blocks are 64 bytes.
+void addBlocks(std::vector<Bytes>& blocks, const Bytes& packet) {
+    constexpr std::size_t kBlock = 64;
+    for (std::size_t at = 0; at < packet.size(); at += kBlock) {
+        const auto from = packet.begin() + static_cast<std::ptrdiff_t>(at);
+        const std::size_t size = std::min(kBlock, packet.size() - at);
+        blocks.emplace_back(from, from + static_cast<std::ptrdiff_t>(size));
     }
-    return log;
 }
 
 Bytes toBytes(std::string_view text) {
@@ -86,10 +101,10 @@ Bytes garminFrame(std::uint8_t pid, const Bytes& data) {
 }
 
 Step sends(std::uint8_t pid, const Bytes& data) {
-    return {Step::Kind::sends, garminFrame(pid, data), {}};
+    return {Step::Kind::sends, garminFrame(pid, data), {}, pid, data};
 }
 Step answers(std::uint8_t pid, const Bytes& data) {
-    return {Step::Kind::answers, garminFrame(pid, data), {}};
+    return {Step::Kind::answers, garminFrame(pid, data), {}, pid, data};
 }
 Step sendsText(std::string_view text) {
     return {Step::Kind::sends, toBytes(text), {}};
@@ -191,7 +206,8 @@ void RecordedEvents::PhraseNMEA(const std::string& sentence) {
     raise("PhraseNMEA", {sentence});
 }
 
-Stage::Stage() : events([this](const std::string& text) { log_.push_back(text); }) {
+Stage::Stage(Line line)
+    : events([this](const std::string& text) { log_.push_back(text); }), line_(line) {
     host.onMessageBox = [this](const FakeHost::Box& shown) {
         log_.push_back(std::string("box ") + iconName(shown.icon) + ": " + shown.text);
     };
@@ -200,19 +216,92 @@ Stage::Stage() : events([this](const std::string& text) { log_.push_back(text); 
     port->observer.write = [this](std::span<const std::uint8_t> bytes) {
         log_.push_back(wireText(bytes));
     };
-    control_ = std::make_unique<GpsControl>(host, events, std::move(port), nullptr);
+    auto usb = std::make_unique<ScriptedUsb>(host);
+    usb_ = usb.get();
+    usb->onWrite = [this](const Bytes& bytes) { log_.push_back(wireText(bytes)); };
+    control_ = std::make_unique<GpsControl>(host, events, std::move(port), std::move(usb));
     control_->setNumPort(numPort::Comm1);
+    if (onUsb()) {
+        control_->SetGpsMark("GRM_USB");
+    }
+}
+
+// A bulk run for the answers to one write: announced once, ended by an empty block.
+std::vector<ScriptedUsb::Turn> Stage::usbTurnsOf(const Script& script) const {
+    std::vector<ScriptedUsb::Turn> turns;
+    for (const Step& step : script) {
+        if (step.kind == Step::Kind::told || isAcknowledgement(step)) {
+            continue;
+        }
+        if (step.kind == Step::Kind::sends) {
+            turns.push_back({.write = usbBytes(step)});
+        } else if (line_ == Line::usbBulk) {
+            turns.back().bulk.push_back(usbBytes(step));
+        } else {
+            addBlocks(turns.back().interrupt, usbBytes(step));
+        }
+    }
+    for (ScriptedUsb::Turn& turn : turns) {
+        if (!turn.bulk.empty()) {
+            constexpr std::uint16_t kDataAvailable = 2;
+            turn.interrupt.push_back(ScriptedUsb::packet(0, kDataAvailable));
+            turn.bulk.emplace_back();
+        }
+    }
+    return turns;
+}
+
+std::vector<std::string> Stage::expectedLog(const Script& script) const {
+    std::vector<std::string> log;
+    for (const Step& step : script) {
+        if (step.kind == Step::Kind::told) {
+            log.push_back(step.text);
+        } else if (step.kind == Step::Kind::sends && !onUsb()) {
+            log.push_back(wireText(step.bytes));
+        } else if (step.kind == Step::Kind::sends && !isAcknowledgement(step)) {
+            log.push_back(wireText(usbBytes(step)));
+        }
+    }
+    return log;
 }
 
 void Stage::play(const Script& script, const std::function<void()>& call) {
     log_.clear();
-    port_->play(turnsOf(script));
+    if (onUsb()) {
+        usb_->play(usbTurnsOf(script));
+    } else {
+        port_->play(turnsOf(script));
+    }
     call();
     EXPECT_EQ(log_, expectedLog(script));
 }
 
+void Stage::leaveOver(std::uint8_t pid) {
+    if (onUsb()) {
+        usb_->play({{.interrupt = {ScriptedUsb::packet(20, pid)},
+                     .bulk = {ScriptedUsb::packet(20, pid)}}});
+    } else {
+        port_->arrive(garminFrame(pid, {}));
+    }
+}
+
+bool Stage::resultOf(const Script& script) const {
+    constexpr int kTransferComplete = 12;
+    bool complete = false;
+    for (const Step& step : script) {
+        if (step.text.starts_with("box ")) {
+            return false;
+        }
+        complete = complete || isPacket(step, kTransferComplete);
+    }
+    return complete && onUsb();
+}
+
 void Stage::connectGarmin(const std::string& tags) {
-    play(garminHandshake(tags), [this] { EXPECT_TRUE(control_->gpsConnect()); });
+    const Script onUsbLine = {sends(254, {0}), answers(255, productData(77, 280, "eTrex")),
+                              answers(253, protocolArray(tags))};
+    play(onUsb() ? onUsbLine : garminHandshake(tags),
+         [this] { EXPECT_TRUE(control_->gpsConnect()); });
 }
 
 Script garminHandshake(const std::string& tags) {

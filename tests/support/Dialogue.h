@@ -9,6 +9,9 @@
 // The list is compared whole: a missing, additional or misplaced step fails the test with both
 // lists. Packets are framed here by hand, not by the control's own code. A device that is not
 // given an answer is silent, and the fake clock moves on.
+//
+// A dialogue of Garmin packets plays over USB too: without the acknowledgements of either side,
+// which do not exist there, and with a session, which is not told, before every service.
 #pragma once
 
 #include <cstdint>
@@ -21,6 +24,7 @@
 #include "marlune/GpsControl.h"
 #include "support/FakeHost.h"
 #include "support/ScriptedPort.h"
+#include "support/ScriptedUsb.h"
 
 namespace marlune {
 
@@ -29,8 +33,10 @@ using Bytes = std::vector<std::uint8_t>;
 struct Step {
     enum class Kind { sends, answers, told };
     Kind kind;
-    Bytes bytes;       // on the wire
-    std::string text;  // of an event or box
+    Bytes bytes = {};       // on the serial wire
+    std::string text = {};  // of an event or box
+    int pid = -1;           // of a Garmin packet, for other lines
+    Bytes data = {};
 };
 using Script = std::vector<Step>;
 
@@ -94,16 +100,22 @@ private:
     std::vector<Handler> handlers_;
 };
 
-// A control on a scripted port, with its fake host.
+// What a dialogue is played over. A unit on USB answers on its interrupt pipe, or announces there
+// that data is available on its bulk pipe.
+enum class Line { serial, usbInterrupt, usbBulk };
+
+// A control on a scripted port, or on a scripted USB device, with its fake host.
 class Stage {
 public:
-    Stage();
+    explicit Stage(Line line = Line::serial);
 
     FakeHost host;
     RecordedEvents events;
 
     GpsControl& control() { return *control_; }
     ScriptedPort& port() { return *port_; }
+    ScriptedUsb& usb() { return *usb_; }
+    [[nodiscard]] bool onUsb() const { return line_ != Line::serial; }
     // Destroys the control, as a handler may.
     void destroyControl() { control_.reset(); }
 
@@ -113,9 +125,21 @@ public:
     // Connects as a unit that announces these tags ("A100 D108"); what is exchanged is checked too.
     void connectGarmin(const std::string& tags);
 
+    // A packet that is still on the line when the next service begins.
+    void leaveOver(std::uint8_t pid);
+
+    // What a transfer that plays this script must return: serial ones false in any case; on USB
+    // true when transfer complete went over the line, either way, and no box complained.
+    [[nodiscard]] bool resultOf(const Script& script) const;
+
 private:
+    [[nodiscard]] std::vector<ScriptedUsb::Turn> usbTurnsOf(const Script& script) const;
+    [[nodiscard]] std::vector<std::string> expectedLog(const Script& script) const;
+
+    Line line_;
     std::vector<std::string> log_;
     ScriptedPort* port_;
+    ScriptedUsb* usb_;
     std::unique_ptr<GpsControl> control_;
 };
 

@@ -85,7 +85,8 @@ int ScriptedUsb::writeBlock(std::span<const std::uint8_t> block) {
     if (!open_ || unplugged_) {
         return 0;
     }
-    if (!takesWrites) {
+    if (refusals > 0) {
+        --refusals;
         host_.advance(0.05);
         return -1;
     }
@@ -96,6 +97,9 @@ int ScriptedUsb::writeBlock(std::span<const std::uint8_t> block) {
         return static_cast<int>(bytes.size());
     }
     written.push_back(bytes);
+    if (onWrite) {
+        onWrite(bytes);
+    }
     if (turns_.empty() || turns_.front().write != bytes) {
         failures_.push_back("written:" + decimalDump(bytes) + "\n  expected:" +
                             (turns_.empty() ? " nothing" : decimalDump(turns_.front().write)));

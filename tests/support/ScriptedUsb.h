@@ -49,10 +49,12 @@ public:
     // The device is pulled out: every operation fails from now on.
     void unplug() { unplugged_ = true; }
 
+    // Told of every block as it is written, before it is compared.
+    std::function<void(const Bytes&)> onWrite;
     std::string path = "usb:001:004";  // empty: no receiver is on the bus
     bool opens = true;
     bool answersSessions = true;
-    bool takesWrites = true;  // false: writes time out
+    int refusals = 0;  // so many of the next writes are not taken and time out
 
     // What happened. Session starts that the device answered itself are in neither.
     std::vector<Bytes> written;

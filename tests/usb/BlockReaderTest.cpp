@@ -167,7 +167,7 @@ TEST_F(BlockReaderTest, AStopRequestEndsTheGathering) {
 }
 
 TEST_F(BlockReaderTest, ARequestThatIsNotTakenGathersNothing) {
-    usb_.takesWrites = false;
+    usb_.refusals = 1;
     UsbLease lease(port_);
     BlockReader reader(lease, services_);
     EXPECT_TRUE(reader.getBlocks(kRequest).empty());

@@ -62,7 +62,7 @@ TEST_F(UsbSessionTest, StaleInputIsDroppedFirst) {
 }
 
 TEST_F(UsbSessionTest, AWriteThatIsNotTakenIsNoSession) {
-    usb_.takesWrites = false;
+    usb_.refusals = 1;
     UsbLease lease(port_);
     EXPECT_FALSE(startSession(lease));
     EXPECT_DOUBLE_EQ(host_.elapsed(), 0.05) << "no read follows";

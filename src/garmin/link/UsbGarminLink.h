@@ -18,9 +18,9 @@ class UsbGarminLink final : public GarminLink {
 public:
     // How packets that answer a send(), not a request(), are read.
     enum class Answer {
-        oneBlock,   // one block of the interrupt pipe, within 200 ms
-        eitherPipe, // the same, or one block of the bulk pipe it announces, within 1000 ms each
-        stream      // packet after packet on either pipe, each within 1500 ms
+        oneBlock,    // one block of the interrupt pipe, within 200 ms
+        eitherPipe,  // the same, or one block of the bulk pipe it announces, within 1000 ms each
+        stream       // packet after packet on either pipe, each within 1500 ms
     };
 
     // Both must outlive the link. sendLabel: what the trace writes in front of a packet sent.
