@@ -157,6 +157,10 @@ TEST_F(MagellanTest, TellsThatThereIsNoTrack) {
                                   "EndDownload|T", "GpsInfo|", "GpsInfo|",
                                   "box information: Aucune Trace dans ce GPS"}));
     }
+    expect(kStop);
+    expect(kAskTracks);
+    EXPECT_FALSE(device.mgnGetTracks());
+    EXPECT_EQ(host.boxTexts().back(), "information: Aucune Trace dans ce GPS") << "nor any answer";
 }
 
 TEST_F(MagellanTest, DownloadsRoutesOverKnownWaypoints) {

@@ -117,21 +117,22 @@ void Magellan::waitOneSecond() {
 
 // Downloads.
 
-Magellan::ListEnd Magellan::readList(std::string_view prefix, const TakeSentence& take) {
+// True when the receiver ended its list itself; a refusal ends it like a silence.
+bool Magellan::readList(std::string_view prefix, const TakeSentence& take) {
     for (;;) {
         const std::string sentence = reader_.mgnGet(prefix, kSentenceTimeOut);
         if (sentence.empty()) {
             if (services_.host.stopRequested()) {
                 mgnStop();
             }
-            return ListEnd::silence;
+            return false;
         }
         if (contains(sentence, "$PMGNCMD,END")) {
             state_.lastChecksum = lastTwo(sentence);
-            return ListEnd::complete;
+            return true;
         }
         if (contains(sentence, "$PMGNCMD,UNABLE")) {
-            return ListEnd::refusal;
+            return false;
         }
         take(sentence);
     }
@@ -160,12 +161,12 @@ bool Magellan::mgnGetWaypoints() {
     state_.waypoints.clear();
     // Dropped sentences count too, so the progress may run ahead of what is delivered; it is meant.
     int received = 0;
-    const ListEnd end = readList("$PMGNWPL", [&](const std::string& sentence) {
+    const bool complete = readList("$PMGNWPL", [&](const std::string& sentence) {
         ++received;
         takeWaypoint(sentence, received);
     });
     endDownload("W");
-    return end == ListEnd::complete;
+    return complete;
 }
 
 void Magellan::takeWaypoint(const std::string& sentence, int received) {
@@ -186,15 +187,15 @@ bool Magellan::mgnGetTracks() {
     send(signedSentence("$PMGNCMD,TRACK,2*"));
     services_.events.StartDownload("T", kUnknownCount, nmeatext::kTracks);
     TrackProgress progress;
-    const ListEnd end = readList("$PMGNTRK", [&](const std::string& sentence) {
+    const bool complete = readList("$PMGNTRK", [&](const std::string& sentence) {
         ++progress.received;
         takeTrackPoint(sentence, progress);
     });
     endDownload("T");
-    if (!progress.any && end != ListEnd::silence) {
+    if (!progress.any && mayGoOn(port_, services_.host)) {
         services_.host.messageBox(nmeatext::kNoTrack, BoxIcon::information);
     }
-    return end == ListEnd::complete;
+    return complete;
 }
 
 void Magellan::takeTrackPoint(const std::string& sentence, TrackProgress& progress) {
@@ -202,7 +203,6 @@ void Magellan::takeTrackPoint(const std::string& sentence, TrackProgress& progre
     if (!accepts(sentence, GetAttributes_MGN(point, sentence, std::floor(services_.host.now())))) {
         return;
     }
-    point.pFirst = !progress.any;
     progress.any = true;
     if (point.GetName() != progress.name) {
         progress.name = point.GetName();
@@ -223,14 +223,14 @@ bool Magellan::mgnGetRoutes() {
     send(signedSentence("$PMGNCMD,ROUTE*"));
     services_.events.StartDownload("R", kUnknownCount, nmeatext::kRoutes);
     RouteAssembly routes(services_, state_.waypoints);
-    const ListEnd end = readList(
+    const bool complete = readList(
         "$PMGNRTE", [&](const std::string& sentence) { takeRouteSentence(sentence, routes); });
     routes.finish();
     endDownload("R");
-    if (!routes.foundRoutes() && end != ListEnd::silence) {
+    if (!routes.foundRoutes() && mayGoOn(port_, services_.host)) {
         services_.host.messageBox(nmeatext::kNoRoute, BoxIcon::information);
     }
-    return end == ListEnd::complete;
+    return complete;
 }
 
 void Magellan::takeRouteSentence(const std::string& sentence, RouteAssembly& routes) {

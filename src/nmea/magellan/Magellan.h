@@ -56,7 +56,6 @@ public:
     void mgnStop();
 
 private:
-    enum class ListEnd { complete, refusal, silence };
     using TakeSentence = std::function<void(const std::string& sentence)>;
     struct TrackProgress {
         int received = 0;  // sentences, dropped ones too
@@ -68,7 +67,7 @@ private:
     std::string readVersionReply();
     void waitOneSecond();
 
-    ListEnd readList(std::string_view prefix, const TakeSentence& take);
+    bool readList(std::string_view prefix, const TakeSentence& take);
     bool accepts(std::string_view sentence, std::string_view checksum);
     void takeWaypoint(const std::string& sentence, int received);
     void takeTrackPoint(const std::string& sentence, TrackProgress& progress);
