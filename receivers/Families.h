@@ -22,6 +22,7 @@ struct ReceiverOptions {
     std::optional<int> baud;  // its line speed in place of the family's own, bits per second
     std::vector<std::string> faults;  // see Faults.h
     double rate = 1;                  // records or fixes per second of a real-time stream
+    bool hasFix = true;               // else a real-time stream has no position
     // Its date when it first hears or is due, in days since 30/12/1899; nothing for the system's.
     std::optional<double> now;
 };
