@@ -16,8 +16,10 @@
 namespace marlune::receivers {
 namespace {
 
-// A host that does not read stops the streams at this many bytes, rather than filling the memory.
-constexpr std::size_t kClogged = 65536;
+// A receiver prepares no more than about this many bytes ahead of the line. Paced, so that it can
+// still be stopped; unpaced, so that a host that does not read cannot fill the memory.
+constexpr std::size_t kAheadPaced = 64;
+constexpr std::size_t kAheadUnpaced = 65536;
 
 }  // namespace
 
@@ -25,6 +27,7 @@ PtyRunner::PtyRunner(std::unique_ptr<VirtualReceiver> receiver, const Options& o
     : receiver_(std::move(receiver)),
       line_(receiver_->baud(), options.link),
       pacer_(options.paced),
+      mostAhead_(options.paced ? kAheadPaced : kAheadUnpaced),
       wake_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
     if (wake_ < 0) {
         throw std::system_error(errno, std::generic_category(), "no event descriptor");
@@ -89,7 +92,7 @@ std::optional<double> PtyRunner::nextWake() const {
         wake.reset();  // the pty's room decides
     }
     const std::optional<double> deadline = receiver_->nextDeadline();
-    if (deadline && pacer_.backlog() + unwritten_.size() < kClogged) {
+    if (deadline && !isClogged()) {
         wake = wake ? std::min(*wake, *deadline) : *deadline;
     }
     return wake;
@@ -119,7 +122,7 @@ void PtyRunner::listen() {
         receiver_->hear(heard_, now);
     }
     const std::optional<double> deadline = receiver_->nextDeadline();
-    if (deadline && *deadline <= now && pacer_.backlog() + unwritten_.size() < kClogged) {
+    if (deadline && *deadline <= now && !isClogged()) {
         receiver_->elapse(now);
     }
     queueSaid(now);

@@ -49,6 +49,9 @@ public:
 
 private:
     void wait();
+    [[nodiscard]] bool isClogged() const {
+        return pacer_.backlog() + unwritten_.size() >= mostAhead_;
+    }
     [[nodiscard]] std::optional<double> nextWake() const;
     void listen();
     void speak();
@@ -60,6 +63,7 @@ private:
     std::unique_ptr<VirtualReceiver> receiver_;
     PtyLine line_;
     Pacer pacer_;
+    std::size_t mostAhead_;  // bytes said that the host has not got yet, before streams wait
     int wake_ = -1;
     std::atomic<bool> stopping_ = false;
     std::vector<std::uint8_t> heard_;

@@ -36,8 +36,8 @@ MagellanUnit chooseUnit(const ReceiverOptions& options) {
         unit.description = "Unit " + std::to_string(*options.productId);
     }
     if (options.version) {
-        unit.version = nmea::padded(*options.version / 100, 1) + '.' +
-                       nmea::padded(*options.version % 100, 2);
+        unit.version =
+            nmea::padded(*options.version / 100, 1) + '.' + nmea::padded(*options.version % 100, 2);
     }
     return unit;
 }
@@ -194,8 +194,7 @@ std::vector<Unit> magellanUnits() {
 }
 
 std::unique_ptr<VirtualReceiver> makeMagellanReceiver(const ReceiverOptions& options) {
-    return std::make_unique<MagellanReceiver>(nmea::sentenceSettings(options),
-                                              chooseUnit(options));
+    return std::make_unique<MagellanReceiver>(nmea::sentenceSettings(options), chooseUnit(options));
 }
 
 }  // namespace marlune::receivers::magellan

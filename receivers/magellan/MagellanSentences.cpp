@@ -33,10 +33,10 @@ bool mayBeAltitude(const nmea::HeardSentence& heard, const std::optional<double>
 }  // namespace
 
 std::string placeSentence(const Place& place) {
-    return nmea::sentence(
-        "PMGNWPL," + nmea::coordinates(place.latitude, place.longitude, kDecimals) + ',' +
-        altitudeText(place.altitude, 7) + nmea::wireText(place.ident) + ',' +
-        nmea::wireText(place.comment) + ",a");
+    return nmea::sentence("PMGNWPL," +
+                          nmea::coordinates(place.latitude, place.longitude, kDecimals) + ',' +
+                          altitudeText(place.altitude, 7) + nmea::wireText(place.ident) + ',' +
+                          nmea::wireText(place.comment) + ",a");
 }
 
 std::string pointSentence(const TrackPoint& point, const std::string& track) {

@@ -60,16 +60,16 @@ std::int64_t secondsOf(double date) {
     constexpr double kEpochDay = 29226;  // 06/01/1980
     constexpr double kSecondsADay = 86400;
     const double seconds = std::round((date - kEpochDay) * kSecondsADay);
-    return static_cast<std::int64_t>(std::clamp(
-        seconds, 0.0, static_cast<double>(std::numeric_limits<std::int32_t>::max())));
+    return static_cast<std::int64_t>(
+        std::clamp(seconds, 0.0, static_cast<double>(std::numeric_limits<std::int32_t>::max())));
 }
 
 }  // namespace
 
 std::string trackRecord(const TrackPoint& point, int number) {
     using Altitude = std::numeric_limits<std::int16_t>;
-    const double altitude = std::clamp<double>(point.altitude.value_or(0), Altitude::min(),
-                                               Altitude::max());
+    const double altitude =
+        std::clamp<double>(point.altitude.value_or(0), Altitude::min(), Altitude::max());
     std::string record;
     put(record, number, 2);
     put(record, thousandthsOfMinutes(std::clamp(point.latitude, -90.0, 90.0)), 4);

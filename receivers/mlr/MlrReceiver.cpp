@@ -12,10 +12,10 @@
 namespace marlune::receivers::mlr {
 namespace {
 
-constexpr int kFast = 38400;          // bits per second
-constexpr double kSpeedChange = 1;    // seconds until the first block
-constexpr double kFirstKey = 2;       // seconds from an exchange to the user's key
-constexpr double kNextKey = 8;        // seconds between two sendings
+constexpr int kFast = 38400;        // bits per second
+constexpr double kSpeedChange = 1;  // seconds until the first block
+constexpr double kFirstKey = 2;     // seconds from an exchange to the user's key
+constexpr double kNextKey = 8;      // seconds between two sendings
 
 struct MlrUnit {
     const char* name;
@@ -109,8 +109,7 @@ std::vector<std::string> MlrReceiver::sentenceList() {
         }
     }
     for (const Route& route : memory().routes()) {
-        const std::vector<std::string> sentences =
-            nmea::routeSentences(nmea::kPlainRoutes, route);
+        const std::vector<std::string> sentences = nmea::routeSentences(nmea::kPlainRoutes, route);
         list.insert(list.end(), sentences.begin(), sentences.end());
     }
     return list;
@@ -145,10 +144,9 @@ std::vector<Unit> mlrUnits() {
 }
 
 std::unique_ptr<VirtualReceiver> makeMlrReceiver(const ReceiverOptions& options) {
-    const auto* const unit =
-        std::find_if(std::begin(kUnits), std::end(kUnits), [&](const MlrUnit& each) {
-            return options.unit.empty() || each.name == options.unit;
-        });
+    const auto* const unit = std::find_if(
+        std::begin(kUnits), std::end(kUnits),
+        [&](const MlrUnit& each) { return options.unit.empty() || each.name == options.unit; });
     if (unit == std::end(kUnits)) {
         throw std::invalid_argument("the family mlr has no unit \"" + options.unit + "\"");
     }

@@ -80,10 +80,9 @@ bool isDigit(char c) {
 }  // namespace
 
 std::uint8_t checksum(std::string_view text) {
-    return std::accumulate(text.begin(), text.end(), std::uint8_t{0},
-                           [](std::uint8_t sum, char c) {
-                               return static_cast<std::uint8_t>(sum ^ static_cast<std::uint8_t>(c));
-                           });
+    return std::accumulate(text.begin(), text.end(), std::uint8_t{0}, [](std::uint8_t sum, char c) {
+        return static_cast<std::uint8_t>(sum ^ static_cast<std::uint8_t>(c));
+    });
 }
 
 std::string sentence(std::string_view body) {
@@ -152,15 +151,14 @@ std::string dayText(double date) {
 }
 
 std::optional<double> readTime(std::string_view hhmmss) {
-    const std::optional<int> hours = twoDigits(hhmmss, 0);
-    const std::optional<int> minutes = twoDigits(hhmmss, 2);
-    const std::optional<double> seconds =
-        hhmmss.size() > 4 ? readNumber(hhmmss.substr(4)) : std::nullopt;
-    if (!hours || !minutes || !seconds || *hours > 23 || *minutes > 59 || *seconds < 0 ||
-        *seconds >= 60) {
+    const int hours = twoDigits(hhmmss, 0).value_or(-1);
+    const int minutes = twoDigits(hhmmss, 2).value_or(-1);
+    const double seconds =
+        readNumber(hhmmss.substr(std::min<std::size_t>(4, hhmmss.size()))).value_or(-1);
+    if (hours < 0 || hours > 23 || minutes < 0 || minutes > 59 || seconds < 0 || seconds >= 60) {
         return std::nullopt;
     }
-    return (*hours * 3600 + *minutes * 60 + *seconds) / kSecondsADay;
+    return (hours * 3600 + minutes * 60 + seconds) / kSecondsADay;
 }
 
 std::optional<double> readDay(std::string_view ddmmyy) {
