@@ -4,6 +4,9 @@
 #include <stdexcept>
 
 #include "receivers/garmin/GarminReceiver.h"
+#include "receivers/magellan/MagellanReceiver.h"
+#include "receivers/mlr/MlrReceiver.h"
+#include "receivers/nmea/NmeaReceiver.h"
 
 namespace marlune::receivers {
 namespace {
@@ -21,6 +24,9 @@ std::vector<Unit> unitsOfGarmin() {
 const std::vector<Family>& receiverFamilies() {
     static const std::vector<Family> kFamilies = {
         {"garmin", "GRM", unitsOfGarmin, garmin::makeGarminReceiver},
+        {"magellan", "MGN", magellan::magellanUnits, magellan::makeMagellanReceiver},
+        {"mlr", "MLR", mlr::mlrUnits, mlr::makeMlrReceiver},
+        {"nmea", "", nmea::nmeaUnits, nmea::makeNmeaReceiver},
     };
     return kFamilies;
 }

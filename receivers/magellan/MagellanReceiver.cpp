@@ -16,8 +16,8 @@ constexpr std::string_view kCommand = "PMGNCMD";
 
 const std::vector<MagellanUnit>& units() {
     static const std::vector<MagellanUnit> kUnits = {
-        {"GPS315", "024", "3.15", "GPS 315"},
-        {"MAP330", "030", "4.02", "MAP 330"},
+        {"gps315", "024", "3.15", "GPS 315"},
+        {"map330", "030", "4.02", "MAP 330"},
     };
     return kUnits;
 }

@@ -23,8 +23,8 @@ struct MlrUnit {
     MlrKind kind;
 };
 constexpr MlrUnit kUnits[] = {
-    {"SP24", "sends data blocks", MlrKind::blocks},
-    {"VALSAT", "sends sentences", MlrKind::sentences},
+    {"sp24", "sends data blocks", MlrKind::blocks},
+    {"valsat", "sends sentences", MlrKind::sentences},
 };
 
 }  // namespace

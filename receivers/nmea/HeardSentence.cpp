@@ -22,7 +22,7 @@ bool isChecksum(std::string_view digits, std::uint8_t expected) {
 bool SentenceReader::take(std::uint8_t byte) {
     const auto character = static_cast<char>(byte);
     if (character == '$') {
-        text_ = "$";
+        text_.assign(1, character);
         ended_ = false;
         return false;
     }

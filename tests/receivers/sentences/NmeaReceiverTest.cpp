@@ -12,7 +12,6 @@ namespace marlune::receivers::nmea {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 NmeaReceiver::Settings settings(std::string_view data) {
     NmeaReceiver::Settings settings;
@@ -93,7 +92,7 @@ TEST(Fix, WalksRoundThePlace) {
     for (const auto& [latitude, longitude] :
          {std::pair{46.0, 6.0}, {-17.0, 179.9999}, {89.99, 0.0}, {-90.0, 0.0}}) {
         const Place centre = {"A", latitude, longitude, "", 1000, 18, 0};
-        for (double seconds = 0; seconds < 2000; seconds += 10) {
+        for (int seconds = 0; seconds < 2000; seconds += 10) {
             const Fix fix = walkRound(centre, seconds, 0);
             EXPECT_LT(std::abs(fix.latitude - centre.latitude), 0.0011);
             EXPECT_LE(std::abs(fix.longitude), 180);

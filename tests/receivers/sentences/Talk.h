@@ -70,14 +70,12 @@ private:
         return due && *due <= end ? due : std::nullopt;
     }
     static std::vector<std::string> linesOf(const std::vector<std::uint8_t>& bytes) {
-        std::string text = fromAnsi(bytes);
+        const std::string text = fromAnsi(bytes);
         std::vector<std::string> lines;
-        for (std::size_t end = 0; (end = text.find("\r\n")) != std::string::npos;) {
-            lines.push_back(text.substr(0, end));
-            text.erase(0, end + 2);
-        }
-        if (!text.empty()) {
-            lines.push_back(text);
+        for (std::size_t start = 0; start < text.size();) {
+            const std::size_t end = std::min(text.find("\r\n", start), text.size());
+            lines.push_back(text.substr(start, end - start));
+            start = end + 2;
         }
         return lines;
     }
