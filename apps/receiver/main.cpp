@@ -98,6 +98,9 @@ void describe(CLI::App& app, Choices& choices) {
                    "Line speed in bits per second; bytes then take their time as on a real line")
         ->check(CLI::IsMember({1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200}));
     app.add_option("--rate", receiver.rate, "Real-time records per second")->capture_default_str();
+    app.add_flag_callback(
+        "--no-fix", [&receiver] { receiver.hasFix = false; },
+        "It finds no satellites (families magellan and nmea)");
     app.add_option("--now", choices.now,
                    "Its date at its first contact, \"dd/mm/yyyy hh:mm:ss\"; without it, the "
                    "system's, UTC");
