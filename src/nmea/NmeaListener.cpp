@@ -144,6 +144,7 @@ bool startNmea(Services& services, ComPort& port, NmeaState& state,
     state.codeFilter = fromAnsi(upperCase(trimBlanks(toAnsi(NMEACode))));
     state.lastSentence.clear();
     state.sentenceEvent = true;
+    state.found = false;
     if (const std::int32_t error = port.open(); error != 0) {
         tellOpenError(services, error);
         port.close();

@@ -89,9 +89,12 @@ TEST_F(NmeaListenerTest, StopsBetweenTwoSentencesAndInAHandler) {
 
 TEST_F(NmeaListenerTest, AStopAskedForEarlierCountsForNothing) {
     nmea.stopRequested = true;
+    nmea.found = true;
     speak(std::string(kFix) + "$");
     EXPECT_FALSE(start("GGA", 2));
     EXPECT_EQ(takeLog()[2], phrase(kFix));
+    nmea.found = true;
+    EXPECT_FALSE(start("GGA", 0)) << "nor does a sentence of an earlier call";
 }
 
 TEST_F(NmeaListenerTest, TellsWhyThePortDoesNotOpen) {

@@ -92,7 +92,6 @@ std::string Magellan::readVersionReply() {
         std::array<std::uint8_t, kLongestReply> bytes{};
         const std::size_t count = port_.readArrived(bytes);
         if (count == 0) {
-            pauseWhenGone(port_, services_.host);
             continue;
         }
         const std::string text(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
