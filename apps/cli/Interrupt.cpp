@@ -25,8 +25,9 @@ Interrupt::Interrupt() {
     action.sa_flags = static_cast<int>(SA_RESETHAND);  // and no SA_RESTART: waits end at once
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
         sigaction(kSignals[i], nullptr, &before_[i]);
-        // What the parent wants ignored (nohup) stays ignored.
-        if (before_[i].sa_handler != SIG_IGN) {
+        // A hang-up that the parent wants ignored (nohup) stays ignored. A shell without job
+        // control starts its background jobs with SIGINT ignored, which is not meant for us.
+        if (kSignals[i] != SIGHUP || before_[i].sa_handler != SIG_IGN) {
             sigaction(kSignals[i], &action, nullptr);
         }
     }

@@ -2,7 +2,6 @@
 
 #include <exception>
 #include <system_error>
-#include <utility>
 
 namespace marlune::cli {
 
@@ -11,10 +10,11 @@ OneShot::OneShot(const Options& options, HostServices& host, Output& records, Ou
       host_(host),
       records_(records),
       printer_(records, messages, options.gpxFile.empty() ? nullptr : &gpx_,
-               [this] { stopIfAsked(); }),
-      control_(host, printer_) {
+               [this] { stop_.act(); }),
+      control_(host, printer_),
+      stop_(control_, host, records) {
     host.onBox = [this](const std::string& text, BoxIcon icon) { showBox(text, icon); };
-    host.onProcessEvents = [this] { stopIfAsked(); };
+    host.onProcessEvents = [this] { stop_.act(); };
 }
 
 ExitStatus OneShot::run() {
@@ -22,7 +22,7 @@ ExitStatus OneShot::run() {
     if (connect()) {
         perform();
     }
-    control_.gpsDisconnect();
+    stop_.disconnect();
     saveGpx();
     return failed_ || records_.broken() ? kFailed : kDone;
 }
@@ -49,7 +49,7 @@ bool OneShot::connect() {
         return true;
     }
     const bool connected = control_.gpsConnect();
-    if (!connected && !host_.stopRequested()) {
+    if (!connected && !stop_.requested()) {
         fail("no receiver is connected");
     }
     return connected;
@@ -104,7 +104,7 @@ void OneShot::perform() {
 void OneShot::send(bool (GpsControl::*member)(const std::string&)) {
     (control_.*member)(file_->path());
     // The control says nothing about a file without records.
-    if (!printer_.started() && !failed_ && !host_.stopRequested()) {
+    if (!printer_.started() && !failed_ && !stop_.requested()) {
         fail(options_.sendFile + ": nothing was sent");
     }
 }
@@ -134,19 +134,7 @@ void OneShot::saveGpx() {
 void OneShot::showBox(const std::string& text, BoxIcon icon) {
     failed_ = failed_ || icon == BoxIcon::critical || icon == BoxIcon::exclamation;
     printer_.message(text);
-    stopIfAsked();
-}
-
-// Called where a handler may act: ends what runs in the receiver's own terms, once.
-void OneShot::stopIfAsked() {
-    if (records_.broken()) {
-        host_.requestStop();
-    }
-    if (host_.stopRequested() && !std::exchange(stopped_, true)) {
-        control_.StopTransfert();
-        control_.StopPvtData();
-        control_.StopNMEA();
-    }
+    stop_.act();
 }
 
 void OneShot::fail(const std::string& text) {

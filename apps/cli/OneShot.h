@@ -7,6 +7,7 @@
 #include "cli/Options.h"
 #include "cli/Output.h"
 #include "cli/RecordPrinter.h"
+#include "cli/TransferStop.h"
 #include "cli/UploadFile.h"
 #include "marlune/GpsControl.h"
 
@@ -32,7 +33,6 @@ private:
     void printTime();
     void saveGpx();
     void showBox(const std::string& text, BoxIcon icon);
-    void stopIfAsked();
     void fail(const std::string& text);
 
     const Options& options_;
@@ -41,9 +41,9 @@ private:
     GpxWriter gpx_;
     RecordPrinter printer_;
     GpsControl control_;
+    TransferStop stop_;
     std::unique_ptr<UploadFile> file_;
     bool failed_ = false;
-    bool stopped_ = false;
 };
 
 }  // namespace marlune::cli

@@ -7,13 +7,13 @@
 #include <optional>
 #include <string>
 
-#include "cli/BuiltInReceiver.h"
 #include "cli/HostServices.h"
 #include "cli/Interrupt.h"
 #include "cli/OneShot.h"
 #include "cli/Options.h"
 #include "cli/Output.h"
 #include "cli/host/JsonHostSession.h"
+#include "receivers/BuiltIn.h"
 
 namespace marlune::cli {
 namespace {
@@ -49,21 +49,22 @@ int unusedPort(const Options& options) {
 }
 
 // Sets the control up as the options say. Returns the receiver that "--port virtual" asks for.
-std::unique_ptr<BuiltInReceiver> setUp(GpsControl& control, HostServices& host,
-                                       const Options& options) {
+std::unique_ptr<receivers::BuiltIn> setUp(GpsControl& control, HostServices& host,
+                                          const Options& options) {
     if (options.debug) {
         control.SetDebug("ON");
     }
     if (!options.mark.empty()) {
         control.SetGpsMark(options.mark);
     }
-    std::unique_ptr<BuiltInReceiver> receiver;
+    std::unique_ptr<receivers::BuiltIn> receiver;
     if (options.port.kind == PortChoice::Kind::number) {
         control.setNumPort(static_cast<numPort>(options.port.number));
     } else if (options.port.kind != PortChoice::Kind::none) {
         std::string path = options.port.text;
         if (options.port.kind == PortChoice::Kind::builtIn) {
-            receiver = std::make_unique<BuiltInReceiver>(options.family(), options.port.text);
+            const SignalsHeld held;
+            receiver = std::make_unique<receivers::BuiltIn>(options.family(), options.port.text);
             path = receiver->path();
         }
         const int number = unusedPort(options);

@@ -20,22 +20,20 @@ JsonHostSession::JsonHostSession(int input, Output& output, HostServices& host,
                                  const Interrupt& interrupt)
     : input_(input),
       output_(output),
-      host_(host),
       interrupt_(interrupt),
       writer_(output),
       events_(writer_, *this),
-      control_(host, events_) {
+      control_(host, events_),
+      stop_(control_, host, output) {
     host.onBox = [this](const std::string& text, BoxIcon icon) {
         writer_.box(text, icon);
-        if (ending()) {
-            endWhatRuns();
-        }
+        stop_.act();
     };
     host.onProcessEvents = [this] { processEvents(); };
 }
 
 void JsonHostSession::run() {
-    while (!ending()) {
+    while (!stop_.requested()) {
         queueArrived();
         if (!waiting_.empty()) {
             Command next = std::move(waiting_.front());
@@ -48,47 +46,27 @@ void JsonHostSession::run() {
             output_.checkReader();
         }
     }
-    control_.gpsDisconnect();
-}
-
-bool JsonHostSession::ending() {
-    if (output_.broken()) {
-        host_.requestStop();
-    }
-    return host_.stopRequested();
-}
-
-// Called where a handler may act; the first time that the program is to end, stops what runs.
-void JsonHostSession::endWhatRuns() {
-    if (!std::exchange(stopped_, true)) {
-        control_.StopTransfert();
-        control_.StopPvtData();
-        control_.StopNMEA();
-    }
+    stop_.disconnect();
 }
 
 void JsonHostSession::eventBegins() {
-    if (!ending()) {
+    if (!stop_.requested()) {
         takeWhileRunning();
     }
 }
 
 void JsonHostSession::eventWritten(std::string_view name) {
-    if (ending()) {
-        endWhatRuns();
-        return;
+    if (!stop_.act()) {
+        callRegistered(name);
+        callUrgent();
     }
-    callRegistered(name);
-    callUrgent();
 }
 
 void JsonHostSession::processEvents() {
-    if (ending()) {
-        endWhatRuns();
-        return;
+    if (!stop_.act()) {
+        takeWhileRunning();
+        callUrgent();
     }
-    takeWhileRunning();
-    callUrgent();
 }
 
 std::optional<Command> JsonHostSession::nextArrived() {
@@ -131,7 +109,7 @@ void JsonHostSession::takeAside(Command command) {
 }
 
 void JsonHostSession::callUrgent() {
-    while (!urgent_.empty() && !ending()) {
+    while (!urgent_.empty() && !stop_.requested()) {
         const Call next = std::move(urgent_.front());
         urgent_.pop_front();
         call(next);
@@ -148,7 +126,7 @@ void JsonHostSession::callRegistered(std::string_view event) {
         return true;
     });
     for (const Call& next : due) {
-        if (!ending()) {
+        if (!stop_.requested()) {
             call(next);
         }
     }

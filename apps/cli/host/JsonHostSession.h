@@ -12,6 +12,7 @@
 
 #include "cli/HostServices.h"
 #include "cli/Output.h"
+#include "cli/TransferStop.h"
 #include "cli/host/CommandInput.h"
 #include "cli/host/CommandParser.h"
 #include "cli/host/EventWriter.h"
@@ -35,9 +36,6 @@ private:
     void eventWritten(std::string_view name) override;
     void processEvents();
 
-    [[nodiscard]] bool ending();
-    void endWhatRuns();
-
     std::optional<Command> nextArrived();
     void queueArrived();
     void takeWhileRunning();
@@ -49,17 +47,16 @@ private:
 
     CommandInput input_;
     Output& output_;
-    HostServices& host_;
     const Interrupt& interrupt_;
     JsonWriter writer_;
     EventWriter events_;
     GpsControl control_;
+    TransferStop stop_;
 
     std::deque<Command> waiting_;
     std::deque<Call> urgent_;     // to be made inside the present event
     std::vector<When> handlers_;  // in the order of their lines
     int running_ = 0;             // members in progress, one inside the other
-    bool stopped_ = false;
 };
 
 }  // namespace marlune::cli

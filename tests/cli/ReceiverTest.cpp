@@ -1,0 +1,108 @@
+// Whole commands against the virtual receivers.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fstream>
+
+#include "cli/Program.h"
+#include "marlune/Gpx.h"
+#include "receivers/BuiltIn.h"
+#include "support/TempFolder.h"
+
+namespace marlune::cli {
+namespace {
+
+using receivers::BuiltIn;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class ReceiverTest : public testing::Test {
+protected:
+    // Runs a command to its end and returns what it printed.
+    static std::string run(const BuiltIn& receiver, std::vector<std::string> arguments) {
+        arguments.insert(arguments.end(), {"--port", receiver.path(), "--decimal", "."});
+        Program program(std::move(arguments));
+        std::string printed = program.rest();
+        EXPECT_EQ(program.wait(), 0) << program.errors();
+        return printed;
+    }
+
+    TempFolder folder;
+};
+
+TEST_F(ReceiverTest, AnswersAgainAfterCtrlC) {
+    receivers::ReceiverOptions options;
+    options.baud = 9600;
+    const BuiltIn receiver("garmin", options, true);
+    {
+        Program program({"waypoints", "--port", receiver.path()});
+        EXPECT_TRUE(program.line());
+        program.signal(SIGINT);
+        EXPECT_EQ(program.wait(), 130);
+    }
+    const std::string all = run(receiver, {"waypoints"});
+    EXPECT_THAT(all, StartsWith("W;"));
+    EXPECT_GE(std::count(all.begin(), all.end(), '\n'), 5);
+}
+
+TEST_F(ReceiverTest, FollowsThePositionUntilCtrlC) {
+    const BuiltIn receiver("garmin");
+    {
+        Program program({"pvt", "--port", receiver.path()});
+        EXPECT_THAT(program.line().value_or(""), StartsWith("N;Trace tps réel - "));
+        EXPECT_THAT(program.line().value_or(""), StartsWith("T;"));
+        program.signal(SIGINT);
+        EXPECT_EQ(program.wait(), 130);
+        EXPECT_THAT(program.errors(), HasSubstr("Transfert terminé."));
+    }
+    EXPECT_THAT(run(receiver, {"ident"}), StartsWith("Marlune Version "));
+}
+
+// A receiver's tracks and routes go into a GPX file, from there into another receiver, and come
+// back from it as they were, but for what GPX does not carry.
+TEST_F(ReceiverTest, GpxTakesTracksAndRoutesFromOneReceiverToAnother) {
+    const std::string gpx = folder.path() / "all.gpx";
+    for (const auto& [get, send] :
+         {std::pair("tracks", "send-tracks"), {"routes", "send-routes"}}) {
+        const BuiltIn first("garmin");
+        const BuiltIn second("garmin");
+        (void)run(first, {get, "--gpx", gpx});
+        const std::string sent = run(second, {send, gpx});
+        GpxReader reader(get == std::string("tracks") ? GpxKind::tracks : GpxKind::routes);
+        for (const std::string& line : reader.readFile(gpx)) {
+            EXPECT_THAT(sent, HasSubstr(line + "\n"));
+        }
+        EXPECT_THAT(second.lines(),
+                    Contains(StartsWith(get == std::string("tracks") ? "T;" : "R;")));
+    }
+}
+
+TEST_F(ReceiverTest, TheHostServesABuiltInReceiver) {
+    Program program({"host", "--port", "virtual"});
+    program.write(R"({"call":"gpsConnect","args":[]})"
+                  "\n"
+                  R"({"when":"WayptData","nth":1,"call":"StopTransfert","args":[]})"
+                  "\n"
+                  R"({"call":"getWaypts","args":[]})"
+                  "\n");
+    EXPECT_EQ(program.line(), R"({"call":"gpsConnect","result":true})");
+    EXPECT_THAT(program.line().value_or(""),
+                StartsWith(R"({"event":"StartDownload","DataType":"W","nbitem":)"));
+    EXPECT_THAT(program.line().value_or(""), StartsWith(R"({"event":"WayptData","numitem":1,)"));
+    EXPECT_EQ(program.line(), R"({"call":"StopTransfert","result":null})");
+    EXPECT_EQ(program.line(), R"({"event":"EndDownload","DataType":"W"})");
+    EXPECT_EQ(program.line(), R"({"call":"getWaypts","result":false})");
+    program.closeInput();
+    EXPECT_EQ(program.wait(), 0);
+}
+
+TEST_F(ReceiverTest, ReceiversThatDoNotExistAreWrongUsage) {
+    Program program({"ident", "--port", "virtual:Nonesuch"});
+    EXPECT_EQ(program.wait(), 2);
+    EXPECT_THAT(program.errors(), HasSubstr("Nonesuch"));
+}
+
+}  // namespace
+}  // namespace marlune::cli
