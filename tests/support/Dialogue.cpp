@@ -11,15 +11,6 @@
 namespace marlune {
 namespace {
 
-std::string wireText(std::span<const std::uint8_t> bytes) {
-    const bool readable = std::all_of(bytes.begin(), bytes.end(), [](std::uint8_t byte) {
-        return (byte >= ' ' && byte < 127) || byte == '\r' || byte == '\n';
-    });
-    return "send" + (readable && !bytes.empty() && bytes[0] == '$'
-                         ? " " + std::string(bytes.begin(), bytes.end())
-                         : decimalDump(bytes));
-}
-
 const char* iconName(BoxIcon icon) {
     switch (icon) {
         case BoxIcon::critical:
@@ -32,23 +23,6 @@ const char* iconName(BoxIcon icon) {
             return "none";
     }
     return "?";
-}
-
-// What the device does with a script: each write, then the answers that follow it.
-std::vector<ScriptedPort::Turn> turnsOf(const Script& script) {
-    std::vector<ScriptedPort::Turn> turns;
-    for (const Step& step : script) {
-        if (step.kind == Step::Kind::sends) {
-            turns.push_back({.write = step.bytes});
-        } else if (step.kind == Step::Kind::answers) {
-            if (turns.empty()) {
-                turns.push_back({});
-            }
-            Bytes& answer = turns.back().answer;
-            answer.insert(answer.end(), step.bytes.begin(), step.bytes.end());
-        }
-    }
-    return turns;
 }
 
 bool isPacket(const Step& step, int pid) {
@@ -85,6 +59,47 @@ Bytes toBytes(std::string_view text) {
 
 }  // namespace
 
+std::string wireText(std::span<const std::uint8_t> bytes) {
+    const bool readable = std::all_of(bytes.begin(), bytes.end(), [](std::uint8_t byte) {
+        return (byte >= ' ' && byte < 127) || byte == '\r' || byte == '\n';
+    });
+    return "send" + (readable && !bytes.empty() && bytes[0] == '$'
+                         ? " " + std::string(bytes.begin(), bytes.end())
+                         : decimalDump(bytes));
+}
+
+std::string boxText(BoxIcon icon, const std::string& text) {
+    return std::string("box ") + iconName(icon) + ": " + text;
+}
+
+std::vector<ScriptedPort::Turn> serialTurnsOf(const Script& script) {
+    std::vector<ScriptedPort::Turn> turns;
+    for (const Step& step : script) {
+        if (step.kind == Step::Kind::sends) {
+            turns.push_back({.write = step.bytes});
+        } else if (step.kind == Step::Kind::answers) {
+            if (turns.empty()) {
+                turns.push_back({});
+            }
+            Bytes& answer = turns.back().answer;
+            answer.insert(answer.end(), step.bytes.begin(), step.bytes.end());
+        }
+    }
+    return turns;
+}
+
+std::vector<std::string> serialLogOf(const Script& script) {
+    std::vector<std::string> log;
+    for (const Step& step : script) {
+        if (step.kind == Step::Kind::sends) {
+            log.push_back(wireText(step.bytes));
+        } else if (step.kind == Step::Kind::told) {
+            log.push_back(step.text);
+        }
+    }
+    return log;
+}
+
 Bytes garminFrame(std::uint8_t pid, const Bytes& data) {
     Bytes plain;
     plain.push_back(pid);
@@ -119,7 +134,7 @@ Step event(const std::string& text) {
     return {Step::Kind::told, {}, text};
 }
 Step box(BoxIcon icon, const std::string& text) {
-    return {Step::Kind::told, {}, std::string("box ") + iconName(icon) + ": " + text};
+    return {Step::Kind::told, {}, boxText(icon, text)};
 }
 
 Script operator+(Script left, const Script& right) {
@@ -209,7 +224,7 @@ void RecordedEvents::PhraseNMEA(const std::string& sentence) {
 Stage::Stage(Line line)
     : events([this](const std::string& text) { log_.push_back(text); }), line_(line) {
     host.onMessageBox = [this](const FakeHost::Box& shown) {
-        log_.push_back(std::string("box ") + iconName(shown.icon) + ": " + shown.text);
+        log_.push_back(boxText(shown.icon, shown.text));
     };
     auto port = std::make_unique<ScriptedPort>(host);
     port_ = port.get();
@@ -252,12 +267,13 @@ std::vector<ScriptedUsb::Turn> Stage::usbTurnsOf(const Script& script) const {
 }
 
 std::vector<std::string> Stage::expectedLog(const Script& script) const {
+    if (!onUsb()) {
+        return serialLogOf(script);
+    }
     std::vector<std::string> log;
     for (const Step& step : script) {
         if (step.kind == Step::Kind::told) {
             log.push_back(step.text);
-        } else if (step.kind == Step::Kind::sends && !onUsb()) {
-            log.push_back(wireText(step.bytes));
         } else if (step.kind == Step::Kind::sends && !isAcknowledgement(step)) {
             log.push_back(wireText(usbBytes(step)));
         }
@@ -270,7 +286,7 @@ void Stage::play(const Script& script, const std::function<void()>& call) {
     if (onUsb()) {
         usb_->play(usbTurnsOf(script));
     } else {
-        port_->play(turnsOf(script));
+        port_->play(serialTurnsOf(script));
     }
     call();
     EXPECT_EQ(log_, expectedLog(script));
