@@ -115,10 +115,13 @@ std::vector<std::uint8_t> SerialGarminLink::grmReadPacket(double /*timeout*/) {
     if (first != kDle) {
         return substituteFrame();
     }
-    std::vector<std::uint8_t> frame = {first, port_.readByte(), port_.readByte()};
-    const std::size_t longest = longestFrame(frame[2]);
+    const std::uint8_t id = port_.readByte();
+    const std::uint8_t size = port_.readByte();
+    const std::size_t longest = longestFrame(size);
+    std::vector<std::uint8_t> frame;
     frame.reserve(longest);
-    FrameEnd end(frame[2]);
+    frame = {first, id, size};
+    FrameEnd end(size);
     for (;;) {
         const std::uint8_t byte = port_.readByte();
         if (frame.size() < longest) {

@@ -76,9 +76,12 @@ std::string numberText(float value, char decimalSeparator) {
 }
 
 double roundHalfEven(double value, int decimals) {
+    // A table, because every record is rounded several times and std::pow is slow.
+    static constexpr std::array<double, 16> kScales = {
+        1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     // From here on a double has no fraction.
     constexpr double kWholeFrom = 9007199254740992.0;
-    const double scale = std::pow(10.0, decimals);
+    const double scale = kScales[static_cast<std::size_t>(std::clamp(decimals, 0, 15))];
     const double scaled = value * scale;
     if (!(std::abs(scaled) < kWholeFrom)) {
         return value;
