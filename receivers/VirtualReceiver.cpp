@@ -63,7 +63,7 @@ void VirtualReceiver::say(std::string_view label, std::vector<std::uint8_t> byte
 
 void VirtualReceiver::emit(std::vector<std::uint8_t> bytes) {
     faults_.wear(bytes, Faults::Way::said);
-    if (!said_.empty() && said_.back().baud == baud_) {
+    if (!apart_ && !said_.empty() && said_.back().baud == baud_) {
         said_.back().bytes.insert(said_.back().bytes.end(), bytes.begin(), bytes.end());
     } else if (!bytes.empty()) {
         said_.push_back({std::move(bytes), baud_});

@@ -85,12 +85,16 @@ protected:
     // Changes the speed; what was said before keeps the speed at which it was said.
     void setBaud(int baud) { baud_ = baud; }
 
+    // For lines that carry messages, not a stream: what is said then stays in one piece each.
+    void keepApart() { apart_ = true; }
+
 private:
     void emit(std::vector<std::uint8_t> bytes);
 
     Faults faults_;
     int baud_;
     bool hungUp_ = false;
+    bool apart_ = false;
     std::vector<Said> said_;
     std::vector<std::uint8_t>
         worn_;  // what the faults left of the bytes heard; kept for its memory

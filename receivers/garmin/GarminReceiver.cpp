@@ -76,7 +76,19 @@ std::vector<std::string> GarminReceiver::lines() const {
 std::vector<std::uint8_t> GarminReceiver::unknownPacket() const {
     constexpr std::uint8_t kUnknown = 200;
     constexpr std::array<std::uint8_t, 3> kData = {1, 2, 3};
-    return frameOf(kUnknown, kData);
+    return framed(kUnknown, kData);
+}
+
+std::vector<std::uint8_t> GarminReceiver::framed(std::uint8_t id,
+                                                 std::span<const std::uint8_t> data) const {
+    return frameOf(id, data);
+}
+
+void GarminReceiver::take(const Packet& packet, double now) {
+    startClock(now);
+    if (!off_) {
+        onRequest(packet, now);
+    }
 }
 
 void GarminReceiver::complain(const std::string& text) {
@@ -125,7 +137,7 @@ void GarminReceiver::elapsed(double now) {
 }
 
 void GarminReceiver::sayPacket(std::uint8_t id, std::span<const std::uint8_t> data) {
-    say(std::to_string(id), frameOf(id, data));
+    say(std::to_string(id), framed(id, data));
 }
 
 void GarminReceiver::acknowledge(std::uint8_t answer, std::uint8_t id) {
@@ -187,6 +199,13 @@ void GarminReceiver::send(std::vector<Packet> packets) {
     endTransfer();
     outgoing_ = std::move(packets);
     sendCurrent();
+    if (!acknowledges()) {
+        while (++current_ < outgoing_.size()) {
+            sendCurrent();
+        }
+        outgoing_.clear();
+        current_ = 0;
+    }
 }
 
 void GarminReceiver::sendCurrent() {
@@ -203,15 +222,21 @@ void GarminReceiver::sendProduct() {
         product.data.insert(product.data.end(), bytes.begin(), bytes.end());
     }
     addText(product.data, settings_.unit.description);
+    std::vector<Packet> further;
+    for (const std::string& text : settings_.unit.further) {
+        addText(further.emplace_back(Packet{kFurtherProductData, {}}).data, text);
+    }
+    if (!acknowledges()) {
+        packets.insert(packets.end(), further.begin(), further.end());
+        further.clear();
+    }
     if (settings_.unit.announces) {
         packets.push_back({kProtocolArray, protocolArray(settings_.unit.tags)});
     }
     pvtDue_.reset();
     send(std::move(packets));
-    for (const std::string& text : settings_.unit.further) {
-        std::vector<std::uint8_t> data;
-        addText(data, text);
-        sayPacket(kFurtherProductData, data);
+    for (const Packet& packet : further) {
+        sayPacket(packet.id, packet.data);
     }
 }
 
@@ -373,7 +398,7 @@ void GarminReceiver::storeUpload() {
     }
 }
 
-std::unique_ptr<VirtualReceiver> makeGarminReceiver(const ReceiverOptions& options) {
+GarminReceiver::Settings garminSettings(const ReceiverOptions& options) {
     GarminReceiver::Settings settings;
     settings.unit = chooseUnit(options);
     settings.data = options.dataFile.empty() ? builtInData() : readDataFile(options.dataFile);
@@ -381,7 +406,11 @@ std::unique_ptr<VirtualReceiver> makeGarminReceiver(const ReceiverOptions& optio
     settings.rate = options.rate;
     settings.date = options.now ? *options.now : systemDate();
     settings.faults = options.faults;
-    return std::make_unique<GarminReceiver>(std::move(settings));
+    return settings;
+}
+
+std::unique_ptr<VirtualReceiver> makeGarminReceiver(const ReceiverOptions& options) {
+    return std::make_unique<GarminReceiver>(garminSettings(options));
 }
 
 }  // namespace marlune::receivers::garmin

@@ -49,13 +49,22 @@ protected:
     [[nodiscard]] std::optional<double> deadline() const override { return pvtDue_; }
     [[nodiscard]] std::vector<std::uint8_t> unknownPacket() const override;
 
+    // How packets go over the line. A serial line wants frames and an acknowledgement for each
+    // packet; on a line that does not acknowledge, all packets of an answer follow each other.
+    [[nodiscard]] virtual std::vector<std::uint8_t> framed(
+        std::uint8_t id, std::span<const std::uint8_t> data) const;
+    [[nodiscard]] virtual bool acknowledges() const { return true; }
+
+    // Takes what the host asks or uploads, as it came out of its frame.
+    void take(const Packet& packet, double now);
+    void complain(const std::string& text);
+
 private:
     struct Upload {
         std::size_t announced = 0;
         std::vector<Record> records;
     };
 
-    void complain(const std::string& text);
     void startClock(double now);
     void sayPacket(std::uint8_t id, std::span<const std::uint8_t> data);
     void acknowledge(std::uint8_t answer, std::uint8_t id);
@@ -96,7 +105,8 @@ private:
     std::optional<double> pvtDue_;
 };
 
-// As chosen by the options. Throws std::invalid_argument.
+// As chosen by the options. Both throw std::invalid_argument.
+GarminReceiver::Settings garminSettings(const ReceiverOptions& options);
 std::unique_ptr<VirtualReceiver> makeGarminReceiver(const ReceiverOptions& options);
 
 }  // namespace marlune::receivers::garmin

@@ -357,6 +357,9 @@ void EmulatedUsbBus::Impl::pullOut() {
 
 // Makes the node writable while requests are done, which is what the program waits for.
 void EmulatedUsbBus::Impl::showDone() {
+    if (pipes.deviceGone()) {
+        pullOut();
+    }
     if (!gone) {
         terminal.setWritable(pipes.hasDone());
     }

@@ -39,6 +39,9 @@ public:
     // When elapse() must be called next; nothing when the device only waits for the host.
     [[nodiscard]] virtual std::optional<double> nextDeadline() const { return std::nullopt; }
 
+    // True once the device has gone from the bus by its own doing.
+    [[nodiscard]] virtual bool gone() const { return false; }
+
     // What was said since the last call, in order.
     virtual std::vector<UsbMessage> takeOutput() = 0;
 };

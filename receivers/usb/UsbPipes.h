@@ -61,6 +61,8 @@ public:
     void elapse(double now);
     [[nodiscard]] std::optional<double> nextDeadline() const { return function_.nextDeadline(); }
 
+    // Whether the device wants to be gone.
+    [[nodiscard]] bool deviceGone() const { return function_.gone(); }
     // The device has gone: every request comes back failed, none is taken any more.
     void unplug();
 
