@@ -1,5 +1,6 @@
-// marlune-receiver: a virtual GPS receiver on a pseudo-terminal, for tests, demonstrations and for
-// whoever writes a host program and has no receiver at hand. docs/receivers.md is its manual.
+// marlune-receiver: a virtual GPS receiver on a pseudo-terminal or an emulated USB bus, for tests,
+// demonstrations and for whoever writes a host program and has no receiver at hand.
+// docs/receivers.md is its manual.
 //
 // The path to open stands alone on the first line of the output. SIGUSR1 prints what the receiver
 // holds; SIGINT and SIGTERM end it with status 0, as does a hang-up that was ordered as a fault.
@@ -17,6 +18,7 @@
 #include <string>
 #include <thread>
 
+#include "UsbRun.h"
 #include "receivers/Families.h"
 #include "receivers/Faults.h"
 #include "receivers/PtyRunner.h"
@@ -36,7 +38,12 @@ struct Choices {
     std::string now;
     std::string link;
     bool print = false;
+    std::string pipes = "mixed";
+    std::vector<std::string> command;
 };
+
+// A Garmin unit that is no serial device: it has its own way to run.
+constexpr const char* kUsb = "usb";
 
 // "dd/mm/yyyy hh:mm:ss" as days since 30/12/1899.
 double dateOf(const std::string& text) {
@@ -67,9 +74,9 @@ double dateOf(const std::string& text) {
 std::string familyNames() {
     std::string names;
     for (const Family& family : receiverFamilies()) {
-        names += (names.empty() ? "" : ", ") + std::string(family.name);
+        names += std::string(family.name) + ", ";
     }
-    return names;
+    return names + kUsb;
 }
 
 std::string unitsHelp() {
@@ -109,9 +116,18 @@ void describe(CLI::App& app, Choices& choices) {
         ->allow_extra_args(false);
     app.add_option("--link", choices.link, "Makes a symbolic link of that name to the pty")
         ->type_name("PATH");
+    app.add_option("--pipes", choices.pipes,
+                   "On USB: the input pipe that its packets take: interrupt, bulk or mixed")
+        ->check(CLI::IsMember({"interrupt", "bulk", "mixed"}))
+        ->capture_default_str();
+    app.add_option("command", choices.command,
+                   "On USB: the program that is to see the receiver, behind \"--\"");
     app.add_flag("--print", choices.print, "Prints what it holds when it ends, as text lines");
     app.footer(
-        "\nOpen the path on the first line of the output as a serial port.\n"
+        "\nOpen the path on the first line of the output as a serial port. With --family usb it "
+        "is\n"
+        "a Garmin unit on a USB bus that only the program behind \"--\" sees:\n"
+        "  marlune-receiver --family usb -- marlune waypoints --mark GRM_USB\n"
         "SIGUSR1 prints what the receiver holds; SIGINT and SIGTERM end it.\n" +
         unitsHelp() + "\n" + Faults::help());
 }
@@ -170,6 +186,14 @@ int runReceiver(const Choices& choices) {
     return 0;
 }
 
+int runUsb(const Choices& choices) {
+    using Habit = ReceiverFunction::Habit;
+    const Habit habit = choices.pipes == "interrupt" ? Habit::interrupt
+                        : choices.pipes == "bulk"    ? Habit::bulk
+                                                     : Habit::mixed;
+    return runOnUsb({choices.receiver, habit, choices.print, choices.command});
+}
+
 int parseAndRun(int argc, char** argv) {
     Choices choices;
     CLI::App app("A virtual GPS receiver on a pseudo-terminal", "marlune-receiver");
@@ -179,10 +203,13 @@ int parseAndRun(int argc, char** argv) {
     } catch (const CLI::ParseError& end) {
         return app.exit(end) == 0 ? 0 : kWrongUsage;
     }
+    if (!choices.command.empty() && choices.family != kUsb) {
+        throw std::invalid_argument("only a receiver on USB takes a program to run");
+    }
     if (!choices.now.empty()) {
         choices.receiver.now = dateOf(choices.now);
     }
-    return runReceiver(choices);
+    return choices.family == kUsb ? runUsb(choices) : runReceiver(choices);
 }
 
 int receiverMain(int argc, char** argv) {

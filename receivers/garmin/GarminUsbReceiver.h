@@ -3,8 +3,8 @@
 //
 //   type (0 USB layer, 20 application), 3 zeros, id (2), 2 zeros, size of the data (4), data
 //
-// Nothing is acknowledged. It answers application packets once a session was started (type 0, id 5),
-// which it answers with its unit id (type 0, id 6).
+// Nothing is acknowledged. It answers application packets once a session was started (type 0, id
+// 5), which it answers with its unit id (type 0, id 6).
 #pragma once
 
 #include "receivers/garmin/GarminReceiver.h"

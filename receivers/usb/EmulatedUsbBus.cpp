@@ -442,6 +442,11 @@ void EmulatedUsbBus::fail(const std::function<void(UsbPipes::Faults&)>& change) 
     change(impl_->pipes.faults);
 }
 
+void EmulatedUsbBus::locked(const std::function<void()>& run) {
+    const std::lock_guard lock(impl_->mutex);
+    run();
+}
+
 EmulatedUsbBus::Counts EmulatedUsbBus::counts() const {
     const std::lock_guard lock(impl_->mutex);
     return impl_->counts;

@@ -56,6 +56,9 @@ public:
     // Changes what goes wrong on the cable.
     void fail(const std::function<void(UsbPipes::Faults&)>& change);
 
+    // Runs something while no request is served, so that it may look at the function.
+    void locked(const std::function<void()>& run);
+
     [[nodiscard]] Counts counts() const;
     // Whether a kernel driver is bound to the device, as one is before a program takes it.
     [[nodiscard]] bool driverAttached() const;

@@ -1,5 +1,5 @@
-// The whole way: the control, unmodified libusb, an emulated bus and a virtual receiver, which shares
-// no codec with the control. Times are the system's here, so the dialogues are short.
+// The whole way: the control, unmodified libusb, an emulated bus and a virtual receiver, which
+// shares no codec with the control. Times are the system's here, so the dialogues are short.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -86,22 +86,22 @@ const Way kInterrupt = {"Interrupt", Habit::interrupt, {}};
 const Way kBulk = {"Bulk", Habit::bulk, {}};
 
 class EveryWayTest : public UsbBusTest, public testing::WithParamInterface<Way> {};
-INSTANTIATE_TEST_SUITE_P(, EveryWayTest,
-                         testing::Values(kInterrupt, kBulk, Way{"Mixed", Habit::mixed, {}},
-                                         Way{"SmallPackets", Habit::mixed,
-                                             {.bulk = 64, .interrupt = 16}}),
-                         [](const auto& way) { return way.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    , EveryWayTest,
+    testing::Values(kInterrupt, kBulk, Way{"Mixed", Habit::mixed, {}},
+                    Way{"SmallPackets", Habit::mixed, {.bulk = 64, .interrupt = 16}}),
+    [](const auto& way) { return way.param.name; });
 
 TEST_P(EveryWayTest, DownloadsWhatTheUnitHolds) {
     ASSERT_TRUE(connect(GetParam()));
     EXPECT_EQ(control_->getProtocoles(), kTags);
     const std::string sommet = "W;SOMMET;45.9236;6.8694;Mont Blanc;4808;18;0";
     const std::string col = "W;COL;45.1;6.5;;2645;18;0";
-    EXPECT_EQ(during([&] { EXPECT_TRUE(control_->getWaypts()); }),
-              (Lines{"StartDownload|W|2|---- W;id;lat;lon;comment;altitude;symbole;display opt. "
-                     "------",
-                     "WayptData|1|" + sommet + "|D", "WayptData|2|" + col + "|D",
-                     "EndDownload|W"}));
+    EXPECT_EQ(
+        during([&] { EXPECT_TRUE(control_->getWaypts()); }),
+        (Lines{"StartDownload|W|2|---- W;id;lat;lon;comment;altitude;symbole;display opt. "
+               "------",
+               "WayptData|1|" + sommet + "|D", "WayptData|2|" + col + "|D", "EndDownload|W"}));
     const Lines routes = during([&] { EXPECT_TRUE(control_->GetRoutes()); });
     ASSERT_GE(routes.size(), 5U);
     EXPECT_EQ(routes[1], "RouteHeader|1|R;1;TOUR|D");
@@ -123,7 +123,8 @@ TEST_P(EveryWayTest, UploadsFollowsAndTellsTheTime) {
     }));
     EXPECT_EQ(function_->receiver().complaints(), Lines());
 
-    EXPECT_NE(during([&] { (void)control_->getPosition(); }), Lines{"box: Position non disponible"});
+    EXPECT_NE(during([&] { (void)control_->getPosition(); }),
+              Lines{"box: Position non disponible"});
     int points = 0;
     events_.when("PvtData", 3, [&] { control_->StopPvtData(); });
     for (const std::string& text : during([&] { control_->StartPvtData(); })) {
