@@ -68,7 +68,7 @@ void Listener::run(std::int16_t inactivity) {
         const std::size_t count = port_.readArrived(std::span(buffer).first(wanted));
         if (count > 0) {
             takeArrived({reinterpret_cast<const char*>(buffer.data()), count});
-        } else {
+        } else if (goesOn()) {  // a read that the host cut short is no silence
             state_.found = false;
             pauseWhenGone(port_, services_.host);
         }
