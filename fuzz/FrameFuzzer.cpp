@@ -1,0 +1,134 @@
+// Frames: built and taken apart, unstuffed, and read from a line that carries anything. Input: what
+// arrives on the line; its bytes are a packet's id and data as well.
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <span>
+#include <utility>
+
+#include "FuzzPort.h"
+#include "garmin/link/GpsPacket.h"
+#include "garmin/link/SerialGarminLink.h"
+#include "host/RunTimeError.h"
+
+namespace {
+
+using namespace marlune;
+using Data = std::span<const std::uint8_t>;
+
+void require(bool holds) {
+    if (!holds) {
+        std::abort();
+    }
+}
+
+bool isPacket(GpsPacket& packet, std::uint8_t pid, Data data) {
+    const auto got = packet.GetData();
+    return packet.GetPid() == pid && std::equal(got.begin(), got.end(), data.begin(), data.end());
+}
+
+void parse(Data frame) {
+    GpsPacket packet;
+    const bool parsed = packet.Parse(frame);
+    require(parsed || isPacket(packet, 0, {}));
+    require(packet.GetData().size() <= 255);
+}
+
+void buffers(Data bytes) {
+    const auto reversed = GpsBuffer::Inverse(bytes);
+    require(std::equal(bytes.begin(), bytes.end(), reversed.rbegin(), reversed.rend()));
+    for (const bool keepFirst : {false, true}) {
+        try {
+            const auto plain = GpsBuffer::Supp16(bytes, keepFirst);
+            require(plain.size() <= bytes.size() && plain.size() >= 2);
+        } catch (const RunTimeError&) {
+            require(bytes.size() < 3);
+        }
+    }
+}
+
+// A line with a control's host behind it, and a link on it.
+class Reader {
+public:
+    explicit Reader(Data bytes)
+        : input_(bytes), trace_(""), port_(host_, makePort()), lease_(opened(port_)) {
+        device_->sayAll();
+    }
+
+    [[nodiscard]] bool somethingWaits() const { return lease_.available() > 0; }
+    SerialGarminLink& link() { return link_; }
+
+private:
+    // A lease holds for the opening that it was taken in.
+    static ComPort& opened(ComPort& port) {
+        port.open();
+        return port;
+    }
+    std::unique_ptr<SerialPort> makePort() {
+        auto port = std::make_unique<FuzzPort>(host_, input_);
+        device_ = port.get();
+        return port;
+    }
+
+    FuzzInput input_;
+    FakeHost host_;
+    GpsControlEvents events_;
+    DebugTrace trace_;
+    Services services_{host_, events_, trace_};
+    FuzzPort* device_ = nullptr;
+    ComPort port_;
+    PortLease lease_;
+    SerialGarminLink link_{services_, lease_};
+};
+
+void readFrames(Data bytes) {
+    Reader reader(bytes);
+    while (reader.somethingWaits()) {
+        const auto frame = reader.link().grmReadPacket(1);
+        require(!frame.empty() && frame.size() <= 9 + 2 * 255);
+        parse(frame);
+    }
+}
+
+void readTimedFrames(Data bytes) {
+    Reader reader(bytes);
+    while (reader.somethingWaits()) {
+        const auto frame = reader.link().grmReadPacketTimed(2);
+        require(frame.size() >= 5);  // one without its checksum ends, too
+        parse(frame);
+    }
+}
+
+// What is built is read back. An id or a size of 16 is doubled, and the size is then taken from the
+// wrong byte: such packets are read as something else, and that is meant so.
+void thereAndBack(std::uint8_t pid, Data data) {
+    GpsPacket built;
+    const auto frame = built.Build(pid, data);
+    require(frame.empty() == (data.size() > 255));
+    if (frame.empty()) {
+        return;
+    }
+    GpsPacket parsed;
+    require(parsed.Parse(frame) && isPacket(parsed, pid, data));
+    if (pid != kDle && data.size() != kDle) {
+        Reader reader(frame);
+        const LinkPacket received = reader.link().receive();
+        require(received.pid == pid &&
+                std::equal(received.data.begin(), received.data.end(), data.begin(), data.end()));
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const Data input(bytes, size);
+    parse(input);
+    buffers(input);
+    readFrames(input);
+    readTimedFrames(input);
+    if (!input.empty()) {
+        thereAndBack(input[0], input.subspan(1));
+    }
+    return 0;
+}

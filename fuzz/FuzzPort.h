@@ -1,0 +1,71 @@
+// A serial port whose device says what the fuzzer wants: each write of the control, and each silent
+// read, lets the device say the next piece of the input; when the input is used up it is silent.
+//
+// Silence takes as long as on a real line, on the clock of a FakeHost. After so many silent reads
+// without a word in between the user asks to stop, so that every service comes to an end.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "serial/SerialPort.h"
+#include "support/FakeHost.h"
+
+namespace marlune {
+
+// The input, taken from its front.
+class FuzzInput {
+public:
+    explicit FuzzInput(std::span<const std::uint8_t> bytes) : left_(bytes) {}
+
+    [[nodiscard]] bool empty() const { return left_.empty(); }
+    // 0 at the end.
+    std::uint8_t byte();
+    // At most so many.
+    std::vector<std::uint8_t> bytes(std::size_t count);
+
+private:
+    std::span<const std::uint8_t> left_;
+};
+
+class FuzzPort : public SerialPort {
+public:
+    static constexpr int kPatience = 64;  // silent reads in a row
+
+    // Both must outlive the port.
+    FuzzPort(FakeHost& host, FuzzInput& input) : host_(host), input_(input) {}
+
+    // The user has patience again.
+    void beginService();
+    // All that is left of the input arrives now.
+    void sayAll();
+
+    std::int32_t open(const std::string& device, const std::string& settings,
+                      QueueSizes queues) override;
+    void close() override { handle_ = -1; }
+    [[nodiscard]] std::int64_t handle() const override { return handle_; }
+    [[nodiscard]] bool isGone() const override { return handle_ < 1 || (unplugged_ && !waiting()); }
+    std::size_t read(std::span<std::uint8_t> into) override;
+    [[nodiscard]] std::size_t available() const override { return said_.size() - taken_; }
+    std::size_t write(std::span<const std::uint8_t> bytes) override;
+    void purge() override;
+
+private:
+    [[nodiscard]] bool waiting() const { return taken_ < said_.size(); }
+    void sayNext();
+    bool sayPiece(std::uint8_t kind);
+    void sayFrame();
+    void beSilent(std::size_t asked, std::size_t came);
+
+    FakeHost& host_;
+    FuzzInput& input_;
+    std::vector<std::uint8_t> said_;
+    std::size_t taken_ = 0;
+    std::int64_t handle_ = -1;
+    bool unplugged_ = false;
+    int silentReads_ = 0;
+};
+
+}  // namespace marlune
