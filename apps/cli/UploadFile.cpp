@@ -3,12 +3,15 @@
 #include <strings.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <system_error>
 #include <vector>
+
+#include "host/CodePage.h"
 
 namespace marlune::cli {
 namespace {
@@ -41,6 +44,31 @@ std::vector<std::string> readLines(const std::string& path, GpxKind kind) {
     }
 }
 
+constexpr const char* kByteOrderMark = "\xEF\xBB\xBF";
+
+bool isAscii(const std::string& text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
+}
+
+// Whether a file is UTF-8 beyond ASCII without the mark that tells the control so: what a download
+// printed, for one. In Windows-1252 such a file would hold nonsense.
+bool isUnmarkedUtf8(const std::string& path) {
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(path, ignored)) {
+        return false;
+    }
+    std::ifstream file(path, std::ios::binary);
+    bool beyondAscii = false;
+    bool first = true;
+    for (std::string line; std::getline(file, line); first = false) {
+        if ((first && line.starts_with(kByteOrderMark)) || !isUtf8(line)) {
+            return false;
+        }
+        beyondAscii = beyondAscii || !isAscii(line);
+    }
+    return beyondAscii;
+}
+
 // A new file of a name that nobody else has.
 std::string makeTemporaryFile() {
     std::string name = (std::filesystem::temp_directory_path() / "marlune-XXXXXX").string();
@@ -57,6 +85,9 @@ std::string makeTemporaryFile() {
 UploadFile::UploadFile(const std::string& path, GpxKind kind) : path_(path) {
     if (isGpx(path)) {
         convert(path, kind);
+    } else if (isUnmarkedUtf8(path)) {
+        const std::ifstream text(path, std::ios::binary);
+        write([&text](std::ostream& out) { out << text.rdbuf(); });
     }
 }
 
@@ -72,13 +103,19 @@ void UploadFile::convert(const std::string& gpxFile, GpxKind kind) {
     if (lines.empty()) {
         throw std::runtime_error(gpxFile + ": the file holds no " + kindName(kind));
     }
+    write([&lines](std::ostream& out) {
+        for (const std::string& line : lines) {
+            out << line << "\r\n";
+        }
+    });
+}
+
+void UploadFile::write(const std::function<void(std::ostream&)>& writeText) {
     path_ = makeTemporaryFile();
     temporary_ = true;
     std::ofstream out(path_, std::ios::binary);
-    out << "\xEF\xBB\xBF";  // with this mark the control takes the file for UTF-8
-    for (const std::string& line : lines) {
-        out << line << "\r\n";
-    }
+    out << kByteOrderMark;  // with this mark the control takes the file for UTF-8
+    writeText(out);
     out.close();
     if (!out) {
         std::error_code ignored;

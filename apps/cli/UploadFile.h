@@ -1,7 +1,9 @@
-// The file that a send command hands to the control: the user's own, or text lines made from the
-// user's GPX file in a temporary one.
+// The file that a send command hands to the control: the user's own, or a temporary one, when the
+// user's is a GPX file, or holds UTF-8 without the mark by which the control knows it.
 #pragma once
 
+#include <functional>
+#include <iosfwd>
 #include <string>
 
 #include "marlune/Gpx.h"
@@ -21,6 +23,7 @@ public:
 
 private:
     void convert(const std::string& gpxFile, GpxKind kind);
+    void write(const std::function<void(std::ostream&)>& writeText);
 
     std::string path_;
     bool temporary_ = false;

@@ -97,7 +97,7 @@ LinkPacket GarminIdentification::requestProduct() {
     constexpr double kDelay = 1.0;
     constexpr std::array<std::uint8_t, 1> kNoData = {0};
     LinkPacket reply;
-    for (int attempt = 1; attempt <= kTries && reply.pid == 0 && link_.holds(); ++attempt) {
+    for (int attempt = 1; attempt <= kTries && reply.pid == 0 && mayGoOn(); ++attempt) {
         services_.trace.traceLine("GetAttributes: essai n° " + std::to_string(attempt) +
                                   " délai: " + numberText(kDelay, '.'));
         link_.send(pid::kProductRequest, kNoData);
@@ -116,7 +116,9 @@ bool GarminIdentification::acceptAcknowledge(const LinkPacket& reply) {
         case pid::kAck:
             return true;
         case kNothing:
-            services_.host.messageBox(text::kNoAnswer, BoxIcon::critical);
+            if (!services_.host.stopRequested()) {
+                services_.host.messageBox(text::kNoAnswer, BoxIcon::critical);
+            }
             return false;
         case kNoFrame:
             services_.host.messageBox(

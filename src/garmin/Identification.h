@@ -33,6 +33,7 @@ private:
     void takeProductData(std::span<const std::uint8_t> data);
     void skipExtendedData();
     void takeCapabilities(const LinkPacket& packet);
+    [[nodiscard]] bool mayGoOn() const { return link_.holds() && !services_.host.stopRequested(); }
 
     Services& services_;
     GarminLink& link_;

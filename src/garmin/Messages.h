@@ -48,8 +48,12 @@ inline constexpr const char* kPositionName = " - Position du GPS: ";
 
 namespace marlune {
 
-// "Erreur de protocole - pid = " and the id, critical.
+// "Erreur de protocole - pid = " and the id, critical. Silence is no error once the host wants an
+// end.
 inline void showProtocolError(Host& host, std::uint16_t pid) {
+    if (pid == 0 && host.stopRequested()) {
+        return;
+    }
     host.messageBox(text::kProtocolError + std::to_string(pid), BoxIcon::critical);
 }
 

@@ -131,6 +131,19 @@ TEST_F(OneShotTest, SendsGpxAsTextLines) {
     EXPECT_EQ(program.wait(), 0);
 }
 
+// Downloads print UTF-8, so that is what a file of such lines holds; it needs no mark here.
+TEST_F(OneShotTest, SendsWhatDownloadsPrint) {
+    Program program =
+        start({"send-waypoints", folder.write("lines.txt", "W;\xC3\x89T\xC3\x89;45;45;;0;18;0")});
+    connect();
+    play({sends(27, {1, 0}), answers(6, {27, 0})});
+    EXPECT_EQ(program.line(), "W;\xC3\x89T\xC3\x89;45;45;;0;18;0");
+    EXPECT_EQ(device.read(5), (Bytes{16, 35, 58, 0xC9, 'T'}));
+    (void)device.readArrived();
+    play({answers(6, {35, 0}), sends(12, {0})});
+    EXPECT_EQ(program.wait(), 0);
+}
+
 TEST_F(OneShotTest, RefusesFilesThatHoldNothingToSendBeforeItConnects) {
     const struct {
         std::string file;

@@ -260,6 +260,7 @@ TEST_F(DownloadTest, EndsWithoutAWordWhenTheHostRequestsAStop) {
     getWaypts(opening(3) + Script{answers(35, d100("PT1")),
                                   event("WayptData|1|" + d100Line("PT1") + "|D"), acks(35),
                                   event("EndDownload|W")});
+    getWaypts({sends(10, {7, 0})});
     host.stop = false;
     // The unit still believes in the transfer: disconnecting aborts it.
     play({sends(10, {0, 0})}, [this] { control().gpsDisconnect(); });

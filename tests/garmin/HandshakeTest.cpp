@@ -49,6 +49,14 @@ TEST(Handshake, AsksASilentUnitFiveTimes) {
     EXPECT_FALSE(stage.port().isOpen());
 }
 
+// A user who asks for an end while the unit is silent is not told about the silence.
+TEST(Handshake, EndsWithoutAWordWhenTheHostRequestsAStop) {
+    Stage stage;
+    stage.host.onStopRequested = [&] { return stage.host.elapsed() > 1.5; };
+    stage.play({sends(10, {0, 0}), sends(254, {0})},
+               [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+}
+
 TEST(Handshake, TellsWhatAnswersWrongly) {
     const struct {
         std::vector<Step> answer;
