@@ -70,7 +70,7 @@ void OneShot::perform() {
             control_.getTracks();
             break;
         case Action::routes:
-            control_.GetRoutes();
+            getRoutes();
             break;
         case Action::proximities:
             control_.getProximites();
@@ -98,6 +98,18 @@ void OneShot::perform() {
         case Action::nmea:
             control_.StartNMEA(options_.nmeaCode, options_.nmeaSeconds);
             break;
+    }
+}
+
+// Magellan routes name waypoints, which the control must have seen before.
+void OneShot::getRoutes() {
+    if (options_.family() == "MGN") {
+        printer_.mute(true);
+        control_.getWaypts();
+        printer_.mute(false);
+    }
+    if (!stop_.requested()) {
+        control_.GetRoutes();
     }
 }
 

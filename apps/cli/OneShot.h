@@ -29,6 +29,7 @@ private:
     void prepareFile();
     bool connect();
     void perform();
+    void getRoutes();
     void send(bool (GpsControl::*member)(const std::string&));
     void printTime();
     void saveGpx();

@@ -1,5 +1,7 @@
 #include "cli/RecordPrinter.h"
 
+#include <unistd.h>
+
 #include <utility>
 
 namespace marlune::cli {
@@ -18,7 +20,9 @@ void RecordPrinter::message(const std::string& text) {
 }
 
 void RecordPrinter::print(const std::string& line) {
-    progress_.clear();
+    if (isatty(output_.descriptor()) == 1) {
+        progress_.clear();  // most likely the same terminal
+    }
     output_.write(line + "\n");
 }
 
@@ -35,10 +39,12 @@ void RecordPrinter::end() {
 }
 
 void RecordPrinter::record(const std::string& line) {
-    print(line);
-    progress_.advance(++records_);
-    if (gpx_ != nullptr) {
-        gpx_->addLine(line);
+    if (!muted_) {
+        print(line);
+        progress_.advance(++records_);
+        if (gpx_ != nullptr) {
+            gpx_->addLine(line);
+        }
     }
     onEvent_();
 }

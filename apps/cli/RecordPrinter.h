@@ -21,6 +21,8 @@ public:
     void message(const std::string& text);
     // A line on standard output.
     void print(const std::string& line);
+    // While muted, records are neither printed nor counted nor written to the GPX file.
+    void mute(bool on) { muted_ = on; }
 
     // Whether a transfer began at all.
     [[nodiscard]] bool started() const { return started_; }
@@ -63,6 +65,7 @@ private:
     Progress progress_;
     GpxWriter* gpx_;
     std::function<void()> onEvent_;
+    bool muted_ = false;
     bool started_ = false;
     std::size_t records_ = 0;
 };

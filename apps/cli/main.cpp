@@ -1,4 +1,5 @@
 // marlune: one command against a GPS receiver, or the control as a child process of any program.
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -48,6 +49,11 @@ int unusedPort(const Options& options) {
     return number;
 }
 
+// The family of "--port virtual". A listener wants a receiver that speaks without being asked.
+std::string virtualFamily(const Options& options) {
+    return options.action == Action::nmea && options.mark.empty() ? "nmea" : options.family();
+}
+
 // Sets the control up as the options say. Returns the receiver that "--port virtual" asks for.
 std::unique_ptr<receivers::BuiltIn> setUp(GpsControl& control, HostServices& host,
                                           const Options& options) {
@@ -64,7 +70,8 @@ std::unique_ptr<receivers::BuiltIn> setUp(GpsControl& control, HostServices& hos
         std::string path = options.port.text;
         if (options.port.kind == PortChoice::Kind::builtIn) {
             const SignalsHeld held;
-            receiver = std::make_unique<receivers::BuiltIn>(options.family(), options.port.text);
+            receiver =
+                std::make_unique<receivers::BuiltIn>(virtualFamily(options), options.port.text);
             path = receiver->path();
         }
         const int number = unusedPort(options);
@@ -93,7 +100,18 @@ int runCommand(const Options& options, const Interrupt& interrupt) {
     return interrupt.requested() ? kSignalled + interrupt.signal() : status;
 }
 
+// A port or pipe that took the number of a closed standard stream would be taken for that stream.
+void openStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0) {
+            // The lowest free number is the stream's own. Reading ends at once; writing fails.
+            (void)open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+}
+
 int run(int argc, const char* const* argv) {
+    openStandardStreams();
     const auto parsed = parseOptions(argc, argv);
     if (const ExitStatus* status = std::get_if<ExitStatus>(&parsed)) {
         return *status;

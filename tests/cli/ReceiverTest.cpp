@@ -79,6 +79,11 @@ TEST_F(ReceiverTest, GpxTakesTracksAndRoutesFromOneReceiverToAnother) {
     }
 }
 
+TEST_F(ReceiverTest, MagellanRoutesComeWithoutTheWaypointsThatTheyNeed) {
+    const BuiltIn receiver("magellan");
+    EXPECT_THAT(run(receiver, {"routes", "--mark", "MGN"}), StartsWith("R;1;"));
+}
+
 TEST_F(ReceiverTest, TheHostServesABuiltInReceiver) {
     Program program({"host", "--port", "virtual"});
     program.write(R"({"call":"gpsConnect","args":[]})"
