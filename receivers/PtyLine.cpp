@@ -77,6 +77,7 @@ PtyLine::PtyLine(int baud, std::string link) : master_(openMaster()) {
         ::cfsetispeed(&settings, codeOf(baud));
         ::cfsetospeed(&settings, codeOf(baud));
         ::tcsetattr(slave_, TCSANOW, &settings);
+        speed_ = speed();
         watchOpenings();
         if (!link.empty()) {
             link_ = std::move(link);
@@ -135,6 +136,7 @@ void PtyLine::noteOpenings() {
             inotify_event event{};
             std::memcpy(&event, &events[at], sizeof event);
             at += sizeof event + event.len;
+            wasClosed_ |= (event.mask & IN_CLOSE) != 0;
             openings_ += (event.mask & IN_OPEN) != 0 ? 1 : 0;
             openings_ -= (event.mask & IN_CLOSE) != 0 && openings_ > 0 ? 1 : 0;
             if (openings_ == 0) {
@@ -152,12 +154,18 @@ std::size_t PtyLine::read(std::vector<std::uint8_t>& into) {
     const ssize_t got = master_ >= 0 ? ::read(master_, bytes.data(), bytes.size()) : 0;
     // After the reading: the opening that these bytes came through, and the closing before it, are
     // known by now, so nothing that answers them is taken for a former host's leavings.
+    wasClosed_ = false;
     noteOpenings();
+    speedBefore_ = std::exchange(speed_, speed());
     if (got <= 0) {
         return 0;
     }
     into.insert(into.end(), bytes.begin(), bytes.begin() + got);
     return static_cast<std::size_t>(got);
+}
+
+bool PtyLine::mayHaveRead(int baud) const {
+    return speed_ == baud || (wasClosed_ && speedBefore_ == baud);
 }
 
 std::size_t PtyLine::write(std::span<const std::uint8_t> bytes) const {

@@ -118,7 +118,7 @@ void PtyRunner::listen() {
     const std::scoped_lock lock(mutex_);
     const double now = clock();
     if (!heard_.empty()) {
-        makeNoiseUnless(receiver_->baud(), heard_);
+        makeNoiseUnless(line_.mayHaveRead(receiver_->baud()), heard_);
         receiver_->hear(heard_, now);
     }
     const std::optional<double> deadline = receiver_->nextDeadline();
@@ -135,7 +135,7 @@ void PtyRunner::queueSaid(double now) {
 void PtyRunner::speak() {
     if (unwritten_.empty()) {
         for (Said& piece : pacer_.take(clock())) {
-            makeNoiseUnless(piece.baud, piece.bytes);
+            makeNoiseUnless(line_.speed() == piece.baud, piece.bytes);
             unwritten_.insert(unwritten_.end(), piece.bytes.begin(), piece.bytes.end());
         }
     }
@@ -146,8 +146,8 @@ void PtyRunner::speak() {
     }
 }
 
-void PtyRunner::makeNoiseUnless(int baud, std::vector<std::uint8_t>& bytes) {
-    if (line_.speed() == baud) {
+void PtyRunner::makeNoiseUnless(bool speedsAgree, std::vector<std::uint8_t>& bytes) {
+    if (speedsAgree) {
         return;
     }
     for (std::uint8_t& byte : bytes) {

@@ -56,7 +56,7 @@ private:
     void listen();
     void speak();
     void queueSaid(double now);
-    void makeNoiseUnless(int baud, std::vector<std::uint8_t>& bytes);
+    void makeNoiseUnless(bool speedsAgree, std::vector<std::uint8_t>& bytes);
     static double clock();
 
     mutable std::mutex mutex_;  // guards receiver_

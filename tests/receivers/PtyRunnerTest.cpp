@@ -48,6 +48,19 @@ TEST(PtyLine, WhatAFormerHostLeftUnreadIsGone) {
     EXPECT_EQ(exclusive, 0);
 }
 
+TEST(PtyLine, KnowsTheSpeedOfAHostThatHasAlreadyComeBackAtAnother) {
+    PtyLine line(9600, "");
+    std::vector<std::uint8_t> heard;
+    { HostEnd(line.path()).write("x"); }
+    const HostEnd host(line.path(), B38400);
+    EXPECT_EQ(line.read(heard), 1U);
+    EXPECT_TRUE(line.mayHaveRead(9600));
+    host.write("y");
+    EXPECT_EQ(line.read(heard), 1U);
+    EXPECT_FALSE(line.mayHaveRead(9600));
+    EXPECT_TRUE(line.mayHaveRead(38400));
+}
+
 TEST(PtyRunner, BytesAtTheWrongSpeedAreNoise) {
     PtyRunner runner(std::make_unique<EchoReceiver>(), {});
     runner.start();
