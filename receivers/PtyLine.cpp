@@ -77,7 +77,6 @@ PtyLine::PtyLine(int baud, std::string link) : master_(openMaster()) {
         ::cfsetispeed(&settings, codeOf(baud));
         ::cfsetospeed(&settings, codeOf(baud));
         ::tcsetattr(slave_, TCSANOW, &settings);
-        speed_ = speed();
         watchOpenings();
         if (!link.empty()) {
             link_ = std::move(link);
@@ -156,7 +155,6 @@ std::size_t PtyLine::read(std::vector<std::uint8_t>& into) {
     // known by now, so nothing that answers them is taken for a former host's leavings.
     wasClosed_ = false;
     noteOpenings();
-    speedBefore_ = std::exchange(speed_, speed());
     if (got <= 0) {
         return 0;
     }
@@ -165,7 +163,7 @@ std::size_t PtyLine::read(std::vector<std::uint8_t>& into) {
 }
 
 bool PtyLine::mayHaveRead(int baud) const {
-    return speed_ == baud || (wasClosed_ && speedBefore_ == baud);
+    return wasClosed_ || speed() == baud;
 }
 
 std::size_t PtyLine::write(std::span<const std::uint8_t> bytes) const {

@@ -36,9 +36,9 @@ public:
 
     // Appends what the host has written; does not wait. Returns how many bytes came.
     std::size_t read(std::vector<std::uint8_t>& into);
-    // Whether what read() just gave may have been written at that speed: the present one, or the
-    // one before when a host has closed the path since. It may have written and gone, or come back
-    // at another speed, before it was read.
+    // Whether what read() just gave may have been written at that speed. That is the host's present
+    // one, unless a host has closed the path since the reading before: it may have written, gone
+    // and come back at another speed meanwhile, so any speed may have been.
     [[nodiscard]] bool mayHaveRead(int baud) const;
 
     // Writes as much as there is room for and returns how much that was; does not wait. Everything
@@ -58,9 +58,7 @@ private:
     int slave_ = -1;  // kept open, so that a host's closing is no hang-up of the line
     int watch_ = -1;
     int openings_ = 0;        // how often the path is open at present, ours left out
-    bool wasClosed_ = false;  // since the last reading
-    int speed_ = 0;           // as of the last reading
-    int speedBefore_ = 0;     // as of the one before it
+    bool wasClosed_ = false;  // between the last reading and the one before
     std::string path_;
     std::string link_;
 };

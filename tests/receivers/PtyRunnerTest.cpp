@@ -48,7 +48,7 @@ TEST(PtyLine, WhatAFormerHostLeftUnreadIsGone) {
     EXPECT_EQ(exclusive, 0);
 }
 
-TEST(PtyLine, KnowsTheSpeedOfAHostThatHasAlreadyComeBackAtAnother) {
+TEST(PtyLine, DoesNotMistakeTheSpeedOfAHostThatHasComeBackAtAnother) {
     PtyLine line(9600, "");
     std::vector<std::uint8_t> heard;
     { HostEnd(line.path()).write("x"); }
