@@ -46,6 +46,7 @@ void OneShot::prepareFile() {
 bool OneShot::connect() {
     // The listener opens the port by itself; what it hears need not be a receiver of any family.
     if (options_.action == Action::nmea) {
+        stop_.listenOnly();
         return true;
     }
     const bool connected = control_.gpsConnect();

@@ -40,7 +40,7 @@ class Parser {
 public:
     Parser() : app_("Exchanges waypoints, routes, tracks and positions with a GPS receiver.") {
         app_.name("marlune");
-        app_.set_version_flag("--version", MARLUNE_VERSION);
+        app_.set_version_flag("--version", "marlune " MARLUNE_VERSION);
         app_.require_subcommand(0, 1);  // none is told below, by name
         addCommonOptions();
         addDownloads();

@@ -18,7 +18,9 @@ bool TransferStop::act() {
         return false;
     }
     if (!std::exchange(stopped_, true)) {
-        control_.StopTransfert();
+        if (!listenOnly_) {
+            control_.StopTransfert();
+        }
         control_.StopPvtData();
         control_.StopNMEA();
     }

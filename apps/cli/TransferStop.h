@@ -12,6 +12,9 @@ public:
     TransferStop(GpsControl& control, HostServices& host, const Output& output)
         : control_(control), host_(host), output_(output) {}
 
+    // What runs is no transfer but the listener: nothing is said to whom it listens to.
+    void listenOnly() { listenOnly_ = true; }
+
     // True once a signal came, or nobody reads the output any more.
     [[nodiscard]] bool requested();
 
@@ -27,6 +30,7 @@ private:
     GpsControl& control_;
     HostServices& host_;
     const Output& output_;
+    bool listenOnly_ = false;
     bool stopped_ = false;
 };
 

@@ -191,6 +191,7 @@ TEST_F(OneShotTest, ListensToSentencesWithoutConnecting) {
     EXPECT_EQ(program.line(), sentence);
     program.signal(SIGINT);
     EXPECT_EQ(program.wait(), 130);
+    EXPECT_THAT(device.readArrived(), IsEmpty());
 }
 
 }  // namespace
