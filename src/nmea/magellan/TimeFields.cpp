@@ -7,15 +7,28 @@
 #include "garmin/values/NumberText.h"
 
 namespace marlune {
+namespace {
 
-double readTimeOfDay(std::string_view field) {
-    constexpr std::size_t kSecondsWidth = 5;
-    const std::string_view minutesOn = field.substr(std::min<std::size_t>(2, field.size()));
+std::string_view from(std::string_view field, std::size_t position) {
+    return field.substr(std::min(position, field.size()));
+}
+
+double timeOfDay(std::string_view field, std::string_view secondsText) {
     const double hours = std::trunc(readNumber(field.substr(0, 2)));
-    const double minutes = std::trunc(readNumber(minutesOn.substr(0, 2)));
-    const double seconds =
-        toSingle(readNumber(field.substr(field.size() - std::min(kSecondsWidth, field.size()))));
+    const double minutes = std::trunc(readNumber(from(field, 2).substr(0, 2)));
+    const double seconds = toSingle(readNumber(secondsText));
     return hours / 24 + minutes / 24 / 60 + seconds / 24 / 3600;
+}
+
+}  // namespace
+
+double readTrackTime(std::string_view field) {
+    constexpr std::size_t kSecondsWidth = 5;
+    return timeOfDay(field, from(field, field.size() - std::min(kSecondsWidth, field.size())));
+}
+
+double readFixTime(std::string_view field) {
+    return timeOfDay(field, from(field, 4));
 }
 
 }  // namespace marlune
