@@ -31,7 +31,8 @@ for wrong in "--fault nonsense" "--baud 99" "--unit nonesuch" "--family nonesuch
     [ "$status" = 2 ] || fail "$wrong: status $status"
     [ -s "$folder/err" ] || fail "$wrong: no word of why"
 done
-"$program" --help | grep -q 'Units of the family garmin' || fail "the help names no units"
+"$program" --help >"$folder/out"
+grep -q 'Units of the family garmin' "$folder/out" || fail "the help names no units"
 status=0
 "$program" --link "$folder" >"$folder/out" 2>&1 || status=$?
 [ "$status" = 1 ] || fail "a link that cannot be made: status $status"
