@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -69,14 +70,12 @@ bool isUnmarkedUtf8(const std::string& path) {
     return beyondAscii;
 }
 
-// A new file of a name that nobody else has.
-std::string makeTemporaryFile() {
+// A new folder of a name that nobody else has.
+std::filesystem::path makeTemporaryFolder() {
     std::string name = (std::filesystem::temp_directory_path() / "marlune-XXXXXX").string();
-    const int descriptor = mkstemp(name.data());
-    if (descriptor < 0) {
+    if (mkdtemp(name.data()) == nullptr) {
         throw std::system_error(errno, std::system_category(), name);
     }
-    close(descriptor);
     return name;
 }
 
@@ -92,9 +91,13 @@ UploadFile::UploadFile(const std::string& path, GpxKind kind) : path_(path) {
 }
 
 UploadFile::~UploadFile() {
-    if (temporary_) {
+    removeFolder();
+}
+
+void UploadFile::removeFolder() {
+    if (!folder_.empty()) {
         std::error_code ignored;
-        std::filesystem::remove(path_, ignored);
+        std::filesystem::remove_all(folder_, ignored);
     }
 }
 
@@ -111,15 +114,16 @@ void UploadFile::convert(const std::string& gpxFile, GpxKind kind) {
 }
 
 void UploadFile::write(const std::function<void(std::ostream&)>& writeText) {
-    path_ = makeTemporaryFile();
-    temporary_ = true;
+    folder_ = makeTemporaryFolder();
+    // The user's own name: a unit that is a drive keeps what it is sent under it.
+    const auto file = folder_ / std::filesystem::path(path_).stem();
+    path_ = file.string() + ".txt";
     std::ofstream out(path_, std::ios::binary);
     out << kByteOrderMark;  // with this mark the control takes the file for UTF-8
     writeText(out);
     out.close();
     if (!out) {
-        std::error_code ignored;
-        std::filesystem::remove(path_, ignored);
+        removeFolder();
         throw std::runtime_error(path_ + ": the file cannot be written");
     }
 }

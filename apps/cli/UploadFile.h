@@ -2,6 +2,7 @@
 // user's is a GPX file, or holds UTF-8 without the mark by which the control knows it.
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <iosfwd>
 #include <string>
@@ -25,8 +26,10 @@ private:
     void convert(const std::string& gpxFile, GpxKind kind);
     void write(const std::function<void(std::ostream&)>& writeText);
 
+    void removeFolder();
+
     std::string path_;
-    bool temporary_ = false;
+    std::filesystem::path folder_;  // the temporary file's own; empty when there is none
 };
 
 }  // namespace marlune::cli

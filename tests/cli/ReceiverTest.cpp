@@ -79,6 +79,21 @@ TEST_F(ReceiverTest, GpxTakesTracksAndRoutesFromOneReceiverToAnother) {
     }
 }
 
+TEST_F(ReceiverTest, ADriveKeepsTheNameOfTheFile) {
+    (void)folder.write("GARMIN/GARMIN/Garmindevice.xml",
+                       "<Device><Description>nuvi</Description><Id>1</Id><DataType>"
+                       "<Name>GPSData</Name><File><Location><Path>GARMIN/GPX</Path></Location>"
+                       "<TransferDirection>InputToUnit</TransferDirection></File>"
+                       "</DataType></Device>");
+    (void)folder.write("GARMIN/GARMIN/GPX/kept.gpx", "old");
+    const std::string file = folder.write("home.gpx", "<gpx><wpt lat='1' lon='2'/></gpx>");
+    Program program({"send-waypoints", file, "--mark", "GRM_USB", "--drive",
+                     (folder.path() / "GARMIN").string(), "--decimal", "."});
+    EXPECT_EQ(program.wait(), 0) << program.errors();
+    EXPECT_THAT(GpxReader(GpxKind::waypoints).readText(folder.read("GARMIN/GARMIN/GPX/home.gpx")),
+                testing::ElementsAre("W;;1;2;;0;18;0"));
+}
+
 TEST_F(ReceiverTest, MagellanRoutesComeWithoutTheWaypointsThatTheyNeed) {
     const BuiltIn receiver("magellan");
     EXPECT_THAT(run(receiver, {"routes", "--mark", "MGN"}), StartsWith("R;1;"));
