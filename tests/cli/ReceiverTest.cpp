@@ -81,10 +81,10 @@ TEST_F(ReceiverTest, GpxTakesTracksAndRoutesFromOneReceiverToAnother) {
 
 TEST_F(ReceiverTest, ADriveKeepsTheNameOfTheFile) {
     (void)folder.write("GARMIN/GARMIN/Garmindevice.xml",
-                       "<Device><Description>nuvi</Description><Id>1</Id><DataType>"
+                       "<Device><Description>nuvi</Description><MassStorageMode><DataType>"
                        "<Name>GPSData</Name><File><Location><Path>GARMIN/GPX</Path></Location>"
                        "<TransferDirection>InputToUnit</TransferDirection></File>"
-                       "</DataType></Device>");
+                       "</DataType></MassStorageMode></Device>");
     (void)folder.write("GARMIN/GARMIN/GPX/kept.gpx", "old");
     const std::string file = folder.write("home.gpx", "<gpx><wpt lat='1' lon='2'/></gpx>");
     Program program({"send-waypoints", file, "--mark", "GRM_USB", "--drive",
