@@ -17,7 +17,7 @@ constexpr std::string_view kSeparators = "/\\";
 // The entry of that name in any case; the name itself when the folder has none.
 fs::path entryOf(const fs::path& folder, std::string_view name) {
     std::error_code error;
-    const fs::path exact = folder / filePath(name);
+    fs::path exact = folder / filePath(name);
     if (fs::exists(exact, error)) {
         return exact;
     }

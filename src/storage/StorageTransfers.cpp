@@ -161,6 +161,7 @@ void StorageTransfers::readFile(GpxReader& reader, const fs::path& file,
 bool StorageTransfers::SendWaypts(std::vector<Waypoint> waypoints, const std::string& path) {
     const char separator = services_.host.decimalSeparator();
     std::vector<std::string> lines;
+    lines.reserve(waypoints.size());
     for (Waypoint& waypoint : waypoints) {
         lines.push_back(waypoint.getIdent(separator));
     }

@@ -19,7 +19,6 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 std::string described(const std::string& input, const std::string& output) {
     const auto file = [](const std::string& path, const std::string& direction) {

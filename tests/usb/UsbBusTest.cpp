@@ -36,6 +36,11 @@ struct Way {
     UsbPipes::PacketSizes sizes;
 };
 
+// The name that test reports show.
+void PrintTo(const Way& way, std::ostream* out) {
+    *out << way.name;
+}
+
 class UsbBusTest : public testing::Test {
 protected:
     UsbBusTest() : events_([this](const std::string& text) { told_.push_back(text); }) {

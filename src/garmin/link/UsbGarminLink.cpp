@@ -58,7 +58,7 @@ LinkPacket UsbGarminLink::receive() {
         if (gathered_.empty()) {
             return {};
         }
-        const LinkPacket packet = linkPacket(gathered_.front());
+        LinkPacket packet = linkPacket(gathered_.front());
         gathered_.pop_front();
         return packet;
     }
