@@ -71,6 +71,7 @@ std::string present(ControlState& control) {
 void openSerial(ControlState& control) {
     chooseLine(control);
     if (control.port.isOpen()) {
+        control.port.settle();
         control.port.close();
     }
     if (control.port.open() != 0) {
@@ -131,6 +132,7 @@ bool connectReceiver(ControlState& control) {
     }
     const Service identify = familyOf(control.connection.protocolCode).identify;
     if (identify != nullptr && !identify(control)) {
+        control.port.settle();
         control.port.close();
         control.usb.close();
         control.storage.close();
@@ -148,12 +150,17 @@ void stopTransfert(ControlState& control) {
     stopTransfer(control.services, link, control.connection);
 }
 
-void closeDevice(ControlState& control) {
+namespace {
+
+void endWhatRuns(ControlState& control) {
     if (control.connection.connected && control.connection.transferRunning) {
         stopTransfert(control);
     }
     control.connection.realTimeRunning = false;
     control.connection.connected = false;
+}
+
+void closeHandles(ControlState& control) {
     if (control.port.isOpen()) {
         control.port.close();
         control.trace.traceLine(present(control) + " Port Fermé: " + control.port.name());
@@ -162,8 +169,18 @@ void closeDevice(ControlState& control) {
     control.storage.close();
 }
 
+}  // namespace
+
+// The listener goes on at once on the same line: nothing of its stream may be heard out and lost.
+void closeDevice(ControlState& control) {
+    endWhatRuns(control);
+    closeHandles(control);
+}
+
 void disconnectReceiver(ControlState& control) {
-    closeDevice(control);
+    endWhatRuns(control);
+    control.port.settle();
+    closeHandles(control);
     control.trace.close();
 }
 

@@ -38,6 +38,9 @@ public:
     [[nodiscard]] bool isGone() const { return port_->isGone(); }
     [[nodiscard]] std::int64_t handle() const { return port_->handle(); }
 
+    // Hears the device out; see SerialPort::settle().
+    void settle() { port_->settle(); }
+
     // Discards both queues.
     void ResetComBuffers();
 

@@ -61,6 +61,11 @@ public:
     // Writes everything and returns how many bytes the system took.
     virtual std::size_t write(std::span<const std::uint8_t> bytes) = 0;
 
+    // Hears the device out before a connection ends: reads and drops what arrives until the line
+    // has been quiet for 100 ms either way, 500 ms at most. Otherwise the rest of an answer would
+    // meet whoever opens the port next. Returns early when the host requests a stop.
+    virtual void settle() {}
+
     // Discards what waits to be read, read ahead or not, and what waits to be sent; bytes that
     // write() has returned for are on their way.
     virtual void purge() = 0;

@@ -41,6 +41,7 @@ public:
     std::size_t read(std::span<std::uint8_t> into) override;
     [[nodiscard]] std::size_t available() const override { return ahead_.size(); }
     std::size_t write(std::span<const std::uint8_t> bytes) override;
+    void settle() override;
     void purge() override;
 
 private:
@@ -56,9 +57,10 @@ private:
     Host& host_;
     ReadAhead ahead_;
     int descriptor_ = -1;
-    std::int64_t handle_ = -1;  // outlives the descriptor when a setting was refused
-    bool gone_ = true;          // nothing can arrive any more
-    bool hungUp_ = false;       // poll() said so; what has arrived is still read
+    std::int64_t handle_ = -1;           // outlives the descriptor when a setting was refused
+    bool gone_ = true;                   // nothing can arrive any more
+    bool hungUp_ = false;                // poll() said so; what has arrived is still read
+    steady_clock::time_point lastMove_;  // of bytes in either direction; long ago at first
 };
 
 // Opens the device without waiting for it, or for its carrier. Returns the descriptor, never 0,
@@ -111,6 +113,7 @@ std::int32_t SystemSerialPort::open(const std::string& device, const std::string
         return refused;
     }
     gone_ = false;
+    lastMove_ = {};
     return 0;
 }
 
@@ -181,6 +184,7 @@ std::size_t SystemSerialPort::write(std::span<const std::uint8_t> bytes) {
 // A read or write of 0 bytes and every error but "not now" mean that the device was pulled out.
 SystemSerialPort::Outcome SystemSerialPort::outcomeOf(ssize_t moved) {
     if (moved > 0) {
+        lastMove_ = steady_clock::now();
         return Outcome::moved;
     }
     const bool notNow = moved < 0 && (errno == EAGAIN || errno == EINTR);
@@ -203,12 +207,29 @@ bool SystemSerialPort::waitFor(short events, milliseconds longest) {
     return true;
 }
 
+void SystemSerialPort::settle() {
+    constexpr milliseconds kQuiet(100);
+    constexpr milliseconds kLongest(500);
+    const auto end = steady_clock::now() + kLongest;
+    for (auto now = steady_clock::now(); !gone_; now = steady_clock::now()) {
+        const auto left = std::min(lastMove_ + kQuiet, end) - now;
+        if (left <= left.zero()) {
+            return;
+        }
+        if (readAhead() == Outcome::nothingYet &&
+            !waitFor(POLLIN, std::chrono::ceil<milliseconds>(left))) {
+            return;
+        }
+        ahead_.clear();
+    }
+}
+
 void SystemSerialPort::purge() {
     ahead_.clear();
     if (descriptor_ >= 0) {
-        // Input only. A write counts as done when it returns, so nothing of it may be lost: a pseudo
-        // terminal would drop what its other end has not read yet, the last acknowledgement of a
-        // transfer for one.
+        // Input only. A write counts as done when it returns, so nothing of it may be lost: a
+        // pseudo terminal would drop what its other end has not read yet, the last acknowledgement
+        // of a transfer for one.
         (void)::tcflush(descriptor_, TCIFLUSH);
     }
 }

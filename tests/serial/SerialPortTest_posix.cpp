@@ -186,6 +186,23 @@ TEST_F(SystemSerialPortTest, PurgeKeepsWhatWasWritten) {
     EXPECT_EQ(pty_.read(2), (Bytes{1, 2}));
 }
 
+TEST_F(SystemSerialPortTest, SettlingHearsTheDeviceOut) {
+    ASSERT_EQ(open(), 0);
+    deliver({1});
+    port_->settle();
+    EXPECT_EQ(waiting(), 1) << "nothing was asked on this connection";
+
+    EXPECT_EQ(port_->write(Bytes{2}), 1U);
+    int waits = 0;
+    host_.onStopRequested = [&] {
+        EXPECT_EQ(waiting(), 0);
+        deliver({3});
+        return ++waits == 2;
+    };
+    port_->settle();
+    EXPECT_EQ(waits, 2);
+}
+
 TEST_F(SystemSerialPortTest, UnpluggingDuringAReadEndsItAndEveryLaterOne) {
     ASSERT_EQ(open(), 0);
     host_.onStopRequested = [&] {

@@ -70,6 +70,7 @@ public:
     std::vector<Opening> openings;
     int closings = 0;
     int purges = 0;
+    int settlings = 0;
     Bytes written;  // everything the control wrote
 
     [[nodiscard]] std::size_t turnsLeft() const { return turns_.size(); }
@@ -85,6 +86,7 @@ public:
     std::size_t read(std::span<std::uint8_t> into) override;
     std::size_t write(std::span<const std::uint8_t> bytes) override;
     // Discards what has arrived by now, not what is still on its way.
+    void settle() override { ++settlings; }
     void purge() override;
 
 private:
