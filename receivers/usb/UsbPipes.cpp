@@ -19,6 +19,11 @@ int UsbPipes::submit(Request request, double now) {
         finish(std::move(request), -EPIPE);
         return 0;
     }
+    if (faults.babble == endpoint) {
+        faults.babble.reset();
+        finish(std::move(request), -EOVERFLOW);
+        return 0;
+    }
     switch (endpoint) {
         case kBulkOut:
             if (faults.refuseWrites) {

@@ -40,8 +40,9 @@ public:
 
     // What goes wrong on the cable, on order.
     struct Faults {
-        bool refuseWrites = false;          // the device takes no packet: writes wait for ever
-        std::optional<std::uint8_t> stall;  // the next request on this endpoint stalls
+        bool refuseWrites = false;           // the device takes no packet: writes wait for ever
+        std::optional<std::uint8_t> stall;   // the next request on this endpoint stalls
+        std::optional<std::uint8_t> babble;  // the next one is overrun by the device
         // The messages of the device that come only once the host gave up a read: "late" answers.
         int lateMessages = 0;
     };

@@ -173,18 +173,22 @@ TEST_F(UsbDeviceTest, AWriteThatIsNotTakenTimesOut) {
     EXPECT_EQ(device_->writeBlock(bytes(12)), 12);
 }
 
-TEST_F(UsbDeviceTest, AStalledPipeGoesOnAfterItsFault) {
+TEST_F(UsbDeviceTest, AStalledOrOverrunPipeGoesOnAfterItsFault) {
     plugInAndOpen();
-    for (const std::uint8_t endpoint : {UsbPipes::kInterruptIn, UsbPipes::kBulkIn}) {
-        ask({{UsbPipe::interruptIn, bytes(5)}, {UsbPipe::bulkIn, bytes(6)}});
-        bus_->fail([&](UsbPipes::Faults& faults) { faults.stall = endpoint; });
-        Bytes block(64);
-        const bool interrupt = endpoint == UsbPipes::kInterruptIn;
-        EXPECT_EQ(interrupt ? device_->readInterruptBlock(block, 1000)
-                            : device_->readBulkBlock(block, 1000),
-                  interrupt ? -1 : 0);
-        EXPECT_EQ(readInterrupt(), bytes(5));
-        EXPECT_EQ(readBulk(), bytes(6));
+    for (const bool stall : {true, false}) {
+        for (const std::uint8_t endpoint : {UsbPipes::kInterruptIn, UsbPipes::kBulkIn}) {
+            ask({{UsbPipe::interruptIn, bytes(5)}, {UsbPipe::bulkIn, bytes(6)}});
+            bus_->fail([&](UsbPipes::Faults& faults) {
+                (stall ? faults.stall : faults.babble) = endpoint;
+            });
+            Bytes block(64);
+            const bool interrupt = endpoint == UsbPipes::kInterruptIn;
+            EXPECT_EQ(interrupt ? device_->readInterruptBlock(block, 1000)
+                                : device_->readBulkBlock(block, 1000),
+                      interrupt ? -1 : 0);
+            EXPECT_EQ(readInterrupt(), bytes(5));
+            EXPECT_EQ(readBulk(), bytes(6));
+        }
     }
     bus_->fail([](UsbPipes::Faults& faults) { faults.stall = UsbPipes::kBulkOut; });
     EXPECT_EQ(device_->writeBlock(bytes(5)), 0);
