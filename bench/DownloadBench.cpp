@@ -14,9 +14,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <functional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Allocations.h"
@@ -156,11 +156,26 @@ Cost costOf(Side& side) {
     return {seconds.count(), hostUsed, side.device().processorSeconds() - device};
 }
 
-double median(const std::vector<Cost>& costs, const std::function<double(const Cost&)>& of) {
-    std::vector<double> values;
-    std::transform(costs.begin(), costs.end(), std::back_inserter(values), of);
+using Part = double (*)(const Cost&);
+
+double median(std::vector<double> values) {
     std::sort(values.begin(), values.end());
     return values[values.size() / 2];
+}
+
+double median(const std::vector<Cost>& costs, Part part) {
+    std::vector<double> values;
+    std::transform(costs.begin(), costs.end(), std::back_inserter(values), part);
+    return median(std::move(values));
+}
+
+// Of neighbouring runs, which met the same machine.
+double medianRatio(const std::vector<Cost>& control, const std::vector<Cost>& bare, Part part) {
+    std::vector<double> ratios;
+    for (std::size_t i = 0; i < control.size(); ++i) {
+        ratios.push_back(part(control[i]) / part(bare[i]));
+    }
+    return median(std::move(ratios));
 }
 
 void report(const char* name, const std::vector<Cost>& costs, std::uint32_t records) {
@@ -172,11 +187,6 @@ void report(const char* name, const std::vector<Cost>& costs, std::uint32_t reco
                 micro * median(costs, [](const Cost& cost) { return cost.seconds; }), micro * best,
                 micro * median(costs, [](const Cost& cost) { return cost.host; }),
                 micro * median(costs, [](const Cost& cost) { return cost.device; }));
-}
-
-double ratio(const std::vector<Cost>& control, const std::vector<Cost>& bare,
-             const std::function<double(const Cost&)>& of) {
-    return median(control, of) / median(bare, of);
 }
 
 void compare(const std::string& type, std::uint32_t records, int repetitions) {
@@ -196,10 +206,10 @@ void compare(const std::string& type, std::uint32_t records, int repetitions) {
     std::printf("  %-8s %9s %9s %9s %9s\n", "", "median", "best", "host cpu", "dev. cpu");
     report("control", controlCosts, records);
     report("bare", bareCosts, records);
-    std::printf(
-        "  control / bare: time %.3f, processor time of both ends %.3f\n",
-        ratio(controlCosts, bareCosts, [](const Cost& cost) { return cost.seconds; }),
-        ratio(controlCosts, bareCosts, [](const Cost& cost) { return cost.host + cost.device; }));
+    std::printf("  control / bare: time %.3f, processor time of both ends %.3f\n",
+                medianRatio(controlCosts, bareCosts, [](const Cost& cost) { return cost.seconds; }),
+                medianRatio(controlCosts, bareCosts,
+                            [](const Cost& cost) { return cost.host + cost.device; }));
     std::printf("  allocations per record %.2f, peak memory of the process %.1f MB\n\n",
                 control.allocationsPerRecord(), peakMegabytes);
     std::fflush(stdout);
