@@ -6,6 +6,7 @@
 #include <memory>
 #include <span>
 #include <utility>
+#include <vector>
 
 #include "FuzzPort.h"
 #include "garmin/link/GpsPacket.h"
@@ -56,7 +57,8 @@ public:
         device_->sayAll();
     }
 
-    [[nodiscard]] bool somethingWaits() const { return lease_.available() > 0; }
+    [[nodiscard]] bool somethingWaits() const { return device_->left() > 0; }
+    void readByteByByte() { device_->tellsAhead = false; }
     SerialGarminLink& link() { return link_; }
 
 private:
@@ -82,13 +84,22 @@ private:
     SerialGarminLink link_{services_, lease_};
 };
 
-void readFrames(Data bytes) {
-    Reader reader(bytes);
+std::vector<std::vector<std::uint8_t>> framesOf(Reader& reader) {
+    std::vector<std::vector<std::uint8_t>> frames;
     while (reader.somethingWaits()) {
-        const auto frame = reader.link().grmReadPacket(1);
-        require(!frame.empty() && frame.size() <= 9 + 2 * 255);
-        parse(frame);
+        frames.push_back(reader.link().grmReadPacket(1));
+        require(!frames.back().empty() && frames.back().size() <= 9 + 2 * 255);
+        parse(frames.back());
     }
+    return frames;
+}
+
+// What was read ahead is taken in one piece, and that makes no difference.
+void readFrames(Data bytes) {
+    Reader inPieces(bytes);
+    Reader byteByByte(bytes);
+    byteByByte.readByteByByte();
+    require(framesOf(inPieces) == framesOf(byteByByte));
 }
 
 void readTimedFrames(Data bytes) {

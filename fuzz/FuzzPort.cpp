@@ -51,7 +51,7 @@ std::size_t FuzzPort::read(std::span<std::uint8_t> into) {
     if (isGone()) {
         return 0;
     }
-    const std::size_t count = std::min(into.size(), available());
+    const std::size_t count = std::min(into.size(), left());
     std::copy_n(said_.begin() + static_cast<std::ptrdiff_t>(taken_), count, into.begin());
     taken_ += count;
     if (count < into.size()) {
@@ -83,7 +83,7 @@ void FuzzPort::purge() {
 }
 
 void FuzzPort::sayNext() {
-    if (!waiting()) {
+    if (left() == 0) {
         purge();
     }
     while (!input_.empty() && !unplugged_ && sayPiece(input_.byte())) {

@@ -37,6 +37,11 @@ public:
     // Both must outlive the port.
     FuzzPort(FakeHost& host, FuzzInput& input) : host_(host), input_(input) {}
 
+    // Whether the port tells what it has read ahead.
+    bool tellsAhead = true;
+
+    // What the device has said and nobody has read.
+    [[nodiscard]] std::size_t left() const { return said_.size() - taken_; }
     // The user has patience again.
     void beginService();
     // All that is left of the input arrives now.
@@ -46,14 +51,15 @@ public:
                       QueueSizes queues) override;
     void close() override { handle_ = -1; }
     [[nodiscard]] std::int64_t handle() const override { return handle_; }
-    [[nodiscard]] bool isGone() const override { return handle_ < 1 || (unplugged_ && !waiting()); }
+    [[nodiscard]] bool isGone() const override {
+        return handle_ < 1 || (unplugged_ && left() == 0);
+    }
     std::size_t read(std::span<std::uint8_t> into) override;
-    [[nodiscard]] std::size_t available() const override { return said_.size() - taken_; }
+    [[nodiscard]] std::size_t available() const override { return tellsAhead ? left() : 0; }
     std::size_t write(std::span<const std::uint8_t> bytes) override;
     void purge() override;
 
 private:
-    [[nodiscard]] bool waiting() const { return taken_ < said_.size(); }
     void sayNext();
     bool sayPiece(std::uint8_t kind);
     void sayFrame();

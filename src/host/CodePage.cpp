@@ -1,5 +1,6 @@
 #include "host/CodePage.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -79,6 +80,10 @@ Decoded decodeUtf8(std::string_view text, std::size_t at) {
 }  // namespace
 
 std::string fromAnsi(std::string_view ansi) {
+    // Most texts are plain: they stay as they are.
+    if (std::all_of(ansi.begin(), ansi.end(), [](char c) { return (c & 0x80) == 0; })) {
+        return std::string(ansi);
+    }
     std::string out;
     out.reserve(ansi.size());
     for (const char c : ansi) {
@@ -88,12 +93,7 @@ std::string fromAnsi(std::string_view ansi) {
 }
 
 std::string fromAnsi(std::span<const std::uint8_t> ansi) {
-    std::string out;
-    out.reserve(ansi.size());
-    for (const std::uint8_t byte : ansi) {
-        appendUtf8(out, fromByte(byte));
-    }
-    return out;
+    return fromAnsi(std::string_view(reinterpret_cast<const char*>(ansi.data()), ansi.size()));
 }
 
 std::string toAnsi(std::string_view utf8) {

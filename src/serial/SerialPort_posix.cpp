@@ -60,6 +60,7 @@ private:
     std::int64_t handle_ = -1;           // outlives the descriptor when a setting was refused
     bool gone_ = true;                   // nothing can arrive any more
     bool hungUp_ = false;                // poll() said so; what has arrived is still read
+    bool drained_ = false;               // the last read took all there was: poll() before the next
     steady_clock::time_point lastMove_;  // of bytes in either direction; long ago at first
 };
 
@@ -114,6 +115,7 @@ std::int32_t SystemSerialPort::open(const std::string& device, const std::string
     }
     gone_ = false;
     lastMove_ = {};
+    drained_ = false;
     return 0;
 }
 
@@ -145,7 +147,8 @@ std::size_t SystemSerialPort::readWaiting(std::span<std::uint8_t> into, std::siz
         deadline.arrived(steady_clock::now());
     }
     while (count < into.size() && !gone_) {
-        const Outcome outcome = readAhead();
+        const bool useless = drained_ && !host_.stopRequested();
+        const Outcome outcome = useless ? Outcome::nothingYet : readAhead();
         if (outcome == Outcome::moved) {
             deadline.arrived(steady_clock::now());
             count += ahead_.take(into.subspan(count));
@@ -164,6 +167,7 @@ SystemSerialPort::Outcome SystemSerialPort::readAhead() {
     if (outcome == Outcome::moved) {
         ahead_.filled(static_cast<std::size_t>(moved));
     }
+    drained_ = ahead_.size() < space.size();
     return outcome;
 }
 
@@ -203,6 +207,7 @@ bool SystemSerialPort::waitFor(short events, milliseconds longest) {
     pollfd wait{descriptor_, events, 0};
     if (::poll(&wait, 1, static_cast<int>(std::min(longest, kSlice).count())) > 0) {
         hungUp_ = (wait.revents & (POLLERR | POLLHUP | POLLNVAL)) != 0;
+        drained_ = false;
     }
     return true;
 }

@@ -27,6 +27,7 @@ public:
         log_.push_back(wireText(bytes));
         return port_->write(bytes);
     }
+    void settle() override { port_->settle(); }
     void purge() override { port_->purge(); }
 
 private:

@@ -1,5 +1,6 @@
 #include "garmin/link/SerialGarminLink.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <string>
@@ -46,6 +47,19 @@ private:
     bool pending_ = false;
     bool dleSeen_ = false;
 };
+
+// Takes the first bytes behind the size byte, as far as they are here already, in one piece. None
+// of as many as the size tells can end the frame.
+void takeWaiting(PortLease& port, std::vector<std::uint8_t>& frame, FrameEnd& end) {
+    const std::size_t header = frame.size();
+    const std::size_t count = std::min<std::size_t>(frame.back(), port.available());
+    frame.resize(header + count);
+    const std::span<std::uint8_t> body = std::span(frame).subspan(header);
+    port.readArrived(body);
+    for (const std::uint8_t byte : body) {
+        end.take(byte);
+    }
+}
 
 // The same for the timed read, which counts positions in the whole frame.
 class TimedFrameEnd {
@@ -122,6 +136,7 @@ std::vector<std::uint8_t> SerialGarminLink::grmReadPacket(double /*timeout*/) {
     frame.reserve(longest);
     frame = {first, id, size};
     FrameEnd end(size);
+    takeWaiting(port_, frame, end);
     for (;;) {
         const std::uint8_t byte = port_.readByte();
         if (frame.size() < longest) {
