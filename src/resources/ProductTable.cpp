@@ -68,7 +68,9 @@ constexpr ProductRow kRows[] = {
 
 }  // namespace
 
-std::span<const ProductRow> productRows() { return kRows; }
+std::span<const ProductRow> productRows() {
+    return kRows;
+}
 
 std::optional<std::string_view> productRow(int number) {
     const auto* const row =
