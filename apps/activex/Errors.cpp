@@ -10,6 +10,25 @@ namespace marlune::activex {
 
 using Microsoft::WRL::ComPtr;
 
+namespace {
+
+std::string textOf(HRESULT code) {
+    switch (code) {
+        case DISP_E_TYPEMISMATCH:
+            return "Incompatibilité de type";
+        case DISP_E_OVERFLOW:
+            return "Dépassement de capacité";
+        case DISP_E_BADPARAMCOUNT:
+            return "Nombre d'arguments incorrect";
+        case DISP_E_MEMBERNOTFOUND:
+            return "Propriété ou méthode non gérée par cet objet";
+        default:
+            return systemErrorText(code);
+    }
+}
+
+}  // namespace
+
 HRESULT refuse(HRESULT code, std::string_view text) {
     ComPtr<ICreateErrorInfo> description;
     ComPtr<IErrorInfo> error;
@@ -24,7 +43,7 @@ HRESULT refuse(HRESULT code, std::string_view text) {
 }
 
 HRESULT refuse(HRESULT code) {
-    return refuse(code, systemErrorText(code));
+    return refuse(code, textOf(code));
 }
 
 }  // namespace marlune::activex

@@ -11,7 +11,7 @@ namespace marlune::activex {
 // returns the code.
 HRESULT refuse(HRESULT code, std::string_view text);
 
-// The same with the system's own text for the code.
+// The same with the text that users know for the code, in French, or the system's own.
 HRESULT refuse(HRESULT code);
 
 }  // namespace marlune::activex

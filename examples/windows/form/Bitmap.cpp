@@ -45,10 +45,17 @@ void Bitmap::drawWindow(HWND window) {
 }
 
 void Bitmap::drawTree(HWND window, POINT corner) {
-    SetViewportOrgEx(context_, corner.x, corner.y, nullptr);
-    const auto context = reinterpret_cast<WPARAM>(context_);
+    RECT client{};
+    GetClientRect(window, &client);
+    // Each window in a picture of its own: some reckon their clipping from its corner.
+    Bitmap picture(client.right, client.bottom);
+    const auto context = reinterpret_cast<WPARAM>(picture.context_);
+    BitBlt(picture.context_, 0, 0, client.right, client.bottom, context_, corner.x, corner.y,
+           SRCCOPY);
     SendMessageW(window, WM_ERASEBKGND, context, 0);
     SendMessageW(window, WM_PRINTCLIENT, context, PRF_CLIENT | PRF_ERASEBKGND);
+    BitBlt(context_, corner.x, corner.y, client.right, client.bottom, picture.context_, 0, 0,
+           SRCCOPY);
     for (HWND child = GetWindow(window, GW_CHILD); child != nullptr;
          child = GetWindow(child, GW_HWNDNEXT)) {
         if ((GetWindowLongW(child, GWL_STYLE) & WS_VISIBLE) != 0) {
@@ -57,7 +64,6 @@ void Bitmap::drawTree(HWND window, POINT corner) {
             drawTree(child, {corner.x + at.x, corner.y + at.y});
         }
     }
-    SetViewportOrgEx(context_, 0, 0, nullptr);
 }
 
 bool Bitmap::save(const std::wstring& path) const {

@@ -20,6 +20,14 @@ std::wstring textOf(VARIANT& value) {
 
 }  // namespace
 
+std::vector<std::wstring> parameterTexts(const DISPPARAMS& parameters) {
+    std::vector<std::wstring> texts;
+    for (UINT i = parameters.cArgs; i > 0; --i) {
+        texts.push_back(textOf(parameters.rgvarg[i - 1]));
+    }
+    return texts;
+}
+
 HRESULT EventSink::describe(IUnknown* source) {
     ComPtr<IProvideClassInfo2> description;
     HRESULT found = source->QueryInterface(IID_PPV_ARGS(&description));
@@ -89,10 +97,6 @@ HRESULT EventSink::Invoke(DISPID id, REFIID /*reserved*/, LCID /*locale*/, WORD 
     }
     const std::wstring event(name, SysStringLen(name));
     SysFreeString(name);
-    std::vector<std::wstring> values;
-    for (UINT i = parameters->cArgs; i > 0; --i) {  // parameters stand in reverse
-        values.push_back(textOf(parameters->rgvarg[i - 1]));
-    }
-    handler_(event, values);
+    handler_(event, *parameters);
     return S_OK;
 }

@@ -8,12 +8,16 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
+
+// An event's parameters as texts, in declared order.
+std::vector<std::wstring> parameterTexts(const DISPPARAMS& parameters);
 
 class EventSink : public IDispatch {
 public:
-    // An event: its name, and its parameters as texts in declared order.
-    using Handler = std::function<void(const std::wstring&, const std::vector<std::wstring>&)>;
+    // An event: its name, and its parameters as they came, in reverse.
+    using Handler = std::function<void(const std::wstring&, DISPPARAMS&)>;
 
     // The sink belongs to its maker and must outlive the connection.
     explicit EventSink(Handler handler) : handler_(std::move(handler)) {}

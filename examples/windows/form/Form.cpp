@@ -42,9 +42,7 @@ bool Form::create() {
     createItems();
     site_ = std::make_unique<ControlSite>(window_, kControl);
     sink_ = std::make_unique<EventSink>(
-        [this](const std::wstring& name, const std::vector<std::wstring>& values) {
-            onEvent(name, values);
-        });
+        [this](const std::wstring& name, DISPPARAMS& parameters) { onEvent(name, parameters); });
     return SUCCEEDED(site_->create(__uuidof(GpsControl))) &&
            SUCCEEDED(site_->control()->QueryInterface(IID_PPV_ARGS(&gps_))) &&
            SUCCEEDED(sink_->connect(gps_.Get()));
@@ -104,9 +102,9 @@ void Form::disconnect() {
     SetDlgItemTextW(window_, kStatus, L"");
 }
 
-void Form::onEvent(const std::wstring& name, const std::vector<std::wstring>& values) {
+void Form::onEvent(const std::wstring& name, DISPPARAMS& parameters) {
     std::wstring line = name;
-    for (const std::wstring& value : values) {
+    for (const std::wstring& value : parameterTexts(parameters)) {
         line += L"   " + value;
     }
     const auto at = SendDlgItemMessageW(window_, kList, LB_ADDSTRING, 0,

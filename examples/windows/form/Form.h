@@ -8,7 +8,6 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "ControlSite.h"
 #include "EventSink.h"
@@ -38,7 +37,7 @@ private:
     void createItems();
     HWND addItem(const wchar_t* kind, const wchar_t* text, DWORD style, RECT place, int id);
     void onCommand(int id);
-    void onEvent(const std::wstring& name, const std::vector<std::wstring>& values);
+    void onEvent(const std::wstring& name, DISPPARAMS& parameters);
     void showIdentity();
 
     HWND window_ = nullptr;

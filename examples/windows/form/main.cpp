@@ -36,6 +36,7 @@ Options parse() {
 }
 
 int takeScreenshot(Form& form, const std::wstring& path) {
+    ShowWindow(form.window(), SW_SHOWNA);
     if (!form.connect()) {
         return 1;
     }
