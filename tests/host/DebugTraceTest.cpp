@@ -25,7 +25,7 @@ protected:
     }
     void TearDown() override { fs::remove_all(folder_); }
 
-    std::string written() const {
+    [[nodiscard]] std::string written() const {
         std::ifstream file(folder_ / "Palimor/OcxDebug.txt", std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }
