@@ -27,20 +27,45 @@ struct SerialConnection {
     SerialGarminLink link;
 };
 
-GarminDownloads garminDownloads(ControlState& control, GarminLink& link) {
+// What runs the services of a Garmin unit.
+template <class Procedures>
+Procedures garminProcedures(ControlState& control, GarminLink& link);
+template <>
+GarminDownloads garminProcedures(ControlState& control, GarminLink& link) {
+    return {control.services, link, control.connection, control.garmin};
+}
+template <>
+GarminUploads garminProcedures(ControlState& control, GarminLink& link) {
+    return {control.services, link, control.garmin};
+}
+template <>
+GarminRealTime garminProcedures(ControlState& control, GarminLink& link) {
+    return {control.services, link, control.connection};
+}
+template <>
+GarminIdentification garminProcedures(ControlState& control, GarminLink& link) {
     return {control.services, link, control.connection, control.garmin};
 }
 
-GarminUploads garminUploads(ControlState& control, GarminLink& link) {
-    return {control.services, link, control.garmin};
+template <class Procedures, class Result>
+Result runGarmin(ControlState& control, GarminLink& link, Result (Procedures::*service)()) {
+    return (garminProcedures<Procedures>(control, link).*service)();
 }
 
-GarminRealTime garminRealTime(ControlState& control, GarminLink& link) {
-    return {control.services, link, control.connection};
+template <auto service>
+auto onSerial(ControlState& control) {
+    SerialConnection serial(control);
+    return runGarmin(control, serial.link, service);
 }
 
 std::string garminProtocols(ControlState& control) {
     return control.garmin.capabilities().getProtocoles();
+}
+
+// Other codes with the letters "GRM" take the same transfers, but identify nothing and tell nothing
+// of what an earlier unit announced.
+bool isPlainGarmin(const ControlState& control) {
+    return control.connection.protocolCode == "GRM";
 }
 
 const Family kGarminSerial = {
@@ -48,66 +73,23 @@ const Family kGarminSerial = {
         [](const std::string& code) { return contains(code, "GRM") && !contains(code, "GRM_USB"); },
     .identify =
         [](ControlState& control) {
-            // Other codes with these letters take the same transfers but identify nothing.
-            if (control.connection.protocolCode != "GRM") {
-                return true;
-            }
-            SerialConnection serial(control);
-            return GarminIdentification(control.services, serial.link, control.connection,
-                                        control.garmin)
-                .grmGetAttributes();
+            return !isPlainGarmin(control) ||
+                   onSerial<&GarminIdentification::grmGetAttributes>(control);
         },
-    .protocols = garminProtocols,
-    .getWaypts =
+    .protocols =
         [](ControlState& control) {
-            SerialConnection serial(control);
-            return garminDownloads(control, serial.link).getWaypts();
+            return isPlainGarmin(control) ? garminProtocols(control) : std::string();
         },
-    .getTracks =
-        [](ControlState& control) {
-            SerialConnection serial(control);
-            return garminDownloads(control, serial.link).getTracks();
-        },
-    .GetRoutes =
-        [](ControlState& control) {
-            SerialConnection serial(control);
-            return garminDownloads(control, serial.link).GetRoutes();
-        },
-    .getProximites =
-        [](ControlState& control) {
-            SerialConnection serial(control);
-            return garminDownloads(control, serial.link).getProximites();
-        },
-    .SendWaypts =
-        [](ControlState& control) {
-            SerialConnection serial(control);
-            return garminUploads(control, serial.link).SendWaypts();
-        },
-    .SendRoutes =
-        [](ControlState& control) {
-            SerialConnection serial(control);
-            return garminUploads(control, serial.link).SendRoutes();
-        },
-    .SendTraces =
-        [](ControlState& control) {
-            SerialConnection serial(control);
-            return garminUploads(control, serial.link).SendTraces();
-        },
-    .StartPvtData =
-        [](ControlState& control) {
-            SerialConnection serial(control);
-            return garminRealTime(control, serial.link).StartPvtData();
-        },
-    .GetTime =
-        [](ControlState& control) {
-            SerialConnection serial(control);
-            return garminRealTime(control, serial.link).GetTime();
-        },
-    .getPosition =
-        [](ControlState& control) {
-            SerialConnection serial(control);
-            return garminRealTime(control, serial.link).getPosition();
-        },
+    .getWaypts = onSerial<&GarminDownloads::getWaypts>,
+    .getTracks = onSerial<&GarminDownloads::getTracks>,
+    .GetRoutes = onSerial<&GarminDownloads::GetRoutes>,
+    .getProximites = onSerial<&GarminDownloads::getProximites>,
+    .SendWaypts = onSerial<&GarminUploads::SendWaypts>,
+    .SendRoutes = onSerial<&GarminUploads::SendRoutes>,
+    .SendTraces = onSerial<&GarminUploads::SendTraces>,
+    .StartPvtData = onSerial<&GarminRealTime::StartPvtData>,
+    .GetTime = onSerial<&GarminRealTime::GetTime>,
+    .getPosition = onSerial<&GarminRealTime::getPosition>,
 };
 
 // A Garmin link on the USB device, for the time of one service; every service has a session of its
@@ -134,63 +116,38 @@ struct UsbConnection {
     UsbGarminLink link;
 };
 
+template <auto service>
+bool onUsb(ControlState& control) {
+    UsbConnection usb(control);
+    return usb.inSession() && runGarmin(control, usb.link, service);
+}
+
 const Family kGarminUsb = {
     .matches = [](const std::string& code) { return code == "GRM_USB"; },
     .identify =
         [](ControlState& control) {
-            UsbConnection usb(control);
             control.connection.connected = false;
-            return usb.inSession() && GarminIdentification(control.services, usb.link,
-                                                           control.connection, control.garmin)
-                                          .grmGetAttributesGathered();
+            return onUsb<&GarminIdentification::grmGetAttributesGathered>(control);
         },
     .protocols = garminProtocols,
-    .getWaypts =
-        [](ControlState& control) {
-            UsbConnection usb(control);
-            return usb.inSession() && garminDownloads(control, usb.link).getWaypts();
-        },
-    .getTracks =
-        [](ControlState& control) {
-            UsbConnection usb(control);
-            return usb.inSession() && garminDownloads(control, usb.link).getTracks();
-        },
-    .GetRoutes =
-        [](ControlState& control) {
-            UsbConnection usb(control);
-            return usb.inSession() && garminDownloads(control, usb.link).GetRoutes();
-        },
-    .SendWaypts =
-        [](ControlState& control) {
-            UsbConnection usb(control);
-            return usb.inSession() && garminUploads(control, usb.link).SendWaypts();
-        },
-    .SendRoutes =
-        [](ControlState& control) {
-            UsbConnection usb(control);
-            return usb.inSession() && garminUploads(control, usb.link).SendRoutes();
-        },
-    .SendTraces =
-        [](ControlState& control) {
-            UsbConnection usb(control);
-            return usb.inSession() && garminUploads(control, usb.link).SendTraces();
-        },
-    .StartPvtData =
-        [](ControlState& control) {
-            UsbConnection usb(control);
-            return usb.inSession() && garminRealTime(control, usb.link).StartPvtData();
-        },
+    .getWaypts = onUsb<&GarminDownloads::getWaypts>,
+    .getTracks = onUsb<&GarminDownloads::getTracks>,
+    .GetRoutes = onUsb<&GarminDownloads::GetRoutes>,
+    .SendWaypts = onUsb<&GarminUploads::SendWaypts>,
+    .SendRoutes = onUsb<&GarminUploads::SendRoutes>,
+    .SendTraces = onUsb<&GarminUploads::SendTraces>,
+    .StartPvtData = onUsb<&GarminRealTime::StartPvtData>,
     .GetTime =
         [](ControlState& control) {
             UsbConnection usb(control, UsbGarminLink::Answer::oneBlock);
-            return usb.inSession() ? garminRealTime(control, usb.link).GetTime() : 0.0;
+            return usb.inSession() ? runGarmin(control, usb.link, &GarminRealTime::GetTime) : 0.0;
         },
     .getPosition =
         [](ControlState& control) {
             // Here alone the device is opened anew first.
             UsbConnection usb(control, UsbGarminLink::Answer::eitherPipe, "Get Position ");
             return usb.inSession(usb.lease.reopen())
-                       ? garminRealTime(control, usb.link).getPosition()
+                       ? runGarmin(control, usb.link, &GarminRealTime::getPosition)
                        : std::string();
         },
 };
@@ -234,23 +191,19 @@ struct MagellanConnection {
     Magellan magellan;
 };
 
-bool identifyMagellan(ControlState& control) {
-    return MagellanConnection(control).magellan.mgnVersion();
+template <bool (Magellan::*service)()>
+bool onMagellan(ControlState& control) {
+    return (MagellanConnection(control).magellan.*service)();
 }
 
 const Family kMagellan = {
     .matches = [](const std::string& code) { return code == "MGN"; },
-    .identify = identifyMagellan,
-    .refreshIdent = identifyMagellan,
+    .identify = onMagellan<&Magellan::mgnVersion>,
+    .refreshIdent = onMagellan<&Magellan::mgnVersion>,
     .protocols = [](ControlState&) { return std::string("Protocole NMEA propriétaire MAGELLAN"); },
-    .getWaypts =
-        [](ControlState& control) {
-            return MagellanConnection(control).magellan.mgnGetWaypoints();
-        },
-    .getTracks =
-        [](ControlState& control) { return MagellanConnection(control).magellan.mgnGetTracks(); },
-    .GetRoutes =
-        [](ControlState& control) { return MagellanConnection(control).magellan.mgnGetRoutes(); },
+    .getWaypts = onMagellan<&Magellan::mgnGetWaypoints>,
+    .getTracks = onMagellan<&Magellan::mgnGetTracks>,
+    .GetRoutes = onMagellan<&Magellan::mgnGetRoutes>,
     .SendWaypts =
         [](ControlState& control) {
             MagellanConnection(control).magellan.mgnSendWaypoints(control.garmin.waypoints);
@@ -283,18 +236,19 @@ struct MlrConnection {
     Mlr mlr;
 };
 
-bool identifyMlr(ControlState& control) {
-    return MlrConnection(control).mlr.mlrIdent();
+template <bool (Mlr::*service)()>
+bool onMlr(ControlState& control) {
+    return (MlrConnection(control).mlr.*service)();
 }
 
 const Family kMlr = {
     .matches = [](const std::string& code) { return code == "MLR"; },
-    .identify = identifyMlr,
-    .refreshIdent = identifyMlr,
+    .identify = onMlr<&Mlr::mlrIdent>,
+    .refreshIdent = onMlr<&Mlr::mlrIdent>,
     .protocols = [](ControlState&) { return std::string("Protocole NMEA propriétaire MLR"); },
-    .getWaypts = [](ControlState& control) { return MlrConnection(control).mlr.mlrGetWaypoints(); },
-    .getTracks = [](ControlState& control) { return MlrConnection(control).mlr.mlrGetTracks(); },
-    .GetRoutes = [](ControlState& control) { return MlrConnection(control).mlr.mlrGetRoutes(); },
+    .getWaypts = onMlr<&Mlr::mlrGetWaypoints>,
+    .getTracks = onMlr<&Mlr::mlrGetTracks>,
+    .GetRoutes = onMlr<&Mlr::mlrGetRoutes>,
     .SendWaypts =
         [](ControlState& control) {
             MlrConnection(control).mlr.mlrSendWaypoints(control.garmin.waypoints);

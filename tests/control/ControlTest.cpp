@@ -120,6 +120,16 @@ TEST(Control, ReportsSettingsThatDoNotApply) {
     stage.play(script, [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
 }
 
+// Another code with these letters takes the same transfers, but is no unit that announced anything.
+TEST(Control, TellsAUnitsProtocolsUnderItsOwnCodeOnly) {
+    Stage stage;
+    stage.connectGarmin("A100 D108");
+    stage.control().SetGpsMark("XGRM");
+    EXPECT_EQ(stage.control().getProtocoles(), "");
+    stage.control().SetGpsMark("GRM_USB");
+    EXPECT_EQ(stage.control().getProtocoles(), "A100 D108");
+}
+
 TEST(Control, ConnectsAgainWithoutDisconnecting) {
     Stage stage;
     stage.connectGarmin("A100 D108");
