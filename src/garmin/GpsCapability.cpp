@@ -6,6 +6,7 @@
 #include <optional>
 #include <string_view>
 
+#include "garmin/values/LineFields.h"
 #include "host/CodePage.h"
 #include "resources/ProductTable.h"
 
@@ -54,18 +55,6 @@ std::string tagText(std::uint8_t letter, unsigned number) {
     return fromAnsi(std::span<const std::uint8_t>(&letter, 1)) + digits;
 }
 
-std::vector<std::string_view> split(std::string_view text, char separator) {
-    std::vector<std::string_view> pieces;
-    for (;;) {
-        const std::size_t end = text.find(separator);
-        pieces.push_back(text.substr(0, end));
-        if (end == std::string_view::npos) {
-            return pieces;
-        }
-        text.remove_prefix(end + 1);
-    }
-}
-
 int number(std::string_view digits) {
     int value = 0;
     std::from_chars(digits.data(), digits.data() + digits.size(), value);
@@ -74,7 +63,7 @@ int number(std::string_view digits) {
 
 // The fields of a product row, when its version range holds for the unit.
 std::optional<std::vector<std::string_view>> matchingFields(std::string_view row, int version) {
-    std::vector<std::string_view> fields = split(row, ';');
+    std::vector<std::string_view> fields = splitText(row, ';');
     if (version < number(fields[0]) || version > number(fields[1])) {
         return std::nullopt;
     }
@@ -121,7 +110,7 @@ bool GpsCapability::takeProductRows(int productId, int softwareVersion) {
 void GpsCapability::Decoder() {
     for (const std::string& tag : tags) {
         for (const Role& role : kRoles) {
-            const auto named = split(role.tags, ' ');
+            const auto named = splitText(role.tags, ' ');
             if (std::find(named.begin(), named.end(), tag) != named.end()) {
                 this->*role.field = tag;
             }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "garmin/values/LineFields.h"
 #include "nmea/NmeaPacket.h"
 
 namespace marlune {
@@ -39,19 +40,6 @@ std::string Sentence::computedChecksum() const {
     NmeaPacket packet;
     packet.SetAttributes(text_);
     return packet.Signer();
-}
-
-std::vector<std::string_view> splitText(std::string_view text, char separator) {
-    std::vector<std::string_view> pieces;
-    pieces.reserve(12);
-    for (;;) {
-        const std::size_t end = text.find(separator);
-        pieces.push_back(text.substr(0, end));
-        if (end == std::string_view::npos) {
-            return pieces;
-        }
-        text.remove_prefix(end + 1);
-    }
 }
 
 std::string upperCase(std::string_view wireText) {

@@ -37,9 +37,6 @@ private:
     std::vector<std::string_view> fields_;
 };
 
-// The pieces between separators; an empty text is one empty piece.
-std::vector<std::string_view> splitText(std::string_view text, char separator);
-
 inline bool contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }

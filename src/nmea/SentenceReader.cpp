@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "garmin/values/LineFields.h"
 #include "host/CodePage.h"
 #include "nmea/Messages.h"
 #include "nmea/Sentence.h"

@@ -4,6 +4,7 @@
 #include <pugixml.hpp>
 #include <system_error>
 
+#include "garmin/values/LineFields.h"
 #include "garmin/values/NumberText.h"
 #include "host/FilePath.h"
 #include "host/Services.h"
@@ -14,18 +15,6 @@ namespace marlune {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::vector<std::string_view> split(std::string_view line) {
-    std::vector<std::string_view> fields;
-    for (std::size_t from = 0;;) {
-        const std::size_t to = line.find(';', from);
-        fields.push_back(line.substr(from, to - from));
-        if (to == std::string_view::npos) {
-            return fields;
-        }
-        from = to + 1;
-    }
-}
 
 // What stands after the nth ";" of the line.
 std::string_view restAfter(std::string_view line, int semicolons) {
@@ -66,7 +55,7 @@ struct WaypointFields {
 // row are its position and the last three fields its numbers.
 std::optional<WaypointFields> waypointFields(std::string_view line) {
     constexpr std::size_t kFields = 8;
-    const auto fields = split(line);
+    const auto fields = splitText(line, ';');
     if (fields.size() < kFields) {
         return std::nullopt;
     }
@@ -178,7 +167,7 @@ struct GpxWriter::Impl {
         route = lastRoute = insert("rte", lastRoute ? lastRoute : lastWaypoint);
         track = segment = pugi::xml_node();
         addText(route, "name", gpxText(restAfter(line, 2)));
-        const auto number = gpxNumber(split(line).at(1));
+        const auto number = gpxNumber(splitText(line, ';').at(1));
         if (number && *number >= 0 && *number == std::floor(*number)) {
             addText(route, "number", numberText(*number, '.'));
         }
@@ -192,7 +181,7 @@ struct GpxWriter::Impl {
 
     void addTrackPoint(std::string_view line) {
         constexpr std::size_t kFields = 6;
-        const auto fields = split(line);
+        const auto fields = splitText(line, ';');
         const auto position =
             fields.size() < kFields ? std::nullopt : positionOf(fields[1], fields[2]);
         if (!position) {

@@ -1,17 +1,32 @@
-// The fields of a text line.
+// Texts taken apart at a separator.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
+#include <vector>
 
 #include "host/RunTimeError.h"
 
 namespace marlune {
 
-// The first count fields; views into the line. Raises the index error
-// when the line has fewer. What follows them is left alone.
+// All pieces of the text, as views into it: one more than it has separators.
+inline std::vector<std::string_view> splitText(std::string_view text, char separator) {
+    std::vector<std::string_view> pieces;
+    pieces.reserve(12);
+    for (;;) {
+        const std::size_t end = text.find(separator);
+        pieces.push_back(text.substr(0, end));
+        if (end == std::string_view::npos) {
+            return pieces;
+        }
+        text.remove_prefix(end + 1);
+    }
+}
+
+// The first count fields; views into the line. Raises the index error when the line has fewer. What
+// follows them is left alone.
 template <std::size_t count>
 std::array<std::string_view, count> lineFields(std::string_view line, char separator = ';') {
     std::array<std::string_view, count> fields;

@@ -7,6 +7,7 @@
 #include <utility>
 #include <variant>
 
+#include "garmin/values/LineFields.h"
 #include "host/CodePage.h"
 #include "host/DateText.h"
 #include "host/RunTimeError.h"

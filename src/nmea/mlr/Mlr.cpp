@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstddef>
 
+#include "garmin/values/LineFields.h"
 #include "garmin/values/NumberText.h"
 #include "host/CodePage.h"
 #include "host/RunTimeError.h"

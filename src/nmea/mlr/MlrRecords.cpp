@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "garmin/values/LineFields.h"
 #include "garmin/values/NumberText.h"
 #include "garmin/values/jour.h"
 #include "host/CodePage.h"
