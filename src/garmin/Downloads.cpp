@@ -165,12 +165,16 @@ void GarminDownloads::takeRecordBy(const RecordRule& rule, std::int16_t numitem,
     link_.acknowledge(rule.pid);
 }
 
-void GarminDownloads::takeWaypoint(std::int16_t numitem, Bytes data) {
+std::string GarminDownloads::keepWaypoint(std::vector<Waypoint>& kept, Bytes data) {
     Waypoint waypoint;
     waypoint.GetAttributes(garmin_.capabilities().waypointType, data);
-    const std::string line = waypoint.getIdent(separator());
-    garmin_.waypoints.push_back(std::move(waypoint));
-    services_.events.WayptData(numitem, line, kDown);
+    std::string line = waypoint.getIdent(separator());
+    kept.push_back(std::move(waypoint));
+    return line;
+}
+
+void GarminDownloads::takeWaypoint(std::int16_t numitem, Bytes data) {
+    services_.events.WayptData(numitem, keepWaypoint(garmin_.waypoints, data), kDown);
 }
 
 void GarminDownloads::takeTrackPoint(std::int16_t numitem, Bytes data) {
@@ -222,11 +226,7 @@ void GarminDownloads::takeRouteLink(std::int16_t numitem, Bytes data) {
 }
 
 void GarminDownloads::takeProximity(std::int16_t numitem, Bytes data) {
-    Waypoint waypoint;
-    waypoint.GetAttributes(garmin_.capabilities().waypointType, data);
-    const std::string line = waypoint.getIdent(separator());
-    garmin_.proximities.push_back(std::move(waypoint));
-    services_.events.ProxData(numitem, line, kDown);
+    services_.events.ProxData(numitem, keepWaypoint(garmin_.proximities, data), kDown);
 }
 
 bool GarminDownloads::getProximites() {

@@ -9,6 +9,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "garmin/GarminState.h"
 #include "garmin/link/GarminLink.h"
@@ -52,6 +53,8 @@ private:
     void takeRecordBy(const RecordRule& rule, std::int16_t numitem, const LinkPacket& packet);
     bool receiveProximities(std::int16_t count, LinkPacket& last);
 
+    // Returns the line of what it kept.
+    std::string keepWaypoint(std::vector<Waypoint>& kept, Bytes data);
     void takeWaypoint(std::int16_t numitem, Bytes data);
     void takeTrackPoint(std::int16_t numitem, Bytes data);
     void takeTrackHeader(std::int16_t numitem, Bytes data);

@@ -46,8 +46,7 @@ bool GarminIdentification::grmGetAttributes() {
     }
     const LinkPacket product = link_.receive();
     if (product.pid != pid::kProductData) {
-        services_.host.messageBox(text::kProductError + std::to_string(product.pid),
-                                  BoxIcon::critical);
+        showProtocolError(services_.host, product.pid, text::kProductError);
         return false;
     }
     takeProductData(product.data);
@@ -126,8 +125,7 @@ bool GarminIdentification::acceptAcknowledge(const LinkPacket& reply) {
                 BoxIcon::critical);
             return false;
         default:
-            services_.host.messageBox(text::kAckError + std::to_string(reply.pid),
-                                      BoxIcon::critical);
+            showProtocolError(services_.host, reply.pid, text::kAckError);
             return false;
     }
 }

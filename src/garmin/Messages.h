@@ -48,13 +48,12 @@ inline constexpr const char* kPositionName = " - Position du GPS: ";
 
 namespace marlune {
 
-// "Erreur de protocole - pid = " and the id, critical. Silence is no error once the host wants an
-// end.
-inline void showProtocolError(Host& host, std::uint16_t pid) {
-    if (pid == 0 && host.stopRequested()) {
-        return;
+// The text and the id, critical. Silence is no error once the host wants an end.
+inline void showProtocolError(Host& host, std::uint16_t pid,
+                              const char* text = text::kProtocolError) {
+    if (pid != 0 || !host.stopRequested()) {
+        host.messageBox(text + std::to_string(pid), BoxIcon::critical);
     }
-    host.messageBox(text::kProtocolError + std::to_string(pid), BoxIcon::critical);
 }
 
 }  // namespace marlune

@@ -51,10 +51,13 @@ TEST(Handshake, AsksASilentUnitFiveTimes) {
 
 // A user who asks for an end while the unit is silent is not told about the silence.
 TEST(Handshake, EndsWithoutAWordWhenTheHostRequestsAStop) {
-    Stage stage;
-    stage.host.onStopRequested = [&] { return stage.host.elapsed() > 1.5; };
-    stage.play({sends(10, {0, 0}), sends(254, {0})},
-               [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+    const Script answered[] = {{}, {answers(6)}};
+    for (const Script& answer : answered) {
+        Stage stage;
+        stage.host.onStopRequested = [&] { return stage.host.elapsed() > 1.5; };
+        stage.play(Script{sends(10, {0, 0}), sends(254, {0})} + answer,
+                   [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+    }
 }
 
 TEST(Handshake, TellsWhatAnswersWrongly) {

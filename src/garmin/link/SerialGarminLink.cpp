@@ -6,12 +6,11 @@
 #include <string>
 
 #include "garmin/link/GpsPacket.h"
+#include "garmin/link/PacketIds.h"
 #include "host/RunTimeError.h"
 
 namespace marlune {
 namespace {
-
-constexpr std::uint8_t kAck = 6;
 
 // Stands for what was no frame: packet id 1, no data. Its checksum is wrong, and nobody looks at
 // it.
@@ -112,7 +111,7 @@ LinkPacket SerialGarminLink::receive() {
 
 void SerialGarminLink::acknowledge(std::uint8_t pid) {
     const std::array<std::uint8_t, 2> data = {pid, 0};
-    send(kAck, data);
+    send(pid::kAck, data);
 }
 
 std::size_t SerialGarminLink::grmSendPacket(std::span<const std::uint8_t> frame) {
