@@ -111,6 +111,7 @@ TEST(MagellanTrackPoint, ReadsPositionTimeNameAndDate) {
         {"120000.00,A,LOOP,150325*", "T;48.5;-1.5;45731.5;152;0", "LOOP"},
         {"120000.00,A,,150325*", "T;48.5;-1.5;45731.5;152;0", "before"},
         {"180000.00,A,X*", "T;48.5;-1.5;39234.75;152;0", "X"},
+        {"011500.00,A,X*", "T;48.5;-1.5;39234.05208333333;152;0", "X"},
         {"060000.00*", "T;48.5;-1.5;39234.25;152;0", "before"},
         {"*", "T;48.5;-1.5;39234;152;0", "before"},
         // Without its fraction the last five characters are 20000 seconds.

@@ -26,7 +26,7 @@ Trace makePoint(const PvtData& fix, bool first) {
 }
 
 void readFields(PvtData& fix, const Sentence& fields, double today) {
-    fix.time = today + readFixTime(fields.field(1));
+    fix.time = readFixTime(today, fields.field(1));
     fix.altitude = readAltitude(fields.field(9), fields.field(10));
     fix.latitude = readLatitude(fields.field(2), fields.field(3));
     fix.longitude = readLongitude(fields.field(4), fields.field(5));

@@ -13,22 +13,23 @@ std::string_view from(std::string_view field, std::size_t position) {
     return field.substr(std::min(position, field.size()));
 }
 
-double timeOfDay(std::string_view field, std::string_view secondsText) {
+double timeAt(double date, std::string_view field, std::string_view secondsText) {
     const double hours = std::trunc(readNumber(field.substr(0, 2)));
     const double minutes = std::trunc(readNumber(from(field, 2).substr(0, 2)));
     const double seconds = toSingle(readNumber(secondsText));
-    return hours / 24 + minutes / 24 / 60 + seconds / 24 / 3600;
+    // Summed in this order: hosts see every digit, and another order gives other last ones.
+    return date + hours / 24 + minutes / 24 / 60 + seconds / 24 / 3600;
 }
 
 }  // namespace
 
-double readTrackTime(std::string_view field) {
+double readTrackTime(double date, std::string_view field) {
     constexpr std::size_t kSecondsWidth = 5;
-    return timeOfDay(field, from(field, field.size() - std::min(kSecondsWidth, field.size())));
+    return timeAt(date, field, from(field, field.size() - std::min(kSecondsWidth, field.size())));
 }
 
-double readFixTime(std::string_view field) {
-    return timeOfDay(field, from(field, 4));
+double readFixTime(double date, std::string_view field) {
+    return timeAt(date, field, from(field, 4));
 }
 
 }  // namespace marlune

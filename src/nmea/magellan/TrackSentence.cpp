@@ -50,7 +50,7 @@ void readFields(Trace& point, const Sentence& fields, double defaultDate) {
     point.latitude = readLatitude(fields.field(1), fields.field(2));
     point.longitude = readLongitude(fields.field(3), fields.field(4));
     point.altitude = readAltitude(fields.field(5), fields.field(6));
-    point.pTime = date + readTrackTime(fields.field(7));
+    point.pTime = readTrackTime(date, fields.field(7));
     if (!fields.field(9).empty()) {
         point.SetName(fromAnsi(fields.field(9)));
     }
