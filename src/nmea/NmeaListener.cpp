@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <span>
 
 #include "host/CodePage.h"
 #include "host/ConnectionState.h"
@@ -64,8 +63,7 @@ void Listener::run(std::int16_t inactivity) {
     inactivity_ = inactivity;
     restartTimeOut();
     while (services_.host.secondsClock() < end_ && goesOn()) {
-        const std::size_t wanted = std::clamp<std::size_t>(port_.available(), 1, buffer.size());
-        const std::size_t count = port_.readArrived(std::span(buffer).first(wanted));
+        const std::size_t count = readSome(port_, buffer);
         if (count > 0) {
             takeArrived({reinterpret_cast<const char*>(buffer.data()), count});
         } else if (goesOn()) {  // a read that the host cut short is no silence

@@ -1,7 +1,11 @@
 // Waiting on the host's clock, the same in every sentence procedure.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <span>
 
 #include "marlune/Host.h"
 #include "serial/ComPort.h"
@@ -22,6 +26,12 @@ inline void pauseWhenGone(const PortLease& port, Host& host) {
     if (port.isGone() && port.holds()) {
         host.pause(kWaitSlice);
     }
+}
+
+// Reads what is already here, or waits for one byte; returns how many came. The time-out of a read
+// grows with what is asked for, and the host's events wait as long.
+inline std::size_t readSome(PortLease& port, std::span<std::uint8_t> into) {
+    return port.readArrived(into.first(std::clamp<std::size_t>(port.available(), 1, into.size())));
 }
 
 // False once a handler took the port away or the host wants everything to end.

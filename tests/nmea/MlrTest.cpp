@@ -189,6 +189,14 @@ TEST_F(MlrTest, ABlockDownloadWaitsForItsEndUntilTheHostStops) {
     EXPECT_LT(host.elapsed(), 601);
 }
 
+TEST_F(MlrTest, ASilentBlockDownloadHearsTheHostEverySecond) {
+    mlr.sendsBlocks = true;
+    expect(kAskTracks);
+    host.onProcessEvents = [this] { port->close(); };
+    EXPECT_FALSE(device.mlrGetTracks());
+    EXPECT_NEAR(host.elapsed(), 1.1, 0.01);
+}
+
 TEST_F(MlrTest, AHandlerMayTakeThePortInTheMiddle) {
     const std::string one = block(1, trackRecord(1));
     const std::string stream = kFirstBlock + one + one + kClosing;

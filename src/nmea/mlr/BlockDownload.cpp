@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cstddef>
-#include <span>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -31,7 +31,7 @@ public:
     MlrBlocks& result() { return result_; }
 
 private:
-    void takeBlock(std::string block);
+    void takeBlock(const std::string& block);
     void tell(const std::string& text) { services_.events.GpsInfo(text); }
 
     Services& services_;
@@ -43,37 +43,37 @@ private:
 
 bool BlockDownload::receive() {
     Host& host = services_.host;
-    std::array<char, 512> buffer{};
+    std::array<std::uint8_t, 512> buffer{};
     while (mayGoOn(port_, host)) {
-        const std::size_t count =
-            port_.readArrived({reinterpret_cast<std::uint8_t*>(buffer.data()), buffer.size()});
+        const std::size_t count = readSome(port_, buffer);
         if (count == 0) {
             pauseWhenGone(port_, host);
             // The only way out of a silence is the user's.
             host.processEvents();
             continue;
         }
-        for (std::string& block : splitter_.take({buffer.data(), count})) {
+        for (const std::string& block :
+             splitter_.take({reinterpret_cast<const char*>(buffer.data()), count})) {
             if (!mayGoOn(port_, host)) {
                 return false;
             }
             if (contains(block, "FIN")) {
                 return true;
             }
-            takeBlock(std::move(block));
+            takeBlock(block);
+            services_.trace.traceLineOf([&] { return "Get: " + fromAnsi(block); });
         }
     }
     return false;
 }
 
-void BlockDownload::takeBlock(std::string block) {
-    services_.trace.traceLineOf([&] { return "Get: " + fromAnsi(block); });
+void BlockDownload::takeBlock(const std::string& block) {
     const bool carriesRecords = !contains(block, "DEBUT") && block.size() > BlocMLR::kHeaderLength;
     if (!carriesRecords || keptBytes_ + block.size() > kMostBytes) {
         return;
     }
     keptBytes_ += block.size();
-    const BlocMLR& kept = result_.blocks.emplace_back(std::move(block));
+    const BlocMLR& kept = result_.blocks.emplace_back(block);
     result_.total += static_cast<int>(kept.recordCount());
     tell(nmeatext::kMlrProgress + std::to_string(result_.total));
 }
