@@ -5,9 +5,7 @@
 #include "nmea/Messages.h"
 
 namespace marlune {
-namespace {
 
-// Routes and their points share one numbering.
 void reportRoute(Services& services, Route& route, int& numitem, const char* sens) {
     const auto next = [&] { return static_cast<std::int16_t>(++numitem); };
     services.events.RouteHeader(next(), route.getIdent(), sens);
@@ -15,8 +13,6 @@ void reportRoute(Services& services, Route& route, int& numitem, const char* sen
         services.events.RouteData(next(), point.getIdent(services.host.decimalSeparator()), sens);
     }
 }
-
-}  // namespace
 
 void RouteAssembly::take(const RoutePhrase& phrase) {
     if (!route_ || phrase.index == 1 || phrase.number != route_->numRte) {
@@ -50,18 +46,6 @@ void RouteAssembly::finish() {
     found_ = true;
     Route route = *std::exchange(route_, std::nullopt);
     reportRoute(services_, route, item_, "D");
-}
-
-std::int16_t uploadedRouteCount(const std::vector<Route>& routes) {
-    std::size_t count = routes.size();
-    for (const Route& route : routes) {
-        count += route.Waypoints().size();
-    }
-    return static_cast<std::int16_t>(count);
-}
-
-void reportUploadedRoute(Services& services, Route& route, int& numitem) {
-    reportRoute(services, route, numitem, "U");
 }
 
 }  // namespace marlune

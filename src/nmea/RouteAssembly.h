@@ -52,10 +52,8 @@ private:
     bool found_ = false;
 };
 
-// How many events the routes of an upload make: one each, and one per point.
-std::int16_t uploadedRouteCount(const std::vector<Route>& routes);
-
-// Reports a route that was uploaded; numitem is the number of the event before and is advanced.
-void reportUploadedRoute(Services& services, Route& route, int& numitem);
+// Raises RouteHeader, then RouteData for each point. Routes and points share one numbering: numitem
+// is the number of the event before and is advanced. sens: "D" for downloads, "U" for uploads.
+void reportRoute(Services& services, Route& route, int& numitem, const char* sens);
 
 }  // namespace marlune

@@ -16,6 +16,7 @@
 #include "nmea/RouteAssembly.h"
 #include "nmea/RouteSentence.h"
 #include "nmea/Sentence.h"
+#include "nmea/SentenceUpload.h"
 #include "nmea/Waiting.h"
 #include "nmea/magellan/FixSentence.h"
 #include "nmea/magellan/TrackSentence.h"
@@ -29,6 +30,7 @@ constexpr std::int16_t kUnknownCount = 100;
 constexpr std::int16_t kSentenceTimeOut = 3;  // seconds
 
 constexpr const char* kEndOfUpload = "$PMGNCMD,END*3D\r\n";
+constexpr UploadDialect kUploads = {Coder_MGN, PhraseRouteMGN, kEndOfUpload};
 
 std::string_view lastTwo(std::string_view sentence) {
     return sentence.size() < 2 ? sentence : sentence.substr(sentence.size() - 2);
@@ -55,9 +57,7 @@ Magellan::Magellan(Services& services, PortLease& port, ConnectionState& connect
       reader_(services, port, nmea) {}
 
 void Magellan::send(std::string_view sentence) {
-    if (port_.holds()) {
-        sendText(port_, services_.trace, fromAnsi(sentence));
-    }
+    sendSentence(services_, port_, sentence);
 }
 
 void Magellan::mgnStop() {
@@ -250,37 +250,11 @@ void Magellan::takeRouteSentence(const std::string& sentence, RouteAssembly& rou
 // Uploads. Receivers acknowledge each sentence; the acknowledgements are not waited for.
 
 void Magellan::mgnSendWaypoints(std::vector<Waypoint> waypoints) {
-    services_.events.StartUpload("W", static_cast<std::int16_t>(waypoints.size()),
-                                 nmeatext::kWaypoints);
-    std::int16_t numitem = 0;
-    for (Waypoint& waypoint : waypoints) {
-        if (!mayGoOn(port_, services_.host)) {
-            break;
-        }
-        send(Coder_MGN(waypoint));
-        services_.events.WayptData(++numitem, waypoint.getIdent(separator()), "U");
-    }
-    send(kEndOfUpload);
-    services_.events.EndUpload("W");
+    uploadWaypointSentences(services_, port_, kUploads, std::move(waypoints));
 }
 
 void Magellan::mgnSendRoutes(std::vector<Route> routes) {
-    services_.events.StartUpload("R", uploadedRouteCount(routes), nmeatext::kUploadRoutes);
-    int numitem = 0;
-    for (Route& route : routes) {
-        if (!mayGoOn(port_, services_.host)) {
-            break;
-        }
-        for (const Waypoint& point : route.Waypoints()) {
-            send(Coder_MGN(point));
-        }
-        for (const std::string& sentence : PhraseRouteMGN(route)) {
-            send(sentence);
-        }
-        reportUploadedRoute(services_, route, numitem);
-    }
-    send(kEndOfUpload);
-    services_.events.EndUpload("R");
+    uploadRouteSentences(services_, port_, kUploads, std::move(routes));
 }
 
 void Magellan::mgnSendTracks(std::vector<TrackItem> items) {

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 #include "garmin/values/LineFields.h"
 #include "garmin/values/NumberText.h"
@@ -11,6 +12,7 @@
 #include "nmea/RouteAssembly.h"
 #include "nmea/RouteSentence.h"
 #include "nmea/Sentence.h"
+#include "nmea/SentenceUpload.h"
 #include "nmea/Waiting.h"
 #include "nmea/mlr/BlockDownload.h"
 #include "nmea/mlr/MlrRecords.h"
@@ -30,6 +32,8 @@ constexpr float kFirstSentence = 10;  // the user starts the sending at the rece
 constexpr float kFollowingSentence = 3;
 constexpr const char* kListCodes = "$GPWPL|$GPRTE";
 constexpr std::int16_t kUnknownCount = 100;
+
+constexpr UploadDialect kUploads = {Coder_MLR, PhraseRouteMLR, ""};
 
 // A route has a number below 256; more sentences than this describe none.
 constexpr std::size_t kMostRouteSentences = 16384;
@@ -55,9 +59,7 @@ Mlr::Mlr(Services& services, PortLease& port, ConnectionState& connection, NmeaS
       reader_(services, port, nmea) {}
 
 void Mlr::send(std::string_view text) {
-    if (port_.holds()) {
-        sendText(port_, services_.trace, fromAnsi(text));
-    }
+    sendSentence(services_, port_, text);
 }
 
 double Mlr::today() {
@@ -92,12 +94,13 @@ void Mlr::acceptBlockReceiver(const std::string& reply) {
     accept(readNumber(field(6)), true);
 }
 
-// $INFOS,MODEL 1.20 ...
+// $INFOS,MODEL 1.20 ...: words between blanks and commas.
 void Mlr::acceptSentenceReceiver(const std::string& reply) {
     send(kDone);
-    const std::size_t comma = std::min(reply.find(','), reply.size() - 1);
-    const std::string_view text = trimBlanks(std::string_view(reply).substr(comma + 1));
-    const std::string_view name = text.substr(0, text.find_first_of(" ,"));
+    constexpr const char* kSeparators = " ,";
+    const std::size_t gap = std::min(reply.find_first_of(kSeparators), reply.size());
+    const std::size_t start = std::min(reply.find_first_not_of(kSeparators, gap), reply.size());
+    const std::string name = reply.substr(start, reply.find_first_of(kSeparators, start) - start);
     connection_.description = nmeatext::kMlrName + (' ' + fromAnsi(name));
     accept(firstNumber(reply), false);
 }
@@ -293,38 +296,14 @@ void Mlr::takeRouteSentence(std::string_view sentence, std::vector<RoutePhrase>&
     }
 }
 
-// Uploads. No command ends them.
+// Uploads.
 
 void Mlr::mlrSendWaypoints(std::vector<Waypoint> waypoints) {
-    services_.events.StartUpload("W", static_cast<std::int16_t>(waypoints.size()),
-                                 nmeatext::kWaypoints);
-    std::int16_t numitem = 0;
-    for (Waypoint& waypoint : waypoints) {
-        if (!mayGoOn(port_, services_.host)) {
-            break;
-        }
-        send(Coder_MLR(waypoint));
-        services_.events.WayptData(++numitem, waypoint.getIdent(separator()), "U");
-    }
-    services_.events.EndUpload("W");
+    uploadWaypointSentences(services_, port_, kUploads, std::move(waypoints));
 }
 
 void Mlr::mlrSendRoutes(std::vector<Route> routes) {
-    services_.events.StartUpload("R", uploadedRouteCount(routes), nmeatext::kUploadRoutes);
-    int numitem = 0;
-    for (Route& route : routes) {
-        if (!mayGoOn(port_, services_.host)) {
-            break;
-        }
-        for (const Waypoint& point : route.Waypoints()) {
-            send(Coder_MLR(point));
-        }
-        for (const std::string& sentence : PhraseRouteMLR(route)) {
-            send(sentence);
-        }
-        reportUploadedRoute(services_, route, numitem);
-    }
-    services_.events.EndUpload("R");
+    uploadRouteSentences(services_, port_, kUploads, std::move(routes));
 }
 
 void Mlr::mlrSendTracks() {

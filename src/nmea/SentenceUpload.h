@@ -1,0 +1,35 @@
+// Sending waypoints and routes as sentences, the same for every family: one sentence after the
+// other, each reported to the host, none waited for.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "garmin/records/Route.h"
+#include "garmin/records/Waypoint.h"
+#include "host/Services.h"
+#include "serial/ComPort.h"
+
+namespace marlune {
+
+// How a family writes its records.
+struct UploadDialect {
+    std::string (*waypoint)(const Waypoint& waypoint);
+    // Naming points only: they are sent as waypoints first.
+    std::vector<std::string> (*route)(const Route& route);
+    std::string_view endCommand;  // empty for families that have none
+};
+
+// Writes wire text and traces it, unless the lease is lost.
+void sendSentence(Services& services, PortLease& port, std::string_view sentence);
+
+// Both end early, with their end event, when the host requests a stop or a handler closes the port.
+// A record that cannot be written as a sentence raises RunTimeError, with no end event. They take
+// collections of their own: a handler may start a transfer that changes the control's.
+void uploadWaypointSentences(Services& services, PortLease& port, const UploadDialect& dialect,
+                             std::vector<Waypoint> waypoints);
+void uploadRouteSentences(Services& services, PortLease& port, const UploadDialect& dialect,
+                          std::vector<Route> routes);
+
+}  // namespace marlune
