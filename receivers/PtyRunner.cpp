@@ -27,6 +27,8 @@ PtyRunner::PtyRunner(std::unique_ptr<VirtualReceiver> receiver, const Options& o
     : receiver_(std::move(receiver)),
       line_(receiver_->baud(), options.link),
       pacer_(options.paced),
+      firstBaud_(receiver_->baud()),
+      mindsSpeed_(options.paced),
       mostAhead_(options.paced ? kAheadPaced : kAheadUnpaced),
       wake_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
     if (wake_ < 0) {
@@ -129,7 +131,12 @@ void PtyRunner::listen() {
 }
 
 void PtyRunner::queueSaid(double now) {
-    pacer_.add(receiver_->takeSaid(), now);
+    std::vector<Said> said = receiver_->takeSaid();
+    for (const Said& piece : said) {
+        noteSpeed(piece.baud);
+    }
+    noteSpeed(receiver_->baud());
+    pacer_.add(std::move(said), now);
 }
 
 void PtyRunner::speak() {
@@ -147,7 +154,7 @@ void PtyRunner::speak() {
 }
 
 void PtyRunner::makeNoiseUnless(bool speedsAgree, std::vector<std::uint8_t>& bytes) {
-    if (speedsAgree) {
+    if (speedsAgree || !mindsSpeed_) {
         return;
     }
     for (std::uint8_t& byte : bytes) {

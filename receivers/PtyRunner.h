@@ -1,7 +1,8 @@
 // Runs a virtual receiver behind a pty until it is stopped or the receiver hangs up.
 //
-// Bytes that cross the line while the host's speed differs from the receiver's arrive as noise, as
-// they would on a real line.
+// A paced receiver has the speed that it was given, and one that changes its speed means it: bytes
+// that cross the line while the host's speed differs arrive as noise, as they would on a real line.
+// Any other goes by whatever speed the host opens with.
 //
 // Thread: run() works on the thread that calls it, start() on one of its own; stop() and lines()
 // may be called from any thread meanwhile. stop() is safe in a signal handler too.
@@ -57,12 +58,15 @@ private:
     void speak();
     void queueSaid(double now);
     void makeNoiseUnless(bool speedsAgree, std::vector<std::uint8_t>& bytes);
+    void noteSpeed(int baud) { mindsSpeed_ = mindsSpeed_ || baud != firstBaud_; }
     static double clock();
 
     mutable std::mutex mutex_;  // guards receiver_
     std::unique_ptr<VirtualReceiver> receiver_;
     PtyLine line_;
     Pacer pacer_;
+    int firstBaud_;
+    bool mindsSpeed_;        // the host's speed has to be the receiver's
     std::size_t mostAhead_;  // bytes said that the host has not got yet, before streams wait
     int wake_ = -1;
     std::atomic<bool> stopping_ = false;

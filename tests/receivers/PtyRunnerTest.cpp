@@ -61,8 +61,20 @@ TEST(PtyLine, DoesNotMistakeTheSpeedOfAHostThatHasComeBackAtAnother) {
     EXPECT_TRUE(line.mayHaveRead(38400));
 }
 
-TEST(PtyRunner, BytesAtTheWrongSpeedAreNoise) {
+TEST(PtyRunner, TakesAnySpeedUntilItChangesItsOwn) {
     PtyRunner runner(std::make_unique<EchoReceiver>(), {});
+    runner.start();
+    const HostEnd slow(runner.path(), B4800);
+    slow.write("a");
+    EXPECT_EQ(slow.read(2), "aa");
+    slow.write("9");
+    (void)slow.read(2);
+    slow.write("bbbb");
+    EXPECT_NE(slow.read(8), "bbbbbbbb");
+}
+
+TEST(PtyRunner, BytesAtTheWrongSpeedAreNoise) {
+    PtyRunner runner(std::make_unique<EchoReceiver>(), {true, ""});
     runner.start();
     const HostEnd fast(runner.path(), B38400);
     fast.write("9999");
