@@ -59,17 +59,19 @@ void MagellanReceiver::onSentence(const nmea::HeardSentence& heard, double now) 
 
 void MagellanReceiver::onCommand(const nmea::HeardSentence& heard, double now) {
     const std::string_view word = heard.field(1);
+    if (acknowledges(word)) {
+        acknowledge(heard);
+    }
     if (word == "STOP") {
         fallSilent();
         return;
     }
     if (word == "HANDON" || word == "HANDOFF") {
-        handshake_ = word == "HANDON";
+        handshake_ = word == "HANDON" ? Handshake::everything : Handshake::nothing;
         return;
     }
     if (word == "END") {
         memory().endUpload();
-        acknowledge(heard);
         return;
     }
     fallSilent();
@@ -145,10 +147,10 @@ void MagellanReceiver::onWake(double now) {
 void MagellanReceiver::onUpload(const nmea::HeardSentence& heard) {
     if (refuses(heard.name())) {
         refuse("");
-    } else if (store(heard)) {
-        acknowledge(heard);
-    } else {
+    } else if (!store(heard)) {
         refuse("not taken: " + nmea::heldText(heard.text()));
+    } else if (handshake_ != Handshake::nothing) {
+        acknowledge(heard);
     }
 }
 
@@ -168,10 +170,14 @@ bool MagellanReceiver::store(const nmea::HeardSentence& heard) {
     return false;
 }
 
+// The end of an upload belongs to the upload.
+bool MagellanReceiver::acknowledges(std::string_view word) const {
+    return handshake_ == Handshake::everything ||
+           (handshake_ == Handshake::uploads && word == "END");
+}
+
 void MagellanReceiver::acknowledge(const nmea::HeardSentence& heard) {
-    if (handshake_) {
-        saySentence(nmea::sentence("PMGNCSM," + std::string(heard.digits())));
-    }
+    saySentence(nmea::sentence("PMGNCSM," + std::string(heard.digits())));
 }
 
 void MagellanReceiver::refuse(const std::string& complaint) {

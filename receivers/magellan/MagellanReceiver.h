@@ -9,8 +9,9 @@
 //   ROUTE             says the routes; their points are waypoints of the list above
 //   FIX               says a "$GPGGA" at once and then at its rate, until it is told something else
 //   STOP              stops saying whatever it says
-//   HANDON  HANDOFF   with handshake, as at first, it acknowledges every sentence of an upload
-//                     ("$PMGNCSM" with that sentence's checksum)
+//   HANDON  HANDOFF   at first it acknowledges every sentence of an upload ("$PMGNCSM" with that
+//                     sentence's checksum); after HANDON every command too, before it answers;
+//                     after HANDOFF nothing
 //   END               ends an upload
 //
 // A list ends with "$PMGNCMD,END". What it does not hold, know or understand it refuses
@@ -26,6 +27,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "receivers/nmea/SentenceReceiver.h"
@@ -53,6 +55,7 @@ private:
     void sayFixes(double now);
     void onUpload(const nmea::HeardSentence& heard);
     bool store(const nmea::HeardSentence& heard);
+    [[nodiscard]] bool acknowledges(std::string_view word) const;
     void acknowledge(const nmea::HeardSentence& heard);
     void refuse(const std::string& what);
     void sayCommand(const std::string& word);
@@ -62,7 +65,9 @@ private:
     [[nodiscard]] std::vector<std::string> routeList();
 
     MagellanUnit unit_;
-    bool handshake_ = true;
+    // What it acknowledges.
+    enum class Handshake { nothing, uploads, everything };
+    Handshake handshake_ = Handshake::uploads;
     double tick_ = 0;  // when the last fix was due
 };
 

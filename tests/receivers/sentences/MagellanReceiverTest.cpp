@@ -148,6 +148,8 @@ TEST(MagellanReceiver, AcknowledgesUploadsWithHandshake) {
     EXPECT_THAT(unit.tell(kEnd), IsEmpty());
     unit.tell(intact("PMGNCMD,HANDON"));
     EXPECT_THAT(unit.tell(kEnd), ElementsAre("$PMGNCSM,3D*12"));
+    EXPECT_THAT(unit.tell("$PMGNCMD,VERSION*28"),
+                ElementsAre(intact("PMGNCSM,28"), testing::StartsWith("$PMGNVER")));
 }
 
 TEST(MagellanReceiver, SaysANameTwiceWhenItsDataDo) {
