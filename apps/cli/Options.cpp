@@ -2,7 +2,9 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 #include <stdexcept>
+#include <system_error>
 
 namespace marlune::cli {
 namespace {
@@ -24,6 +26,16 @@ std::string checkMark(const std::string& text) {
     const bool known =
         hasRate || mark == "GRM" || mark == "GRM_USB" || mark == "MGN" || mark == "MLR";
     return known ? "" : "\"" + text + "\" is none of GRM, GRM_USB, MGN, MGN;RATE and MLR";
+}
+
+std::string checkDecimal(const std::string& text) {
+    return text == "." || text == "," ? "" : "\"" + text + "\" is neither . nor ,";
+}
+
+std::string checkFolder(const std::string& text) {
+    std::error_code error;
+    const std::filesystem::directory_iterator readable(text, error);
+    return error ? text + ": " + error.message() : "";
 }
 
 template <class Choice>
@@ -85,11 +97,12 @@ private:
                 "--drive", options_.drives,
                 "Treat this folder as a mounted drive of its name; repeatable, replaces the "
                 "system's drives")
-            ->check(CLI::ExistingDirectory)
+            ->check(checkFolder)
             ->allow_extra_args(false)
             ->type_name("DIR");
         app_.add_option("--decimal", decimal_, "Decimal separator of the text lines: . or ,")
-            ->check(CLI::IsMember({".", ","}));
+            ->check(checkDecimal)
+            ->type_name("CHARACTER");
         app_.add_flag("--debug", options_.debug, "Write the trace file");
     }
 
@@ -110,7 +123,8 @@ private:
     void addUpload(const char* name, const char* description, Action action) {
         add(name, description, action)
             ->add_option("FILE", options_.sendFile, "A file of text lines, or a .gpx file")
-            ->required();
+            ->required()
+            ->type_name("");
     }
 
     void addDownloads() {
@@ -133,10 +147,12 @@ private:
         add("position", "Read the receiver's position", Action::position);
         CLI::App* nmea = add("nmea", "Listen to NMEA sentences with a position", Action::nmea);
         nmea->add_option("CODE", options_.nmeaCode, "What the sentences contain: $GPGGA")
-            ->required();
+            ->required()
+            ->type_name("");
         nmea->add_option("SECONDS", options_.nmeaSeconds, "End after so many seconds without one")
             ->required()
-            ->check(CLI::Range(1, INT16_MAX));
+            ->check(CLI::Range(1, INT16_MAX).description(""))
+            ->type_name("");
         add("host", "Serve calls of the control as JSON lines on standard input", Action::host);
     }
 

@@ -51,13 +51,25 @@ bool isAscii(const std::string& text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
 }
 
+// The control's own box for a file that is not there names no file, and comes only once a receiver
+// is connected.
+void requireReadable(const std::string& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (std::filesystem::is_directory(status)) {
+        throw std::runtime_error(path + ": the file is a folder");
+    }
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        throw std::runtime_error(path + ": the file is no regular file");
+    }
+    if (access(path.c_str(), R_OK) != 0) {
+        throw std::runtime_error(path + ": " + std::system_category().message(errno));
+    }
+}
+
 // Whether a file is UTF-8 beyond ASCII without the mark that tells the control so: what a download
 // printed, for one. In Windows-1252 such a file would hold nonsense.
 bool isUnmarkedUtf8(const std::string& path) {
-    std::error_code ignored;
-    if (!std::filesystem::is_regular_file(path, ignored)) {
-        return false;
-    }
     std::ifstream file(path, std::ios::binary);
     bool beyondAscii = false;
     bool first = true;
@@ -82,6 +94,7 @@ std::filesystem::path makeTemporaryFolder() {
 }  // namespace
 
 UploadFile::UploadFile(const std::string& path, GpxKind kind) : path_(path) {
+    requireReadable(path);
     if (isGpx(path)) {
         convert(path, kind);
     } else if (isUnmarkedUtf8(path)) {

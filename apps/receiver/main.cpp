@@ -7,6 +7,7 @@
 #include <pthread.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <exception>
@@ -79,6 +80,13 @@ std::string familyNames() {
     return names + kUsb;
 }
 
+std::string checkFamily(const std::string& name) {
+    const std::vector<Family>& families = receiverFamilies();
+    const bool known = name == kUsb || std::any_of(families.begin(), families.end(),
+                                                   [&](const Family& f) { return f.name == name; });
+    return known ? "" : "\"" + name + "\" is none of " + familyNames();
+}
+
 std::string unitsHelp() {
     std::ostringstream help;
     for (const Family& family : receiverFamilies()) {
@@ -93,6 +101,8 @@ std::string unitsHelp() {
 void describe(CLI::App& app, Choices& choices) {
     ReceiverOptions& receiver = choices.receiver;
     app.add_option("--family", choices.family, "What it speaks: " + familyNames())
+        ->check(checkFamily)
+        ->type_name("NAME")
         ->capture_default_str();
     app.add_option("--unit", receiver.unit, "A unit of the family, by name");
     app.add_option("--product", receiver.productId, "A Garmin unit by its product id instead");

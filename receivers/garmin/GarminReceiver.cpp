@@ -65,7 +65,7 @@ GarminReceiver::GarminReceiver(Settings settings)
       settings_(std::move(settings)),
       holdings_(abilitiesOf(settings_.unit.tags), settings_.data) {
     if (!(settings_.rate > 0 && settings_.rate <= 1000)) {
-        throw std::invalid_argument("the rate lies between 0 and 1000 records per second");
+        throw std::invalid_argument("the rate lies above 0 and up to 1000 records per second");
     }
 }
 

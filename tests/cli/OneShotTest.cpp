@@ -152,6 +152,8 @@ TEST_F(OneShotTest, RefusesFilesThatHoldNothingToSendBeforeItConnects) {
         {folder.write("broken.gpx", "<gpx>\n<wpt"), "broken.gpx:2:"},
         {folder.write("empty.gpx", "<gpx/>"), "empty.gpx: the file holds no tracks"},
         {folder.path() / "missing.GPX", "missing.GPX: No such file"},
+        {folder.path() / "missing.txt", "missing.txt: No such file"},
+        {folder.path(), ": the file is a folder"},
     };
     for (const auto& c : cases) {
         Program program = start({"send-tracks", c.file});

@@ -92,7 +92,7 @@ TEST(Options, WrongUsageIsToldAndOpensNothing) {
         {{"ident", "--port", "1", "--port-device", "1"}, "device path"},
         {{"ident", "--port", "1", "--port-device", "one=/dev/x"}, "one=/dev/x"},
         {{"ident", "--port", "1", "--port-device", "1="}, "1="},
-        {{"ident", "--port", "1", "--decimal", ";"}, "--decimal"},
+        {{"ident", "--port", "1", "--decimal", ";"}, "neither . nor ,"},
         {{"ident", "--port", "1", "--drive", "/no/such/folder"}, "/no/such/folder"},
         {{"ident", "--port", "1", "--gpx", "a.gpx"}, "--gpx"},
         {{"ident", "--port", "1", "more"}, "more"},
