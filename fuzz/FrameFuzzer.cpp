@@ -11,7 +11,6 @@
 #include "FuzzPort.h"
 #include "garmin/link/GpsPacket.h"
 #include "garmin/link/SerialGarminLink.h"
-#include "host/RunTimeError.h"
 
 namespace {
 
@@ -34,19 +33,6 @@ void parse(Data frame) {
     const bool parsed = packet.Parse(frame);
     require(parsed || isPacket(packet, 0, {}));
     require(packet.GetData().size() <= 255);
-}
-
-void buffers(Data bytes) {
-    const auto reversed = GpsBuffer::Inverse(bytes);
-    require(std::equal(bytes.begin(), bytes.end(), reversed.rbegin(), reversed.rend()));
-    for (const bool keepFirst : {false, true}) {
-        try {
-            const auto plain = GpsBuffer::Supp16(bytes, keepFirst);
-            require(plain.size() <= bytes.size() && plain.size() >= 2);
-        } catch (const RunTimeError&) {
-            require(bytes.size() < 3);
-        }
-    }
 }
 
 // A line with a control's host behind it, and a link on it.
@@ -135,7 +121,6 @@ void thereAndBack(std::uint8_t pid, Data data) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const Data input(bytes, size);
     parse(input);
-    buffers(input);
     readFrames(input);
     readTimedFrames(input);
     if (!input.empty()) {

@@ -3,6 +3,7 @@
 // services, each a byte, with what the unit says meanwhile (FuzzPort.h) between them.
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
 #include <span>
 #include <string>
@@ -50,7 +51,7 @@ public:
 
     void run() {
         constexpr int kMostServices = 24;
-        connect();
+        serve(kConnect);
         for (int i = 0; i < kMostServices && !input_.empty() && control_; ++i) {
             serve(input_.byte());
             require(downloadsOpen_ == 0 && runsOpen_ == 0);
@@ -72,59 +73,28 @@ private:
         return kFiles;
     }
 
-    void connect() {
-        device_->beginService();
-        (void)control_->gpsConnect();
-    }
+    static constexpr std::uint8_t kConnect = 10;
 
     void serve(std::uint8_t which) {
         device_->beginService();
-        GpsControl& control = *control_;
-        switch (which % 14) {
-            case 0:
-                control.getWaypts();
-                break;
-            case 1:
-                control.getTracks();
-                break;
-            case 2:
-                control.GetRoutes();
-                break;
-            case 3:
-                control.getProximites();
-                break;
-            case 4:
-                control.SendWaypts(files().waypoints);
-                break;
-            case 5:
-                control.SendRoutes(files().routes);
-                break;
-            case 6:
-                control.SendTraces(files().tracks);
-                break;
-            case 7:
-                control.StartPvtData();
-                break;
-            case 8:
-                (void)control.GetTime();
-                break;
-            case 9:
-                (void)control.getPosition();
-                break;
-            case 10:
-                connect();
-                break;
-            case 11:
-                control.StopTransfert();
-                control.StopPvtData();
-                break;
-            case 12:
-                (void)control.getProtocoles();
-                break;
-            default:
-                control.ResetComBuffers();
-                break;
-        }
+        using Service = void (*)(GpsControl&);
+        constexpr Service kServices[] = {
+            [](GpsControl& control) { control.getWaypts(); },
+            [](GpsControl& control) { control.getTracks(); },
+            [](GpsControl& control) { control.GetRoutes(); },
+            [](GpsControl& control) { control.getProximites(); },
+            [](GpsControl& control) { control.SendWaypts(files().waypoints); },
+            [](GpsControl& control) { control.SendRoutes(files().routes); },
+            [](GpsControl& control) { control.SendTraces(files().tracks); },
+            [](GpsControl& control) { control.StartPvtData(); },
+            [](GpsControl& control) { (void)control.GetTime(); },
+            [](GpsControl& control) { (void)control.getPosition(); },
+            [](GpsControl& control) { (void)control.gpsConnect(); },
+            [](GpsControl& control) { control.StopTransfert(), control.StopPvtData(); },
+            [](GpsControl& control) { (void)control.getProtocoles(); },
+            [](GpsControl& control) { control.ResetComBuffers(); },
+        };
+        kServices[which % std::size(kServices)](*control_);
     }
 
     // Every event comes by here.

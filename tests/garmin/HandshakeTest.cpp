@@ -1,9 +1,6 @@
 // Connecting and identifying a Garmin unit on a serial line.
 #include <gtest/gtest.h>
 
-#include "garmin/GarminState.h"
-#include "garmin/Identification.h"
-#include "garmin/link/SerialGarminLink.h"
 #include "support/Dialogue.h"
 
 namespace marlune {
@@ -137,29 +134,6 @@ TEST(Handshake, TracesItsSteps) {
               "Protocole trouv\xE9 ....\n"
               "Send  16 6 2 253 0 251 16 3\n"
               "A100 D108\n");
-}
-
-TEST(Voltages, AreKeptAsAText) {
-    FakeHost host;
-    GpsControlEvents events;
-    DebugTrace trace(host.documentsFolder());
-    Services services{host, events, trace};
-    auto scripted = std::make_unique<ScriptedPort>(host);
-    Bytes answer = garminFrame(6, {10, 0});
-    const Bytes voltages = garminFrame(40, {0x52, 1, 44, 1});
-    answer.insert(answer.end(), voltages.begin(), voltages.end());
-    scripted->play({{.write = garminFrame(10, {17, 0}), .answer = answer}});
-    ComPort port(host, std::move(scripted));
-    port.open();
-    PortLease lease(port);
-    SerialGarminLink link(services, lease);
-    ConnectionState connection;
-    GarminState garmin;
-    GarminIdentification identification(services, link, connection, garmin);
-    identification.grmGetVoltages();
-    EXPECT_EQ(garmin.voltages, "Tensions 3.38 3");
-    identification.grmGetVoltages();
-    EXPECT_EQ(host.boxTexts().back(), "critical: Erreur de protocole - pid = 0");
 }
 
 }  // namespace

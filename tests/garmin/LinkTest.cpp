@@ -3,6 +3,8 @@
 
 #include <array>
 
+#include "garmin/GarminState.h"
+#include "garmin/Identification.h"
 #include "garmin/link/GpsPacket.h"
 #include "garmin/link/SerialGarminLink.h"
 #include "host/RunTimeError.h"
@@ -196,6 +198,18 @@ TEST_F(LinkTest, TimedReadTakesWholeFramesAndDrainsOthers) {
     EXPECT_EQ(link_->grmReadPacketTimed(3), substitute);
     EXPECT_EQ(traced(), "Erreur -  36 71 80 -  71 65\r\n");
     EXPECT_GT(host_.eventRounds, roundsBefore) << "the host goes on meanwhile";
+}
+
+TEST_F(LinkTest, VoltagesAreKeptAsAText) {
+    ConnectionState connection;
+    GarminState garmin;
+    GarminIdentification identification(*services_, *link_, connection, garmin);
+    line_->play({{.write = garminFrame(10, {17, 0}), .answer = garminFrame(6, {10, 0})},
+                 {.answer = garminFrame(40, {0x52, 1, 44, 1})}});
+    identification.grmGetVoltages();
+    EXPECT_EQ(garmin.voltages, "Tensions 3.38 3");
+    identification.grmGetVoltages();
+    EXPECT_EQ(host_.boxTexts().back(), "critical: Erreur de protocole - pid = 0");
 }
 
 }  // namespace

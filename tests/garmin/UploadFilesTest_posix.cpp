@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <string>
@@ -7,29 +6,11 @@
 
 #include "garmin/UploadFiles.h"
 #include "support/FakeHost.h"
+#include "support/OrdinaryUser_posix.h"
 #include "support/TempFolder.h"
 
 namespace marlune {
 namespace {
-
-// The system lets root open every file, so root becomes another user for a while.
-class OrdinaryUser {
-public:
-    OrdinaryUser() {
-        constexpr uid_t kNobody = 65534;
-        left_ = geteuid() == 0 && seteuid(kNobody) == 0;
-    }
-    OrdinaryUser(const OrdinaryUser&) = delete;
-    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-    ~OrdinaryUser() {
-        if (left_) {
-            (void)!seteuid(0);
-        }
-    }
-
-private:
-    bool left_ = false;
-};
 
 TEST(UploadFilesPosixTest, AFileThatDoesNotOpenEndsTheReader) {
     using std::filesystem::perms;

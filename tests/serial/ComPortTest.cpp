@@ -39,13 +39,6 @@ TEST_F(ComPortTest, OpensTheDeviceOfItsNumberWithTheLastSettings) {
     EXPECT_EQ(line_->openings[1].queues.output, 512);
 }
 
-TEST_F(ComPortTest, AFailedOpeningShowsTheSystemsText) {
-    line_->openError = 2;
-    EXPECT_EQ(port_->open(), 2);
-    EXPECT_FALSE(port_->isOpen());
-    EXPECT_EQ(host_.boxes, (std::vector<FakeHost::Box>{{systemErrorText(2), BoxIcon::critical}}));
-}
-
 TEST_F(ComPortTest, AFailedSettingsStepIsSilentAndStillCountsAsOpen) {
     line_->settingsError = 22;
     EXPECT_EQ(port_->open(), 22);

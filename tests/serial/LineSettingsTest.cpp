@@ -1,29 +1,25 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "serial/LineSettings.h"
 
 namespace marlune {
 namespace {
 
-TEST(LineSettings, ReadsTheTextsOfEveryFamily) {
-    const auto garmin = parseLineSettings("baud=9600 parity=n data=8 stop=1");
-    ASSERT_TRUE(garmin);
-    EXPECT_EQ(garmin->baud, 9600U);
-    EXPECT_EQ(garmin->parity, Parity::none);
-    EXPECT_EQ(garmin->dataBits, 8);
-    EXPECT_EQ(garmin->stopBits, 1);
-    const auto mlr = parseLineSettings("  BAUD=38400  Parity=E data=7 stop=2 ");
-    ASSERT_TRUE(mlr);
-    EXPECT_EQ(mlr->baud, 38400U);
-    EXPECT_EQ(mlr->parity, Parity::even);
-    EXPECT_EQ(mlr->dataBits, 7);
-    EXPECT_EQ(mlr->stopBits, 2);
-}
-
-TEST(LineSettings, LeavesOpenWhatIsNotNamed) {
-    const auto nothing = parseLineSettings("");
-    ASSERT_TRUE(nothing);
-    EXPECT_FALSE(nothing->baud || nothing->parity || nothing->dataBits || nothing->stopBits);
+TEST(LineSettings, ReadsWhatIsNamedAndLeavesTheRestOpen) {
+    const std::pair<const char*, LineSettings> cases[] = {
+        {"baud=9600 parity=n data=8 stop=1", {9600, Parity::none, 8, 1}},
+        {"  BAUD=38400  Parity=E data=7 stop=2 ", {38400, Parity::even, 7, 2}},
+        {"", {}},
+    };
+    for (const auto& [text, settings] : cases) {
+        const auto read = parseLineSettings(text);
+        ASSERT_TRUE(read) << text;
+        EXPECT_EQ(std::tie(read->baud, read->parity, read->dataBits, read->stopBits),
+                  std::tie(settings.baud, settings.parity, settings.dataBits, settings.stopBits))
+            << text;
+    }
 }
 
 TEST(LineSettings, RefusesWhatNoLineCanHave) {

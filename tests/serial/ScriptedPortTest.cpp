@@ -60,12 +60,6 @@ TEST_F(ScriptedPortTest, SilenceLastsAsLongAsOnALine) {
     EXPECT_DOUBLE_EQ(host_.elapsed(), 4.3);
 }
 
-TEST_F(ScriptedPortTest, AStopEndsTheSilence) {
-    host_.onStopRequested = [&] { return host_.elapsed() > 0.5; };
-    EXPECT_EQ(read(1), Bytes{});
-    EXPECT_LT(host_.elapsed(), 0.6);
-}
-
 TEST_F(ScriptedPortTest, GoneDevicesReadAsSilenceWithoutWaiting) {
     port_.arrive(Bytes{5});
     port_.unplug();
@@ -82,15 +76,6 @@ TEST_F(ScriptedPortTest, PurgeKeepsWhatIsStillOnItsWay) {
     port_.play({{.answer = {1}}, {.answer = {2}, .delay = 0.5}});
     port_.purge();
     EXPECT_EQ(read(1), Bytes{2});
-}
-
-TEST_F(ScriptedPortTest, AFailedSettingsStepKeepsTheHandle) {
-    port_.close();
-    port_.settingsError = 22;
-    EXPECT_EQ(port_.open("/fake/COM1", "baud=1", {}), 22);
-    EXPECT_TRUE(port_.isOpen());
-    EXPECT_TRUE(port_.isGone());
-    EXPECT_EQ(port_.write(Bytes{1}), 0U);
 }
 
 TEST(FakeHostClock, MovesOnlyWhenSomebodyWaits) {

@@ -1,7 +1,6 @@
 // The device over unmodified libusb, on an emulated bus that models packets, time-outs and cables
 // that are pulled out.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -13,6 +12,7 @@
 #include "host/Services.h"
 #include "receivers/usb/EmulatedUsbBus.h"
 #include "support/FakeHost.h"
+#include "support/OrdinaryUser_posix.h"
 #include "usb/UsbDevice.h"
 
 namespace marlune {
@@ -255,13 +255,10 @@ TEST_F(UsbDeviceTest, NoPermissionIsToldInTheSystemsWords) {
     }
     fs::permissions(bus_->folder(), fs::perms::all);
     fs::permissions(bus_->systemNode(), fs::perms::none);
-    const uid_t self = geteuid();
-    if (self == 0) {
-        constexpr uid_t kNobody = 65534;
-        ASSERT_EQ(seteuid(kNobody), 0);
+    {
+        const OrdinaryUser user;
+        EXPECT_FALSE(device_->open());
     }
-    EXPECT_FALSE(device_->open());
-    ASSERT_EQ(seteuid(self), 0);
     EXPECT_NE(host_.traceText().find(systemErrorText(EACCES)), std::string::npos)
         << host_.traceText();
 }

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "garmin/records/Image.h"
 #include "garmin/records/PvtData.h"
 #include "host/CodePage.h"
 #include "support/FakeHost.h"
+#include "support/Image.h"
 
 namespace marlune {
 namespace {

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "garmin/records/Image.h"
 #include "garmin/records/Route.h"
 #include "garmin/records/RteLink.h"
 #include "garmin/values/ErrorOf.h"
+#include "support/Image.h"
 
 namespace marlune {
 namespace {

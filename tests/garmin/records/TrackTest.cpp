@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "garmin/records/Image.h"
 #include "garmin/records/Trace.h"
 #include "garmin/records/TrkHeader.h"
 #include "garmin/values/ErrorOf.h"
+#include "support/Image.h"
 
 namespace marlune {
 namespace {

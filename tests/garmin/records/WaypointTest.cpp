@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "garmin/records/Image.h"
 #include "garmin/records/Waypoint.h"
 #include "garmin/values/ErrorOf.h"
+#include "support/Image.h"
 
 namespace marlune {
 namespace {

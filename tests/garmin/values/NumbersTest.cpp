@@ -26,19 +26,6 @@ TEST(Nombre, LaysNumbersLowestByteFirst) {
     EXPECT_THAT(Nombre::DoubletoBytes(-0.25), ElementsAre(0, 0, 0, 0, 0, 0, 0xD0, 0xBF));
 }
 
-TEST(Nombre, ReadsFromTheFirstByteAndNeverBeyondTheLast) {
-    constexpr std::array<std::uint8_t, 9> bytes = {0xFE, 0xFF, 0x18, 0x43, 0, 0, 0xD0, 0xBF, 1};
-    EXPECT_EQ(Nombre::BytestoInt(bytes), -2);
-    EXPECT_EQ(Nombre::BytestoLong(bytes), 0x4318FFFE);
-    EXPECT_EQ(Nombre::BytestoSingle(bytes), 0x1.31FFFCp+7);
-    EXPECT_EQ(Nombre::BytestoDbl(bytes), -0x1.000004318FFFEp-2);
-    const std::span<const std::uint8_t> all = bytes;
-    EXPECT_EQ(errorOf([&] { (void)Nombre::BytestoInt(all.first(1)); }), RunTimeError::index);
-    EXPECT_EQ(errorOf([&] { (void)Nombre::BytestoLong(all.first(3)); }), RunTimeError::index);
-    EXPECT_EQ(errorOf([&] { (void)Nombre::BytestoSingle({}); }), RunTimeError::index);
-    EXPECT_EQ(errorOf([&] { (void)Nombre::BytestoDbl(all.first(7)); }), RunTimeError::index);
-}
-
 TEST(Semicircles, TurnIntoDegreesByTheLargeFactor) {
     EXPECT_EQ(degreesFromSemicircles(0), 0.0);
     EXPECT_LT(degreesFromSemicircles(0x7FFFFFFF), 180.0);

@@ -4,10 +4,8 @@
 #include <filesystem>
 #include <string>
 
-#include "garmin/values/ByteAccess.h"
 #include "garmin/values/Chaine.h"
 #include "garmin/values/Fichier.h"
-#include "garmin/values/LineFields.h"
 #include "support/FakeHost.h"
 #include "support/TempFolder.h"
 
@@ -43,26 +41,6 @@ TEST(Fichier, TellsWhatIsMissing) {
     const FakeHost::Box notFound{"Fichier non trouvé", BoxIcon::critical};
     EXPECT_THAT(host.boxes, ElementsAre(FakeHost::Box{"Fichier non renseigné", BoxIcon::critical},
                                         notFound, notFound, notFound));
-}
-
-TEST(LineFields, NeedsAllThatAreAsked) {
-    EXPECT_THAT(lineFields<3>("W;a;;b;c"), ElementsAre("W", "a", ""));
-    EXPECT_THAT(lineFields<2>("W;"), ElementsAre("W", ""));
-    EXPECT_THROW(lineFields<2>("W"), RunTimeError);
-}
-
-TEST(ByteAccess, StaysInsideTheRecord) {
-    const std::vector<std::uint8_t> data = {'A', ' ', 0, 'B'};
-    EXPECT_THAT(untilZero(data, 0, 9), ElementsAre('A', ' '));
-    EXPECT_THAT(untilZero(data, 3, 9), ElementsAre('B'));
-    EXPECT_THAT(untilZero(data, 0, 1), ElementsAre('A'));
-    EXPECT_THAT(untilZero(data, 7, 9), testing::IsEmpty());
-    EXPECT_THROW((void)bytesAt(data, 2, 3), RunTimeError);
-    EXPECT_THROW((void)bytesAt(data, 1, SIZE_MAX), RunTimeError) << "the sum would wrap";
-    EXPECT_THROW((void)byteAt(data, 4), RunTimeError);
-    std::vector<std::uint8_t> record(2);
-    EXPECT_THROW(putText(record, 1, "AB"), RunTimeError);
-    EXPECT_THAT(record, ElementsAre(0, 0)) << "nothing is written of what does not fit";
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "receivers/garmin/Frame.h"
-#include "receivers/garmin/Image.h"
+#include "support/Image.h"
 
 namespace marlune::receivers::garmin {
 namespace {
@@ -20,7 +20,7 @@ TEST(Frame, IsStuffedAndSummed) {
         {6, "E8 00", "10 06 02 E8 00 10 10 10 03"},  // a checksum of 16
         {0, "00", "10 00 01 00 FF 10 03"},
         {255, "01", "10 FF 01 01 FF 10 03"},
-        {1, "00x16", "10 01 10 10 00x16 EF 10 03"},  // a size of 16
+        {1, "16x00", "10 01 10 10 16x00 EF 10 03"},  // a size of 16
     };
     for (const auto& each : cases) {
         EXPECT_EQ(frameOf(each.id, image(each.data)), image(each.frame)) << each.frame;
@@ -51,7 +51,7 @@ TEST(FrameReader, FindsGoodFramesAndNamesBadOnes) {
     } cases[] = {
         {"10 0A 02 00 00 F4 10 03 10 0A 00 F6 10 03", "10:2 10:0 "},
         {"10 0A 02 10 10 03 E1 10 03", "10:2 "},
-        {"10 01 10 10 00x16 EF 10 03", "1:16 "},
+        {"10 01 10 10 16x00 EF 10 03", "1:16 "},
         {"10 0A 02 00 00 F5 10 03", "!10 "},                    // checksum
         {"10 0A 03 00 00 F3 10 03", "!10 "},                    // size too large
         {"10 0A 01 00 00 F5 10 03", "!10 "},                    // size too small
@@ -60,7 +60,7 @@ TEST(FrameReader, FindsGoodFramesAndNamesBadOnes) {
         {"10 10 0A 00 F6 10 03", "10:0 "},                      // a stray 16 in front
         {"10 0A 02 00 10 0A 00 F6 10 03", "10:0 "},             // begins in a frame
         {"0A 02 00 00 F4 10 03 10 0A 00 F6 10 03", "10:0 "},    // its start is lost
-        {"10 0A FF 00x300 10 03 10 0A 00 F6 10 03", "10:0 "},   // longer than any
+        {"10 0A FF 300x00 10 03 10 0A 00 F6 10 03", "10:0 "},   // longer than any
     };
     for (const auto& each : cases) {
         EXPECT_EQ(readAll(each.stream), each.found) << each.stream;

@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "receivers/garmin/GarminReceiver.h"
-#include "receivers/garmin/Image.h"
+#include "support/Image.h"
 
 namespace marlune::receivers::garmin {
 namespace {
@@ -139,9 +139,9 @@ TEST_F(GarminReceiverTest, WaitsForEachAcknowledgement) {
     EXPECT_THAT(acknowledge(35), IsEmpty()) << "that is another packet's";
     EXPECT_THAT(tell(6, ""), IsEmpty());
     EXPECT_THAT(acknowledge(27),
-                ElementsAre(packet(35, std::string("'A     '") + kHere + "00x4 'ONE' 20x37")));
+                ElementsAre(packet(35, std::string("'A     '") + kHere + "4x00 'ONE' 37x20")));
     EXPECT_THAT(acknowledge(27), IsEmpty()) << "no record of it is waiting any more";
-    EXPECT_THAT(acknowledge(35), ElementsAre(packet(35, "'B     ' 00x12 'TWO' 20x37")));
+    EXPECT_THAT(acknowledge(35), ElementsAre(packet(35, "'B     ' 12x00 'TWO' 37x20")));
     EXPECT_THAT(acknowledge(35), ElementsAre("12: 07 00"));
     EXPECT_THAT(acknowledge(12), IsEmpty());
     EXPECT_THAT(tell(21, "0C 00"), IsEmpty()) << "nothing left to repeat";
@@ -161,16 +161,16 @@ TEST_F(GarminReceiverTest, GivesTracksRoutesAndProximities) {
     EXPECT_THAT(
         download(6),
         ElementsAre("27: 04 00", packet(99, "01 FF 'Lac' 00"),
-                    packet(34, std::string(kHere) + "40 FA 01 00 01"), packet(34, "00x8 FFx4 00"),
-                    packet(34, "FF FF FF 7F FF FF FF 7F FFx4 00"), "12: 06 00"));
+                    packet(34, std::string(kHere) + "40 FA 01 00 01"), packet(34, "8x00 4xFF 00"),
+                    packet(34, "FF FF FF 7F FF FF FF 7F 4xFF 00"), "12: 06 00"));
     EXPECT_THAT(download(4),
                 ElementsAre("27: 06 00", packet(29, "'TOUR' 00"),
                             packet(30, std::string(kHere) + "12 00 'A' 00"),
-                            packet(98, "03 00 00x6 FFx12 'x' 00"), packet(30, "00x8 12 00 'B' 00"),
-                            packet(29, "'ONE' 00"), packet(30, "00x8 12 00 'B' 00"), "12: 04 00"));
+                            packet(98, "03 00 6x00 12xFF 'x' 00"), packet(30, "8x00 12 00 'B' 00"),
+                            packet(29, "'ONE' 00"), packet(30, "8x00 12 00 'B' 00"), "12: 04 00"));
     EXPECT_THAT(download(3),
                 ElementsAre("27: 01 00",
-                            packet(19, std::string("'C     '") + kHere + "00x4 20x40 00 00 16 43"),
+                            packet(19, std::string("'C     '") + kHere + "4x00 40x20 00 00 16 43"),
                             "12: 03 00"));
     EXPECT_THAT(download(1), ElementsAre("27: 00 00", "12: 01 00")) << "no almanac yet";
     EXPECT_THAT(receiver_->complaints(), IsEmpty());
@@ -272,9 +272,9 @@ TEST_F(GarminReceiverTest, FaultsStrikeTheNamedPacket) {
 TEST_F(GarminReceiverTest, StoresAnUploadOfWaypointsByName) {
     start();
     EXPECT_THAT(tell(27, "02 00"), ElementsAre("6: 1B 00"));
-    EXPECT_THAT(tell(35, std::string("'B     '") + kHere + "00x4 'NEW' 00 20x36"),
+    EXPECT_THAT(tell(35, std::string("'B     '") + kHere + "4x00 'NEW' 00 36x20"),
                 ElementsAre("6: 23 00"));
-    EXPECT_THAT(tell(35, std::string("'D     '") + kHere + "00x4 20x40"), ElementsAre("6: 23 00"));
+    EXPECT_THAT(tell(35, std::string("'D     '") + kHere + "4x00 40x20"), ElementsAre("6: 23 00"));
     EXPECT_THAT(receiver_->lines(), testing::Not(testing::Contains(HasSubstr("NEW"))))
         << "kept when it is complete";
     EXPECT_THAT(tell(12, "00"), ElementsAre("6: 0C 00"));
@@ -282,22 +282,22 @@ TEST_F(GarminReceiverTest, StoresAnUploadOfWaypointsByName) {
     EXPECT_THAT(
         download(7),
         ElementsAre("27: 03 00", StartsWith("35: 41"),
-                    packet(35, std::string("'B     '") + kHere + "00x4 'NEW' 20x37"),
-                    packet(35, std::string("'D     '") + kHere + "00x4 20x40"), "12: 07 00"));
+                    packet(35, std::string("'B     '") + kHere + "4x00 'NEW' 37x20"),
+                    packet(35, std::string("'D     '") + kHere + "4x00 40x20"), "12: 07 00"));
 }
 
 TEST_F(GarminReceiverTest, StoresRoutesAndTracksByName) {
     start();
     tell(27, "04 00");
-    tell(29, "'TOUR' 00 20x16");
-    tell(30, "00x8 12 00 'X' 00");
-    tell(98, "FF 00 00x6 FFx11 00 'X        ' 00");
-    tell(30, "00x8 12 00 'Y' 00");
+    tell(29, "'TOUR' 00 16x20");
+    tell(30, "8x00 12 00 'X' 00");
+    tell(98, "FF 00 6x00 11xFF 00 'X        ' 00");
+    tell(30, "8x00 12 00 'Y' 00");
     tell(12, "00");
     tell(27, "03 00");
     tell(99, "FF 00 'New' 00 00");
-    tell(34, std::string(kHere) + "00x4 FF");
-    tell(34, "00x12 00");
+    tell(34, std::string(kHere) + "4x00 FF");
+    tell(34, "12x00 00");
     tell(12, "");
     EXPECT_THAT(receiver_->complaints(), IsEmpty());
     const std::vector<std::string> lines = receiver_->lines();
@@ -311,7 +311,7 @@ TEST_F(GarminReceiverTest, StoresRoutesAndTracksByName) {
 TEST_F(GarminReceiverTest, ATrackLogIsReplacedAsAWhole) {
     start("A100 D100 A200 D201 D100 A300 D300");
     tell(27, "01 00");
-    tell(34, std::string(kHere) + "00x4 FF");
+    tell(34, std::string(kHere) + "4x00 FF");
     tell(12, "");
     EXPECT_THAT(download(6), ElementsAre("27: 01 00", StartsWith("34:"), "12: 06 00"));
 }
@@ -320,7 +320,7 @@ TEST_F(GarminReceiverTest, WondersAboutWhatIsWrongWithAnUpload) {
     start();
     tell(27, "03 00");
     tell(35, "'SHORT'");
-    tell(30, "00x8 12 00 'X' 00");
+    tell(30, "8x00 12 00 'X' 00");
     tell(12, "");
     EXPECT_THAT(receiver_->complaints(),
                 ElementsAre("3 records were announced, 2 came",
@@ -344,7 +344,7 @@ TEST_F(GarminReceiverTest, PanelUnitsKnowTheirOwnPacketsToo) {
     EXPECT_THAT(acknowledge(35), ElementsAre(StartsWith("37: 01 54")));
     EXPECT_THAT(tell(11, "14 00"), ElementsAre("6: 0B 00", StartsWith("20:")));
     tell(35, "01 00");
-    tell(43, "'E     ' 00x52");
+    tell(43, "'E     ' 52x00");
     tell(12, "15 00");
     EXPECT_THAT(receiver_->complaints(), IsEmpty());
     EXPECT_THAT(receiver_->lines(), testing::Contains("W;E;0;0;;;18;0"));

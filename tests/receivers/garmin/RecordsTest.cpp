@@ -6,11 +6,11 @@
 #include <stdexcept>
 #include <string>
 
-#include "receivers/garmin/Image.h"
 #include "receivers/garmin/PlaceRecords.h"
 #include "receivers/garmin/RealTime.h"
 #include "receivers/garmin/RouteRecords.h"
 #include "receivers/garmin/TrackRecords.h"
+#include "support/Image.h"
 
 namespace marlune::receivers::garmin {
 namespace {
@@ -22,13 +22,13 @@ const Place kCamp = {"\xC3\x89TAPE", 45, -90, "Abri d'\xC3\xA9t\xC3\xA9", 1042, 
 // The position, and ident and comment in their fixed fields (É is C9, é is E9).
 const std::string kHere = " 00 00 00 20 00 00 00 C0 ";
 const std::string kIdent = "C9 'TAPE ' ";
-const std::string kComment = " 'Abri d' 27 E9 't' E9 20x30 ";
-const std::string kCore = kIdent + kHere + "00x4" + kComment;
+const std::string kComment = " 'Abri d' 27 E9 't' E9 30x20 ";
+const std::string kCore = kIdent + kHere + "4x00" + kComment;
 // What D108 to D110 have from the symbol to the country, with and without a distance.
-const std::string kModern = " 97 00 00x6 FFx12 " + kHere + "00 40 82 44 51 59 04 69 ";
-const std::string kTexts = " C9 'TAPE' 00 'Abri d' 27 E9 't' E9 00 00x4";
+const std::string kModern = " 97 00 6x00 12xFF " + kHere + "00 40 82 44 51 59 04 69 ";
+const std::string kTexts = " C9 'TAPE' 00 'Abri d' 27 E9 't' E9 00 4x00";
 const std::string kUnknown = " 51 59 04 69 ";
-const std::string kAviation = kCore + "00x4 20x30 20x24 20x2 12 04 20x2 00 ";
+const std::string kAviation = kCore + "4x00 30x20 24x20 2x20 12 04 2x20 00 ";
 
 struct PlaceCase {
     const char* type;
@@ -43,18 +43,18 @@ struct PlaceCase {
 std::vector<PlaceCase> placeCases() {
     return {
         {"D100", kCore, 18, 0, true, false},
-        {"D101", kCore + "00x4 97", 151, 0, true, false},
-        {"D102", kCore + "00x4 97 00", 151, 0, true, false},
+        {"D101", kCore + "4x00 97", 151, 0, true, false},
+        {"D102", kCore + "4x00 97 00", 151, 0, true, false},
         {"D103", kCore + "0B 02", 151, 2, true, false},
-        {"D104", kCore + "00x4 97 00 05", 151, 2, true, false},
+        {"D104", kCore + "4x00 97 00 05", 151, 2, true, false},
         {"D105", kHere + "97 00 C9 'TAPE' 00", 151, 0, false, false},
-        {"D106", "00x14" + kHere + "97 00 C9 'TAPE' 00 00", 151, 0, false, false},
-        {"D107", kCore + "0B 02 00x4 00", 151, 2, true, false},
-        {"D108", "00 FF 02 60" + kModern + kUnknown + "20x4" + kTexts, 151, 2, true, true},
-        {"D109", "01 00 5F 70" + kModern + kUnknown + "20x4 FFx4" + kTexts, 151, 2, true, true},
-        {"D110", "01 00 5F 80" + kModern + kUnknown + "20x4 FFx4" + kUnknown + "FFx4 00x2" + kTexts,
+        {"D106", "14x00" + kHere + "97 00 C9 'TAPE' 00 00", 151, 0, false, false},
+        {"D107", kCore + "0B 02 4x00 00", 151, 2, true, false},
+        {"D108", "00 FF 02 60" + kModern + kUnknown + "4x20" + kTexts, 151, 2, true, true},
+        {"D109", "01 00 5F 70" + kModern + kUnknown + "4x20 4xFF" + kTexts, 151, 2, true, true},
+        {"D110", "01 00 5F 80" + kModern + kUnknown + "4x20 4xFF" + kUnknown + "4xFF 2x00" + kTexts,
          151, 2, true, true},
-        {"D150", kIdent + "20x2 04" + kHere + "12 04 20x24 20x2 20x30 20x10" + kComment, 18, 0,
+        {"D150", kIdent + "2x20 04" + kHere + "12 04 24x20 2x20 30x20 10x20" + kComment, 18, 0,
          true, true},
         {"D151", kAviation + "02", 18, 0, true, true},
         {"D152", kAviation + "04", 18, 0, true, true},
@@ -63,31 +63,21 @@ std::vector<PlaceCase> placeCases() {
     };
 }
 
-TEST(PlaceRecords, EveryTypeHasItsImage) {
+TEST(PlaceRecords, EveryTypeHasItsImageAndIsReadFromIt) {
     for (const PlaceCase& each : placeCases()) {
-        EXPECT_EQ(placeRecord(each.type, kCamp), image(each.image)) << each.type;
-    }
-}
-
-TEST(PlaceRecords, EveryTypeIsReadFromItsImage) {
-    for (const PlaceCase& each : placeCases()) {
+        const Bytes whole = image(each.image);
+        EXPECT_EQ(placeRecord(each.type, kCamp), whole) << each.type;
         Place left = kCamp;
         left.symbol = each.symbol;
         left.display = each.display;
         left.comment = each.comment ? kCamp.comment : "";
         left.altitude = each.altitude ? kCamp.altitude : std::nullopt;
-        EXPECT_EQ(placeOf(each.type, image(each.image)), left) << each.type;
-    }
-}
-
-TEST(PlaceRecords, NoTypeReadsPastItsRecord) {
-    for (const PlaceCase& each : placeCases()) {
-        const Bytes whole = image(each.image);
+        EXPECT_EQ(placeOf(each.type, whole), left) << each.type;
         for (std::size_t size = 0; size < whole.size(); ++size) {
             try {
                 placeOf(each.type, std::span(whole).first(size));
             } catch (const std::out_of_range&) {
-                continue;
+                continue;  // never past the record
             }
         }
     }
@@ -104,7 +94,7 @@ TEST(PlaceRecords, KeepTheirOddities) {
     // Display options by their odd numbers.
     const int odd[][2] = {{3, 0}, {1, 1}, {5, 2}, {0, 1}};
     for (const auto& [byte, display] : odd) {
-        Bytes record = image(kCore + "00x4 97 00 00");
+        Bytes record = image(kCore + "4x00 97 00 00");
         record.back() = static_cast<std::uint8_t>(byte);
         EXPECT_EQ(placeOf("D104", record).display, display);
     }
@@ -112,10 +102,10 @@ TEST(PlaceRecords, KeepTheirOddities) {
     EXPECT_EQ(placeOf("D109", image(placeCases()[10].image)), kCamp);
     EXPECT_EQ(placeOf("D110", image(placeCases()[9].image)), kCamp);
     // A shorter D150, with the comment right behind the name.
-    EXPECT_EQ(placeOf("D150", image(kIdent + "20x2 04" + kHere + "F4 FF 20x56" + kComment)).comment,
+    EXPECT_EQ(placeOf("D150", image(kIdent + "2x20 04" + kHere + "F4 FF 56x20" + kComment)).comment,
               kCamp.comment);
     EXPECT_EQ(
-        placeOf("D150", image(kIdent + "20x2 04" + kHere + "F4 FF 20x56" + kComment)).altitude,
+        placeOf("D150", image(kIdent + "2x20 04" + kHere + "F4 FF 56x20" + kComment)).altitude,
         -12);
     // Unknown altitudes.
     place.altitude.reset();
@@ -124,9 +114,9 @@ TEST(PlaceRecords, KeepTheirOddities) {
     EXPECT_EQ(placeOf("D152", placeRecord("D152", place)).altitude, std::nullopt);
     EXPECT_EQ(placeOf("D108", placeRecord("D108", place)).altitude, std::nullopt);
     // A comment that ends in a zero byte before its field does.
-    EXPECT_EQ(placeOf("D100", image(kIdent + kHere + "00x4 'AB' 00 20x37")).comment, "AB");
+    EXPECT_EQ(placeOf("D100", image(kIdent + kHere + "4x00 'AB' 00 37x20")).comment, "AB");
     // Texts of variable length that end with the record.
-    const Bytes open = image("00 00 00 60" + kModern + kUnknown + "20x4 'PT1'");
+    const Bytes open = image("00 00 00 60" + kModern + kUnknown + "4x20 'PT1'");
     EXPECT_EQ(placeOf("D108", open).ident, "PT1");
     // A long ident is cut, so that a record always fits its packet.
     place.ident = std::string(300, 'x');
@@ -137,7 +127,7 @@ TEST(PlaceRecords, KeepTheirOddities) {
 TEST(ProximityRecords, CarryTheirDistance) {
     const Proximity zone = {kCamp, 150};
     const std::string far = " 00 00 16 43";
-    const std::string panel = kIdent + "20x2 04" + kHere + "12 04 20x56 20x10" + kComment;
+    const std::string panel = kIdent + "2x20 04" + kHere + "12 04 56x20 10x20" + kComment;
     const struct {
         const char* type;
         std::string image;
@@ -146,8 +136,8 @@ TEST(ProximityRecords, CarryTheirDistance) {
         {"D403", kCore + "0B 02" + far},
         {"D450", "07 00 " + panel + far},
         {"D107", kCore + "0B 02" + far + " 00"},
-        {"D108", "00 FF 02 60" + kModern + far + " 20x4" + kTexts},
-        {"D152", kCore + far + " 20x30 20x24 20x2 12 04 20x2 00 04"},
+        {"D108", "00 FF 02 60" + kModern + far + " 4x20" + kTexts},
+        {"D152", kCore + far + " 30x20 24x20 2x20 12 04 2x20 00 04"},
     };
     for (const auto& each : cases) {
         EXPECT_EQ(proximityRecord(each.type, zone, 7), image(each.image)) << each.type;
@@ -163,15 +153,15 @@ TEST(ProximityRecords, CarryTheirDistance) {
 TEST(RouteRecords, HaveTheirImages) {
     const Route route = {3, "TOUR DU L\xC3\x89MAN", {}, {}};
     EXPECT_EQ(routeHeaderRecord("D200", route), image("03"));
-    EXPECT_EQ(routeHeaderRecord("D201", route), image("03 'TOUR DU L' C9 'MAN' 20x7"));
+    EXPECT_EQ(routeHeaderRecord("D201", route), image("03 'TOUR DU L' C9 'MAN' 7x20"));
     EXPECT_EQ(routeHeaderRecord("D202", route), image("'TOUR DU L' C9 'MAN' 00"));
     EXPECT_EQ(routeOf("D200", image("03")).number, 3);
-    EXPECT_EQ(routeOf("D201", image("03 'TOUR DU L' C9 'MAN' 00 20x6")), route);
-    EXPECT_EQ(routeOf("D202", image("'TOUR DU L' C9 'MAN' 00 20x6")).name, route.name);
+    EXPECT_EQ(routeOf("D201", image("03 'TOUR DU L' C9 'MAN' 00 6x20")), route);
+    EXPECT_EQ(routeOf("D202", image("'TOUR DU L' C9 'MAN' 00 6x20")).name, route.name);
     EXPECT_THROW(routeOf("D201", image("03 'SHORT'")), std::out_of_range);
 
-    EXPECT_EQ(linkRecord("A"), image("03 00 00x6 FFx12 'A' 00"));
-    EXPECT_EQ(linkOf(image("FF 00 00x6 FFx11 00 'PT1      ' 00")), "PT1");
+    EXPECT_EQ(linkRecord("A"), image("03 00 6x00 12xFF 'A' 00"));
+    EXPECT_EQ(linkOf(image("FF 00 6x00 11xFF 00 'PT1      ' 00")), "PT1");
     EXPECT_THROW(linkOf(Bytes(19)), std::out_of_range);
 }
 
@@ -214,8 +204,8 @@ TEST(TrackRecords, MarkWhatIsUnknown) {
     const Bytes record = image("FF FF FF 7F FF FF FF 7F FF FF FF FF" + kUnknown + kUnknown + "00");
     EXPECT_EQ(trackPointRecord("D301", nowhere), record);
     EXPECT_EQ(trackPointOf("D301", record), nowhere);
-    EXPECT_EQ(trackPointOf("D300", image(kHere + "00x4 FF")).time, 0);
-    EXPECT_TRUE(trackPointOf("D300", image(kHere + "00x4 FF")).newSegment);
+    EXPECT_EQ(trackPointOf("D300", image(kHere + "4x00 FF")).time, 0);
+    EXPECT_TRUE(trackPointOf("D300", image(kHere + "4x00 FF")).newSegment);
 }
 
 TEST(TrackRecords, PausesStandForSegmentsWhereThereIsNoFlag) {
@@ -260,7 +250,7 @@ TEST(RealTime, PvtHasItsImage) {
               image("00 40 88 44 66 66 B6 40 9A 99 79 40 66 66 86 40 03 00 "
                     "00 00 00 00 C0 19 F5 40 "
                     "18 2D 44 54 FB 21 F9 3F 18 2D 44 54 FB 21 09 C0 "
-                    "00 00 C0 3F 00 00 00 C0 00x4 00 00 40 C2 12 00 00 00 00 00"));
+                    "00 00 C0 3F 00 00 00 C0 4x00 00 00 40 C2 12 00 00 00 00 00"));
     // The week turns with the satellites' clock, 18 seconds before midnight.
     const Bytes late = pvtRecord(motion, 32880 - 18 / 86400.0);
     EXPECT_EQ(Bytes(late.begin() + 60, late.end()), image("07 00 00 00"));

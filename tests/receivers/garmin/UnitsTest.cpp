@@ -16,11 +16,6 @@ TEST(Units, TheTableDecidesForThoseThatAnnounceNothing) {
         int version;
         const char* tags;
     } cases[] = {
-        {7, 0, "L001 A010 A100 D100 A200 D200 D100 A500 D500 A600 D600 A700 D700"},
-        {29, 399,
-         "L001 A010 A100 D101 A200 D201 D101 A300 D300 A400 D101 A500 D500 A600 D600 A700 D700"},
-        {29, 400,
-         "L001 A010 A100 D102 A200 D201 D102 A300 D300 A400 D102 A500 D500 A600 D600 A700 D700"},
         {77, 361,
          "L001 A010 A100 D103 A200 D201 D103 A300 D300 A400 D403 A500 D501 A600 D600 A700 D700"},
         {990, 100,
