@@ -79,16 +79,20 @@ protected:
 
 TEST_F(SentenceReceiverTest, MagellanWaypointsAndTracksGoRound) {
     const BuiltIn first("magellan");
-    const BuiltIn second("magellan", empty(), false);
+    ReceiverOptions options = empty();
+    options.baud = 9600;  // at any other speed it hears noise
+    const BuiltIn second("magellan", options, false);
     const std::string places = run("MGN", first, {"waypoints"});
     EXPECT_EQ(std::count(places.begin(), places.end(), '\n'), 12);
-    EXPECT_EQ(run("MGN", second, {"send-waypoints", file(places)}), places);
-    EXPECT_EQ(run("MGN", second, {"waypoints"}), places);
+    EXPECT_EQ(run("MGN;9600", second, {"send-waypoints", file(places)}), places);
+    EXPECT_EQ(run("MGN;9600", second, {"waypoints"}), places);
 
+    // No sentence of an upload has a day, and names go in capitals: the tracks come back dated
+    // today, under names that say so.
     const std::string tracks = run("MGN", first, {"tracks"});
     EXPECT_THAT(tracks, StartsWith("N;Montenvers - 14/07/2006\nT;45.924782;6.877033;38912.277"));
-    (void)run("MGN", second, {"send-tracks", file(tracks)});
-    EXPECT_THAT(run("MGN", second, {"tracks"}),
+    (void)run("MGN;9600", second, {"send-tracks", file(tracks)});
+    EXPECT_THAT(run("MGN;9600", second, {"tracks"}),
                 ContainsRegex("^N;MONTENVERS - 14/07/2006 - .*\nT;45.924782;6.877033;"));
     EXPECT_TRUE(second.complaints().empty());
 }
@@ -104,6 +108,17 @@ TEST_F(SentenceReceiverTest, MagellanRoutesGoRound) {
     EXPECT_EQ(run("MGN", second, {"send-routes", file(routes)}), routes);
     const std::string back = host("MGN", second, session);
     EXPECT_EQ(recordsIn(back.substr(back.find(R"("DataType":"R")")), "RW"), routes);
+}
+
+TEST_F(SentenceReceiverTest, MagellanPositionsAreFollowed) {
+    ReceiverOptions options;
+    options.rate = 10;
+    const std::string answers =
+        host("MGN", BuiltIn("magellan", options, false),
+             {R"({"when":"PvtData","nth":3,"call":"StopPvtData","args":[]})", call("gpsConnect"),
+              call("StartPvtData")});
+    EXPECT_THAT(recordsIn(answers, "T"), ContainsRegex("^T;45[^\n]*;-1\nT;45.*;0\nT;45.*;0\n$"));
+    EXPECT_THAT(answers, HasSubstr("EndPvt"));
 }
 
 TEST_F(SentenceReceiverTest, MlrBlocksAndSentencesGoRound) {

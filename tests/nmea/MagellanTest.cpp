@@ -91,12 +91,13 @@ TEST_F(MagellanTest, DownloadsWaypoints) {
     expect(kStop);
     expect(kAskWaypoints, "noise" + good + good + lowerCase +
                               sentence("$PMGNWPL,4830.000,N,00130.000,W,1e40,M,BIG,,a") +
-                              sentence("$PMGNCSM,00") + wpl("caf\xE9") + kEnd);
+                              sentence("$PMGNCSM,00") + wpl("CUT").substr(0, 20) + wpl("LOST") +
+                              wpl("caf\xE9") + kEnd);
     EXPECT_TRUE(device.mgnGetWaypoints());
     EXPECT_EQ(takeLog(),
               (Log{writes(kStop), writes(kAskWaypoints), "StartDownload|W|100|Waypoints",
                    "GpsInfo|Download en cours...1", "WayptData|100|" + pointLine("HOME") + "|D",
-                   "GpsInfo|Download en cours...5", "WayptData|100|" + pointLine("café") + "|D",
+                   "GpsInfo|Download en cours...6", "WayptData|100|" + pointLine("café") + "|D",
                    "EndDownload|W", "GpsInfo|", "GpsInfo|"}));
     EXPECT_EQ(magellan.waypoints.size(), 2U) << "the old ones are gone";
     EXPECT_EQ(magellan.lastChecksum, "3D");
@@ -129,6 +130,9 @@ TEST_F(MagellanTest, ListsThatDoNotEndProperlyAreFalse) {
         EXPECT_NEAR(stage.host.elapsed(), c.seconds, 0.01) << c.answer;
         const Log log = stage.takeLog();
         EXPECT_EQ(Log(log.end() - 3, log.end()), (Log{"EndDownload|W", "GpsInfo|", "GpsInfo|"}));
+        stage.expect(kStop);
+        stage.expect(kAskWaypoints, wpl("A") + kEnd);
+        EXPECT_TRUE(itsDevice.mgnGetWaypoints()) << "nothing stays behind";
     }
 }
 

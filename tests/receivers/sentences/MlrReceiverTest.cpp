@@ -94,7 +94,7 @@ TEST(MlrReceiver, SendsTracksAsBlocksAtTheHigherSpeed) {
 TEST(MlrReceiver, NumbersAndBlocksGoOnBeyondOne) {
     std::string data = "N;LONG\n";
     for (int i = 0; i < 40; ++i) {
-        data += i == 20 ? "T;1;2;0;0;-1\n" : "T;1;2;0;0;0\n";
+        data += i == 20 ? "T;-1;-2;0;-12;-1\n" : "T;1;2;0;0;0\n";
     }
     Talk unit = talk(MlrKind::blocks, data);
     const std::string text = textOf(saidAfter(unit, kTracks));
@@ -103,12 +103,14 @@ TEST(MlrReceiver, NumbersAndBlocksGoOnBeyondOne) {
     ASSERT_EQ(text.size(), kDebut + 2 * kBlock + (6 + 8 * 16 + 2) + 11);
     EXPECT_EQ(text.substr(kDebut + kBlock + 1, 5), "0002\x10");
     EXPECT_EQ(text.substr(kDebut + 2 * kBlock + 1, 5), "0003\x08");
-    const auto numberOf = [&](std::size_t record) {
-        return text.substr(kDebut + record / 16 * kBlock + 6 + record % 16 * 16, 2);
+    const auto recordStarts = [&](std::size_t record, std::string_view start) {
+        return text.substr(kDebut + record / 16 * kBlock + 6 + record % 16 * 16, start.size()) ==
+               start;
     };
-    EXPECT_EQ(numberOf(19), std::string("\0\x14", 2));
-    EXPECT_EQ(numberOf(20), std::string("\0\x01", 2)) << "a segment begins";
-    EXPECT_EQ(numberOf(39), std::string("\0\x14", 2));
+    EXPECT_TRUE(recordStarts(19, {"\0\x14", 2}));
+    EXPECT_TRUE(recordStarts(20, {"\0\x01\xFF\xFF\x15\xA0\xFF\xFE\x2B\x40\xFF\xF4", 12}))
+        << "a segment begins, south and west and below the sea";
+    EXPECT_TRUE(recordStarts(39, {"\0\x14", 2}));
 }
 
 TEST(MlrReceiver, SendsWaypointsAsRecordsOfOneLength) {
