@@ -2,23 +2,17 @@
 // cuts, then the stream.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Require.h"
 #include "nmea/mlr/BlocMLR.h"
 #include "nmea/mlr/BlockSplitter.h"
 
 namespace {
 
 using namespace marlune;
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // Pieces of 1 to 8 bytes whose lengths the seed chooses.
 std::vector<std::string> split(std::string_view stream, std::uint32_t seed) {

@@ -1,10 +1,10 @@
 // GPX files of every kind, and the way back: what a file gives as lines can be written, and read
 // again.
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "Require.h"
 #include "host/CodePage.h"
 #include "marlune/Gpx.h"
 #include "support/TempFolder.h"
@@ -12,12 +12,6 @@
 namespace {
 
 using namespace marlune;
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 void tryKind(std::string_view content, GpxKind kind) {
     static const TempFolder folder;

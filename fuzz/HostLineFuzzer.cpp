@@ -1,23 +1,18 @@
 // The scriptable host's input: the line reader and the command parser. The first byte of the input
 // is the size of the pieces in which the rest arrives.
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Require.h"
 #include "cli/host/CommandParser.h"
 #include "host/CodePage.h"
 
 namespace {
 
 using namespace marlune::cli;
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
+using marlune::require;
 
 std::vector<InputLine> linesOf(std::string_view text, std::size_t piece) {
     LineReader reader(100);

@@ -1,10 +1,10 @@
 // The records' text lines, number and date texts. Input: a line.
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "Require.h"
 #include "garmin/records/Route.h"
 #include "garmin/records/Trace.h"
 #include "garmin/records/TrkHeader.h"
@@ -12,26 +12,10 @@
 #include "garmin/values/Chaine.h"
 #include "garmin/values/NumberText.h"
 #include "garmin/values/jour.h"
-#include "host/RunTimeError.h"
 
 namespace {
 
 using namespace marlune;
-
-template <class Action>
-void tolerate(Action&& action) {
-    try {
-        action();
-    } catch (const RunTimeError&) {
-        // The reader's own answer to a bad line.
-    }
-}
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 void numbers(std::string_view line) {
     const LeadingNumber number = leadingNumber(line);

@@ -2,13 +2,13 @@
 // whatever arrives. Input: a byte that chooses how the stream arrives, then the stream.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Require.h"
 #include "nmea/NmeaListener.h"
 #include "nmea/SentenceReader.h"
 #include "support/FakeHost.h"
@@ -16,12 +16,6 @@
 namespace {
 
 using namespace marlune;
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // A line that brings the stream, then silence. readAhead: how many bytes it admits to hold.
 class StreamPort : public SerialPort {

@@ -1,12 +1,12 @@
 // Every decoder of Garmin records in every type, and what is made of the records it accepts.
 // Input: one byte that chooses the type, then the record.
 #include <cstdint>
-#include <cstdlib>
 #include <iterator>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "Require.h"
 #include "garmin/records/PvtData.h"
 #include "garmin/records/Route.h"
 #include "garmin/records/RteLink.h"
@@ -15,7 +15,6 @@
 #include "garmin/records/Waypoint.h"
 #include "garmin/values/Nombre.h"
 #include "garmin/values/jour.h"
-#include "host/RunTimeError.h"
 
 namespace {
 
@@ -26,21 +25,6 @@ constexpr std::string_view kTypes[] = {
     "D100", "D101", "D102", "D103", "D104", "D105", "D106", "D107", "D108", "D109", "D110",
     "D150", "D151", "D152", "D154", "D155", "D200", "D201", "D202", "D210", "D300", "D301",
     "D302", "D303", "D304", "D310", "D311", "D312", "D600", "D800", ""};
-
-template <class Action>
-void tolerate(Action&& action) {
-    try {
-        action();
-    } catch (const RunTimeError&) {
-        // The decoder's own answer to a bad record.
-    }
-}
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 void waypoint(std::string_view type, Data data) {
     Waypoint decoded;

@@ -1,11 +1,10 @@
 // Every sentence codec. Input: a sentence.
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
-#include "host/RunTimeError.h"
+#include "Require.h"
 #include "nmea/NmeaPacket.h"
 #include "nmea/RouteSentence.h"
 #include "nmea/Sentence.h"
@@ -19,21 +18,6 @@ namespace {
 using namespace marlune;
 
 constexpr double kToday = 39234;
-
-template <class Action>
-void tolerate(Action&& action) {
-    try {
-        action();
-    } catch (const RunTimeError&) {
-        // The codec's own answer to values that do not fit.
-    }
-}
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // What is written ends as a sentence must; a "*" inside a text makes it another sentence.
 void requireSigned(const std::string& written) {

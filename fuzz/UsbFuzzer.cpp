@@ -3,11 +3,11 @@
 // refused, else so many bytes), then the bytes.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
 
+#include "Require.h"
 #include "marlune/GpsControl.h"
 #include "support/FakeHost.h"
 #include "support/ScriptedPort.h"
@@ -20,12 +20,6 @@ using namespace marlune;
 using Input = std::span<const std::uint8_t>;
 
 constexpr std::uint8_t kRefused = 254;  // and what is above it is silence
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // Without a folder on disk: the trace has no file.
 class QuickHost : public FakeHost {
