@@ -1,6 +1,5 @@
 #include "receivers/garmin/RealTime.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <numbers>
@@ -14,9 +13,6 @@ constexpr double kSecondsADay = 86400;
 constexpr double kEpochDay = 32873;  // 31/12/1989, a Sunday
 constexpr int kDaysAWeek = 7;
 constexpr int kLeapSeconds = 18;  // between UTC and the satellites' time, since 2017
-constexpr double kRadius = 150;   // metres round which it walks
-constexpr double kSpeed = 1.4;    // metres per second
-constexpr double kMetresADegree = 111320;
 // The ellipsoid lies that much below mean sea level here.
 constexpr float kGeoid = 48;
 constexpr int kFix3d = 3;
@@ -26,19 +22,6 @@ double radians(double degrees) {
 }
 
 }  // namespace
-
-Motion walk(const Place& centre, double seconds) {
-    const double angle = kSpeed / kRadius * seconds;
-    // Near the poles a circle would wind itself up.
-    const double shrink = std::max(0.01, std::cos(radians(centre.latitude)));
-    Motion motion;
-    motion.latitude = centre.latitude + kRadius * std::sin(angle) / kMetresADegree;
-    motion.longitude = centre.longitude + kRadius * std::cos(angle) / kMetresADegree / shrink;
-    motion.altitude = centre.altitude.value_or(0);
-    motion.east = -kSpeed * std::sin(angle);
-    motion.north = kSpeed * std::cos(angle);
-    return motion;
-}
 
 // month, day, year (2), hour (2), minute, second
 std::vector<std::uint8_t> dateRecord(double date) {

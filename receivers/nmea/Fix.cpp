@@ -1,17 +1,14 @@
 #include "receivers/nmea/Fix.h"
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 
+#include "receivers/Walk.h"
 #include "receivers/nmea/SentenceText.h"
 
 namespace marlune::receivers::nmea {
 namespace {
 
-constexpr double kRadius = 120;  // metres
-constexpr double kSpeed = 1.3;   // metres per second
-constexpr double kMetresADegree = 60 * 1852.0;
 constexpr double kKnot = 1852.0 / 3600;
 constexpr int kDecimals = 4;
 
@@ -28,20 +25,15 @@ std::string positionFields(const Fix& fix) {
 }  // namespace
 
 Fix walkRound(const Place& centre, double seconds, double date) {
-    const double angle = std::remainder(kSpeed / kRadius * seconds, 2 * std::numbers::pi);
-    // Near the poles a circle would wind itself up.
-    const double shrink =
-        std::max(0.01, std::cos(std::clamp(centre.latitude, -90.0, 90.0) * std::numbers::pi / 180));
-    Fix fix;
-    fix.latitude = centre.latitude + kRadius * std::cos(angle) / kMetresADegree;
-    fix.longitude = std::remainder(
-        centre.longitude + kRadius * std::sin(angle) / kMetresADegree / shrink, 360.0);
-    fix.altitude = centre.altitude.value_or(0);
-    fix.speed = kSpeed;
-    const double heading = angle * 180 / std::numbers::pi + 90;  // along the circle, clockwise
-    fix.course = heading < 0 ? heading + 360 : heading;
-    fix.date = date;
-    return fix;
+    const Motion motion = walk(centre, seconds);
+    const double heading = std::atan2(motion.east, motion.north) * 180 / std::numbers::pi;
+    return {true,
+            motion.latitude,
+            motion.longitude,
+            motion.altitude,
+            std::hypot(motion.east, motion.north),
+            heading < 0 ? heading + 360 : heading,
+            date};
 }
 
 std::string ggaSentence(const Fix& fix) {

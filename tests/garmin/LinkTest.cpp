@@ -115,15 +115,6 @@ protected:
     std::unique_ptr<SerialGarminLink> link_;
 };
 
-TEST_F(LinkTest, TracesWhatItSendsAndGets) {
-    const Bytes frame = {16, 10, 0, 246, 16, 3};
-    EXPECT_EQ(link_->grmSendPacket(frame), frame.size());
-    EXPECT_EQ(traced(), "Send  16 10 0 246 16 3\r\n");
-    trace_->openEmpty();
-    EXPECT_EQ(readFrame(frame), frame);
-    EXPECT_EQ(traced(), "Get  16 10 0 246 16 3\r\n");
-}
-
 TEST_F(LinkTest, ReadsFramesToTheirTrueEnd) {
     const Bytes bodies[] = {
         {1, 16, 2},         // stuffed in the middle

@@ -74,19 +74,5 @@ TEST(PtyDialogue, ExchangesWaypointsAsAScriptedPortDoes) {
     exchangeWaypoints(real);
 }
 
-TEST(PtyDialogue, EndsWhenTheDeviceIsPulledOut) {
-    PtyStage stage;
-    stage.connectGarmin(kTags);
-    stage.events.when("WayptData", 1, [&] { stage.hangUp(); });
-    const Step interrupted = box(BoxIcon::information, "Transfert Interrompu");
-    const Step unheard = event(wireText(garminFrame(6, {35, 0})));
-    // The two passes that are left end at once.
-    stage.play({sends(10, {7, 0}), answers(27, {2, 0}), acks(27), kStart, answers(35, d100("PT1")),
-                event("WayptData|1|" + d100Line("PT1") + "|D"), unheard, interrupted, interrupted,
-                event("EndDownload|W")},
-               [&] { stage.control().getWaypts(); });
-    stage.control().gpsDisconnect();
-}
-
 }  // namespace
 }  // namespace marlune

@@ -150,7 +150,7 @@ TEST_F(UploadFilesTest, ReadsTracksWithOrWithoutHeaders) {
 }
 
 TEST_F(UploadFilesTest, AsksForAFileInPlaceOfAMissingOne) {
-    const std::string there = folder_.write("there", "W;A;1;2;;3;4;5\n");
+    const std::string there = folder_.write("été.txt", "W;A;1;2;;3;4;5\n");
     const std::string missing = there + "x";
     std::vector<Waypoint> read;
     host_.fileAnswers = {there};
@@ -163,11 +163,12 @@ TEST_F(UploadFilesTest, AsksForAFileInPlaceOfAMissingOne) {
     EXPECT_FALSE(readWaypointFile(host_, missing, kGarmin, read));
     EXPECT_THAT(read, IsEmpty());
     EXPECT_FALSE(readWaypointFile(host_, folder_.path().string(), kGarmin, read)) << "a folder";
+    EXPECT_FALSE(readWaypointFile(host_, there + "\0x"s, kGarmin, read));
     EXPECT_FALSE(readWaypointFile(host_, "", kGarmin, read));
     const FakeHost::Box notFound{"Fichier non trouvé", BoxIcon::critical};
-    EXPECT_THAT(
-        host_.boxes,
-        ElementsAre(notFound, notFound, FakeHost::Box{"Fichier non renseigné", BoxIcon::critical}));
+    EXPECT_THAT(host_.boxes,
+                ElementsAre(notFound, notFound, notFound,
+                            FakeHost::Box{"Fichier non renseigné", BoxIcon::critical}));
 }
 
 TEST_F(UploadFilesTest, StandsHugeLinesAndZeroBytes) {

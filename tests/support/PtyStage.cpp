@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <future>
+
 #include "serial/SerialPort.h"
 #include "usb/UsbDevice.h"
 
@@ -62,21 +64,18 @@ PtyStage::PtyStage()
 
 void PtyStage::play(const Script& script, const std::function<void()>& call) {
     log_.clear();
-    device_ = std::async(std::launch::async,
-                         [this, turns = serialTurnsOf(script)] { return playDevice(pty_, turns); });
+    // Its result is what went wrong at the device's end.
+    auto device = std::async(std::launch::async, [this, turns = serialTurnsOf(script)] {
+        return playDevice(pty_, turns);
+    });
     call();
     // What the device has not heard yet, the next service might discard.
-    EXPECT_EQ(device_.get(), "");
+    EXPECT_EQ(device.get(), "");
     EXPECT_EQ(log_, serialLogOf(script));
 }
 
 void PtyStage::connectGarmin(const std::string& tags) {
     play(garminHandshake(tags), [this] { EXPECT_TRUE(control_.gpsConnect()); });
-}
-
-void PtyStage::hangUp() {
-    device_.wait();
-    pty_.hangUp();
 }
 
 }  // namespace marlune

@@ -6,7 +6,6 @@
 #pragma once
 
 #include <functional>
-#include <future>
 #include <memory>
 #include <string>
 #include <vector>
@@ -31,9 +30,6 @@ public:
     void play(const Script& script, const std::function<void()>& call);
     void connectGarmin(const std::string& tags);
 
-    // Takes the device away once it has played its turns. For handlers.
-    void hangUp();
-
 private:
     class BoxHost : public SystemHost {
     public:
@@ -55,7 +51,6 @@ private:
     Pty pty_;
     BoxHost host_;
     GpsControl control_;
-    std::future<std::string> device_;  // gives what went wrong at the device's end
 };
 
 }  // namespace marlune

@@ -256,19 +256,5 @@ TEST(RealTime, PvtHasItsImage) {
     EXPECT_EQ(Bytes(late.begin() + 60, late.end()), image("07 00 00 00"));
 }
 
-TEST(RealTime, TheWalkIsAWalk) {
-    const Place centre = {"A", 45, 7, "", 100, 18, 0};
-    Motion before = walk(centre, 0);
-    for (int second = 1; second <= 900; ++second) {
-        const Motion now = walk(centre, second);
-        const double north = (now.latitude - before.latitude) * 111320;
-        const double east = (now.longitude - before.longitude) * 111320 * 0.7071;
-        EXPECT_NEAR(north * north + east * east, 1.4 * 1.4, 0.01);
-        EXPECT_NEAR(north, (before.north + now.north) / 2, 0.02);
-        EXPECT_NEAR(east, (before.east + now.east) / 2, 0.02);
-        before = now;
-    }
-}
-
 }  // namespace
 }  // namespace marlune::receivers::garmin

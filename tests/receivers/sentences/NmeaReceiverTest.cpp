@@ -2,7 +2,9 @@
 
 #include <cmath>
 #include <fstream>
+#include <numbers>
 
+#include "receivers/Walk.h"
 #include "receivers/nmea/NmeaReceiver.h"
 #include "receivers/nmea/SentenceText.h"
 #include "receivers/sentences/Talk.h"
@@ -87,15 +89,21 @@ TEST(SentenceText, CarriesHundredthsIntoTheNextDay) {
     EXPECT_EQ(timeText(1e9) + " " + dayText(1e9), "000000.00 311299");
 }
 
-// A walk is a circle: the same place after a while, and never far, also where meridians meet.
+// A walk is a circle that moves as it says, and never far, also where meridians meet.
 TEST(Fix, WalksRoundThePlace) {
     for (const auto& [latitude, longitude] :
          {std::pair{46.0, 6.0}, {-17.0, 179.9999}, {89.99, 0.0}, {-90.0, 0.0}}) {
         const Place centre = {"A", latitude, longitude, "", 1000, 18, 0};
-        for (int seconds = 0; seconds < 2000; seconds += 10) {
+        Motion before = walk(centre, 0);
+        for (int seconds = 1; seconds < 2000; ++seconds) {
+            const Motion now = walk(centre, seconds);
+            EXPECT_NEAR((now.latitude - before.latitude) * 60 * 1852,
+                        (before.north + now.north) / 2, 0.02);
+            EXPECT_LT(std::abs(now.latitude - latitude), 0.0011);
+            EXPECT_LE(std::abs(now.longitude), 180);
+            before = now;
             const Fix fix = walkRound(centre, seconds, 0);
-            EXPECT_LT(std::abs(fix.latitude - centre.latitude), 0.0011);
-            EXPECT_LE(std::abs(fix.longitude), 180);
+            EXPECT_NEAR(fix.speed * std::sin(fix.course * std::numbers::pi / 180), now.east, 1e-9);
             EXPECT_GE(fix.course, 0);
             EXPECT_LT(fix.course, 360);
         }
