@@ -275,9 +275,11 @@ TEST_F(MagellanTest, FollowsThePosition) {
 }
 
 TEST_F(MagellanTest, TellsThatThereIsNoPosition) {
-    expect(kAskFix, kUnable);
-    device.mgnPvt();
-    EXPECT_EQ(takeLog(), (Log{writes(kAskFix), "box information: Position non disponible"}));
+    for (const std::string& refusal : {std::string(kUnable), std::string("$GPGGA,1") + kUnable}) {
+        expect(kAskFix, refusal);
+        device.mgnPvt();
+        EXPECT_EQ(takeLog(), (Log{writes(kAskFix), "box information: Position non disponible"}));
+    }
     expect(kAskFix);
     const double start = host.elapsed();
     device.mgnPvt();

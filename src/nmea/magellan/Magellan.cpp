@@ -294,7 +294,8 @@ void Magellan::sendTrackPoints(std::vector<TrackItem>& items) {
 
 void Magellan::mgnPvt() {
     send(signedSentence("$PMGNCMD,FIX*"));
-    if (!contains(waitForFix(), "$GPGGA")) {
+    const std::string reply = waitForFix();
+    if (reply.empty() || contains(reply, "UNABLE")) {
         services_.host.messageBox(nmeatext::kNoPosition, BoxIcon::information);
         if (services_.host.stopRequested()) {
             mgnStop();
