@@ -2,10 +2,9 @@
 
 #include <array>
 #include <cstdio>
-#include <pugixml.hpp>
 
 #include "storage/GpxValues.h"
-#include "storage/WholeFile.h"
+#include "storage/XmlText.h"
 
 namespace marlune {
 namespace {
@@ -14,21 +13,16 @@ namespace {
 class PrefixDropper : public pugi::xml_tree_walker {
 public:
     bool for_each(pugi::xml_node& node) override {
-        const std::string name = node.name();
-        const std::size_t colon = name.find(':');
-        if (node.type() == pugi::node_element && colon != std::string::npos) {
-            node.set_name(name.substr(colon + 1).c_str());
+        const std::string name(localName(node));
+        if (node.type() == pugi::node_element && name != node.name()) {
+            node.set_name(name.c_str());
         }
         return true;
     }
 };
 
 std::string textOf(const pugi::xpath_node& found) {
-    std::string text;
-    for (const pugi::xml_node& child : found.node().children()) {
-        text += child.value();
-    }
-    return gpxText(text);
+    return textIn(found.node());
 }
 
 // Hundredths as "#0.00".
@@ -54,12 +48,7 @@ std::string folderOf(const pugi::xml_node& dataType, const char* direction) {
 
 DeviceDescription readDeviceDescription(std::string_view xml) {
     pugi::xml_document document;
-    // Document types are skipped and their entities stay as they are written: nothing expands.
-    const auto result = document.load_buffer(xml.data(), xml.size());
-    if (!result) {
-        throw GpxParseError(result.description(),
-                            placeAt(xml, static_cast<std::size_t>(result.offset)));
-    }
+    loadXml(document, xml);
     PrefixDropper dropper;
     document.traverse(dropper);
 

@@ -1,20 +1,14 @@
 #include <algorithm>
 #include <cmath>
-#include <pugixml.hpp>
 
 #include "garmin/values/NumberText.h"
 #include "marlune/Gpx.h"
 #include "storage/GpxValues.h"
 #include "storage/WholeFile.h"
+#include "storage/XmlText.h"
 
 namespace marlune {
 namespace {
-
-std::string_view localName(const pugi::xml_node& node) {
-    const std::string_view name = node.name();
-    const std::size_t colon = name.find(':');
-    return colon == std::string_view::npos ? name : name.substr(colon + 1);
-}
 
 // The children of that name, namespaces aside, in document order.
 template <class Visit>
@@ -26,18 +20,10 @@ void forEachChild(const pugi::xml_node& parent, std::string_view name, Visit&& v
     }
 }
 
-std::string textOf(const pugi::xml_node& node) {
-    std::string text;
-    for (const pugi::xml_node& child : node.children()) {
-        text += child.value();
-    }
-    return text;
-}
-
 std::string childText(const pugi::xml_node& parent, std::string_view name) {
     for (const pugi::xml_node& child : parent.children()) {
         if (localName(child) == name) {
-            return gpxText(textOf(child));
+            return textIn(child);
         }
     }
     return {};
@@ -134,12 +120,7 @@ std::vector<std::string> GpxReader::readFile(const std::string& path) {
 
 std::vector<std::string> GpxReader::readText(std::string_view content) {
     pugi::xml_document document;
-    // Document types are skipped and their entities stay as they are written: nothing expands.
-    const auto result = document.load_buffer(content.data(), content.size());
-    if (!result) {
-        throw GpxParseError(result.description(),
-                            placeAt(content, static_cast<std::size_t>(result.offset)));
-    }
+    loadXml(document, content);
     const pugi::xml_node root = document.document_element();
     if (localName(root) != "gpx") {
         throw GpxParseError("The root element is not gpx", placeAt(content, 0));
