@@ -20,6 +20,7 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
+const std::string kPlace = "W;\xC3\x89T\xC3\x89;45;45;;0;18;0";
 const std::string kTags = "A10 A100 D100 A200 D201 D100 A300 D300";
 
 class OneShotTest : public testing::Test {
@@ -40,6 +41,19 @@ protected:
         Script script = garminHandshake(kTags);
         script.insert(script.begin() + 1, answers(6, {10, 0}));
         play(script);
+    }
+
+    // Sends a file that holds kPlace.
+    void sendPlace(const std::string& file) const {
+        Program program = start({"send-waypoints", file});
+        connect();
+        play({sends(27, {1, 0}), answers(6, {27, 0})});
+        EXPECT_EQ(program.line(), kPlace);
+        const Bytes frame = device.read(5);  // 16, 35, size and the first letters
+        EXPECT_EQ(frame, (Bytes{16, 35, 58, 0xC9, 'T'}));
+        (void)device.readArrived();
+        play({answers(6, {35, 0}), sends(12, {0})});
+        EXPECT_EQ(program.wait(), 0);
     }
 
     [[nodiscard]] Program start(std::vector<std::string> arguments) const {
@@ -118,30 +132,13 @@ TEST_F(OneShotTest, WrongUsageOpensNothing) {
 }
 
 TEST_F(OneShotTest, SendsGpxAsTextLines) {
-    const std::string gpx = folder.write(
-        "in.gpx", "<gpx><wpt lat='45' lon='45'><name>\xC3\x89T\xC3\x89</name></wpt></gpx>");
-    Program program = start({"send-waypoints", gpx});
-    connect();
-    play({sends(27, {1, 0}), answers(6, {27, 0})});
-    EXPECT_EQ(program.line(), "W;\xC3\x89T\xC3\x89;45;45;;0;18;0");
-    const Bytes frame = device.read(5);  // 16, 35, size and the first letters
-    EXPECT_EQ(frame, (Bytes{16, 35, 58, 0xC9, 'T'}));
-    (void)device.readArrived();
-    play({answers(6, {35, 0}), sends(12, {0})});
-    EXPECT_EQ(program.wait(), 0);
+    sendPlace(folder.write(
+        "in.gpx", "<gpx><wpt lat='45' lon='45'><name>\xC3\x89T\xC3\x89</name></wpt></gpx>"));
 }
 
 // Downloads print UTF-8, so that is what a file of such lines holds; it needs no mark here.
 TEST_F(OneShotTest, SendsWhatDownloadsPrint) {
-    Program program =
-        start({"send-waypoints", folder.write("lines.txt", "W;\xC3\x89T\xC3\x89;45;45;;0;18;0")});
-    connect();
-    play({sends(27, {1, 0}), answers(6, {27, 0})});
-    EXPECT_EQ(program.line(), "W;\xC3\x89T\xC3\x89;45;45;;0;18;0");
-    EXPECT_EQ(device.read(5), (Bytes{16, 35, 58, 0xC9, 'T'}));
-    (void)device.readArrived();
-    play({answers(6, {35, 0}), sends(12, {0})});
-    EXPECT_EQ(program.wait(), 0);
+    sendPlace(folder.write("lines.txt", kPlace));
 }
 
 TEST_F(OneShotTest, RefusesFilesThatHoldNothingToSendBeforeItConnects) {

@@ -4,6 +4,7 @@
 #include <numeric>
 
 #include "support/ScriptedUsb.h"
+#include "support/TracedServices.h"
 #include "usb/BlockReader.h"
 
 namespace marlune {
@@ -40,16 +41,7 @@ Blocks operator+(Blocks left, const Blocks& right) {
 
 class BlockReaderTest : public testing::Test {
 protected:
-    BlockReaderTest() : trace_(folder()) {
-        trace_.setDebug(true);
-        trace_.openEmpty();
-        port_.open();
-    }
-
-    std::string folder() {
-        host_.createTraceFolder();
-        return host_.documents().path().string();
-    }
+    BlockReaderTest() { port_.open(); }
 
     // The ids of the packets gathered from one answer; each packet's data is checked.
     std::vector<int> gather(Blocks interrupt, Blocks bulk = {}) {
@@ -76,10 +68,10 @@ protected:
         return count;
     }
 
-    FakeHost host_;
     GpsControlEvents events_;
-    DebugTrace trace_;
-    Services services_{host_, events_, trace_};
+    TracedServices traced_{events_};
+    FakeHost& host_ = traced_.host;
+    Services& services_ = traced_.services;
     ScriptedUsb* owned_ = new ScriptedUsb(host_);
     ScriptedUsb& usb_ = *owned_;
     UsbPort port_{std::unique_ptr<UsbDevice>(owned_)};
@@ -139,6 +131,12 @@ TEST_F(BlockReaderTest, BlocksOfNoModeAreTracedAndSkipped) {
 
 TEST_F(BlockReaderTest, AnEmptyBlockEndsAnInterruptRun) {
     EXPECT_EQ(gather({app(35), kEmpty, app(36)}), std::vector<int>{35});
+}
+
+TEST_F(BlockReaderTest, PaddingIsDropped) {
+    Bytes padded = app(35, 10);
+    padded.resize(64);
+    EXPECT_EQ(gather({padded, app(36)}), (std::vector<int>{35, 36}));
 }
 
 TEST_F(BlockReaderTest, LyingSizesNeitherLoopNorFillTheMemory) {

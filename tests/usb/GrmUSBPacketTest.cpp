@@ -84,23 +84,5 @@ TEST(PacketAssembler, IsIndifferentToWhereBlocksEnd) {
     }
 }
 
-TEST(PacketAssembler, DropsPaddingAndWhatIsNoPacket) {
-    PacketAssembler assembler;
-    Bytes padded = of(35, 10);
-    padded.resize(64);
-    assembler.append(padded);
-    ASSERT_TRUE(assembler.take());
-    EXPECT_FALSE(assembler.take());
-    EXPECT_FALSE(assembler.isPartial()) << "the padding must not stand in front of the next block";
-
-    Bytes huge = of(35, 52);
-    huge[11] = 0xFF;
-    assembler.append(huge);
-    EXPECT_FALSE(assembler.take());
-    EXPECT_FALSE(assembler.isPartial()) << "nothing is awaited of a packet of 4 GB";
-    assembler.append(of(34, 4));
-    EXPECT_TRUE(assembler.take());
-}
-
 }  // namespace
 }  // namespace marlune

@@ -11,8 +11,8 @@
 
 #include "host/Services.h"
 #include "receivers/usb/EmulatedUsbBus.h"
-#include "support/FakeHost.h"
 #include "support/OrdinaryUser_posix.h"
+#include "support/TracedServices.h"
 #include "usb/UsbDevice.h"
 
 namespace marlune {
@@ -47,18 +47,9 @@ public:
 
 class UsbDeviceTest : public testing::Test {
 protected:
-    UsbDeviceTest() : trace_(folder()) {
-        trace_.setDebug(true);
-        trace_.openEmpty();
-    }
-
-    std::string folder() {
-        host_.createTraceFolder();
-        return host_.documents().path().string();
-    }
     void plugIn(EmulatedUsbBus::Settings settings = {}) {
         bus_.emplace(answers_, settings);
-        device_ = makeSystemUsbDevice(trace_);
+        device_ = makeSystemUsbDevice(traced_.trace);
     }
     void plugInAndOpen(EmulatedUsbBus::Settings settings = {}) {
         plugIn(settings);
@@ -83,8 +74,9 @@ protected:
         return block;
     }
 
-    FakeHost host_;
-    DebugTrace trace_;
+    GpsControlEvents events_;
+    TracedServices traced_{events_};
+    FakeHost& host_ = traced_.host;
     Answers answers_;
     std::optional<EmulatedUsbBus> bus_;
     std::unique_ptr<UsbDevice> device_;

@@ -13,8 +13,6 @@
 namespace marlune {
 namespace {
 
-using Turn = ScriptedUsb::Turn;
-
 const std::string kTags = "A100 D100 A200 D201 A300 D300 A400 D400 A600 D600 A700 D700 A800 D800";
 const std::string kWaypointsHeader =
     "---- W;id;lat;lon;comment;altitude;symbole;display opt. ------";
@@ -199,22 +197,6 @@ TEST_F(UsbTransferTest, EveryPacketThatCameIsTakenWhateverWasAnnounced) {
     EXPECT_TRUE(hasTraced("Paquet inconnu: pid = 232"));
 }
 
-TEST_F(UsbTransferTest, ALateSecondSessionAnswerIsSkipped) {
-    connectGarmin(kTags);
-    events.when("StartDownload", 1, [] {});
-    usb().answersSessions = false;
-    const auto session = [&](const Turn& turn) {
-        usb().play({{.write = ScriptedUsb::packet(0, 5), .interrupt = {kStarted}}, turn});
-    };
-    usb().onWrite = nullptr;
-    session({.write = application(10, {7, 0}), .interrupt = {kStarted, application(27, {0, 0})}});
-    play({box(BoxIcon::information, "Aucun Waypoint dans ce Gps")},
-         [&] { EXPECT_FALSE(control().getWaypts()); });
-    session({.write = application(10, {5, 0}),
-             .interrupt = {kStarted, application(14, {6, 15, 0xD7, 7, 23, 0, 4, 5})}});
-    play({box(BoxIcon::none, "15/06/2007 23:04:05")}, [&] { EXPECT_GT(control().GetTime(), 0); });
-}
-
 TEST_F(UsbTransferTest, AHandlerMayDisconnectOrStartAnotherTransfer) {
     connectGarmin(kTags);
     usb().onWrite = nullptr;
@@ -291,19 +273,6 @@ TEST_F(UsbTransferTest, ARefusedWriteEndsAnUploadInItsOrder) {
     usb().answersSessions = false;
     usb().play({{.write = ScriptedUsb::packet(0, 5), .interrupt = {kStarted}, .action = refuse}});
     play({protocolError(0)}, [&] { EXPECT_FALSE(control().SendWaypts(path)); });
-}
-
-TEST_F(UsbTransferTest, UnpluggingEndsWhatRuns) {
-    connectGarmin(kTags);
-    events.when("WayptData", 1, [this] { usb().unplug(); });
-    usb().onWrite = nullptr;
-    play({event("StartUpload|W|2|Waypoints"), event("WayptData|1|W;PT1;45;45;;0;18;0|U"),
-          box(BoxIcon::critical, "ProblèmeW;PT1;45;45;;0;18;0"), event("EndUpload|W")},
-         [&] {
-             EXPECT_FALSE(control().SendWaypts(file("W;PT1;45;45;;0;18;0\nW;PT2;45;45;;0;18;0\n")));
-         });
-    getWaypts({kNoSession}, false);
-    failsToConnect({});
 }
 
 TEST_F(UsbTransferTest, TimeIsOneInterruptBlock) {
