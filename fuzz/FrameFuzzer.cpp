@@ -2,13 +2,13 @@
 // arrives on the line; its bytes are a packet's id and data as well.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <span>
 #include <utility>
 #include <vector>
 
 #include "FuzzPort.h"
+#include "Require.h"
 #include "garmin/link/GpsPacket.h"
 #include "garmin/link/SerialGarminLink.h"
 
@@ -16,12 +16,6 @@ namespace {
 
 using namespace marlune;
 using Data = std::span<const std::uint8_t>;
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 bool isPacket(GpsPacket& packet, std::uint8_t pid, Data data) {
     const auto got = packet.GetData();

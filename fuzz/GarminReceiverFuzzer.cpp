@@ -5,9 +5,9 @@
 // Whatever happens, all that the unit says is good frames.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 
+#include "Require.h"
 #include "receivers/garmin/GarminReceiver.h"
 
 namespace {
@@ -17,9 +17,7 @@ using marlune::receivers::garmin::GarminReceiver;
 
 void checkSaid(GarminReceiver& receiver, FrameReader& reader) {
     for (const std::uint8_t byte : receiver.takeOutput()) {
-        if (reader.take(byte) == FrameReader::Outcome::bad) {
-            std::abort();
-        }
+        marlune::require(reader.take(byte) != FrameReader::Outcome::bad);
     }
 }
 

@@ -2,7 +2,6 @@
 // anything once. Input: when the handler acts and what it does, whether the trace is on, then
 // services, each a byte, with what the unit says meanwhile (FuzzPort.h) between them.
 #include <cstdint>
-#include <cstdlib>
 #include <iterator>
 #include <memory>
 #include <span>
@@ -10,6 +9,7 @@
 #include <utility>
 
 #include "FuzzPort.h"
+#include "Require.h"
 #include "marlune/GpsControl.h"
 #include "support/Dialogue.h"
 #include "support/TempFolder.h"
@@ -18,12 +18,6 @@
 namespace {
 
 using namespace marlune;
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // The upload files, and a documents folder with a place for the trace.
 struct Files {
@@ -74,6 +68,7 @@ private:
     }
 
     static constexpr std::uint8_t kConnect = 10;
+    static constexpr std::uint8_t kStop = 11;
 
     void serve(std::uint8_t which) {
         device_->beginService();
@@ -109,30 +104,22 @@ private:
     }
 
     void act() {
-        GpsControl& control = *control_;
         switch (action_ % 8) {
             case 0:
-                control.StopTransfert();
-                break;
             case 1:
-                control.StopPvtData();
-                break;
+                return serve(kStop);
             case 2:
-                control.gpsDisconnect();
-                break;
+                return control_->gpsDisconnect();
             case 3:
-                control.SetGpsMark("MGN");
-                break;
+                return control_->SetGpsMark("MGN");
             case 4:
                 control_.reset();
                 device_ = nullptr;
-                break;
+                return;
             case 5:
-                (void)control.gpsConnect();
-                break;
+                return serve(kConnect);
             default:
-                serve(action_);
-                break;
+                return serve(action_);
         }
     }
 

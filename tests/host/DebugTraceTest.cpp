@@ -2,39 +2,29 @@
 
 #include <array>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <regex>
 
 #include "host/DateText.h"
 #include "host/DebugTrace.h"
 #include "host/FilePath.h"
+#include "support/TempFolder.h"
 
 namespace marlune {
 namespace {
 
-namespace fs = std::filesystem;
-
 class DebugTraceTest : public testing::Test {
 protected:
-    void SetUp() override {
-        folder_ = fs::path(testing::TempDir()) / filePath("Mes données Łódź") /
-                  testing::UnitTest::GetInstance()->current_test_info()->name();
-        fs::remove_all(folder_);
-        fs::create_directories(folder_ / "Palimor");
-    }
-    void TearDown() override { fs::remove_all(folder_); }
+    DebugTraceTest() { (void)home_.write(kFile, "of the connection before"); }
 
-    [[nodiscard]] std::string written() const {
-        std::ifstream file(folder_ / "Palimor/OcxDebug.txt", std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    [[nodiscard]] std::string written() const { return home_.read(kFile); }
 
-    fs::path folder_;
+    static constexpr const char* kFile = "Mes données Łódź/Palimor/OcxDebug.txt";
+    TempFolder home_;
+    std::string documents_ = pathText(home_.path() / filePath("Mes données Łódź"));
 };
 
 TEST_F(DebugTraceTest, NumbersLinesAlsoWhileDebuggingIsOff) {
-    DebugTrace trace(pathText(folder_));
+    DebugTrace trace(documents_);
     trace.openEmpty();
     trace.setDebug(true);
     trace.traceLine("première");
@@ -52,7 +42,7 @@ TEST_F(DebugTraceTest, NumbersLinesAlsoWhileDebuggingIsOff) {
 }
 
 TEST_F(DebugTraceTest, OpensEmptyOrAppends) {
-    DebugTrace trace(pathText(folder_));
+    DebugTrace trace(documents_);
     trace.setDebug(true);
     trace.openEmpty();
     trace.traceLine("one");
@@ -65,12 +55,12 @@ TEST_F(DebugTraceTest, OpensEmptyOrAppends) {
 }
 
 TEST_F(DebugTraceTest, CreatesNoFolder) {
-    fs::remove_all(folder_);
-    DebugTrace trace(pathText(folder_));
+    const std::filesystem::path missing = home_.path() / "missing";
+    DebugTrace trace(pathText(missing));
     trace.setDebug(true);
     trace.openEmpty();
     trace.traceLine("lost");
-    EXPECT_FALSE(fs::exists(folder_));
+    EXPECT_FALSE(std::filesystem::exists(missing));
 }
 
 TEST(Dumps, ShowBytesAsTheTraceDoes) {

@@ -8,6 +8,7 @@
 #include "receivers/EchoReceiver.h"
 #include "receivers/HostEnd.h"
 #include "receivers/PtyRunner.h"
+#include "support/TempFolder.h"
 
 namespace marlune::receivers {
 namespace {
@@ -96,8 +97,8 @@ TEST(PtyRunner, AHangUpEndsTheLineAfterWhatWasSaid) {
 
 TEST(PtyRunner, MakesAndRemovesItsLinkAndNothingElse) {
     namespace fs = std::filesystem;
-    const fs::path folder = fs::path(testing::TempDir()) / "marlune_link";
-    fs::remove_all(folder);
+    const TempFolder temporary;
+    const fs::path& folder = temporary.path();
     fs::create_directories(folder / "taken");
     {
         const std::string link = folder / "gps";
@@ -110,7 +111,6 @@ TEST(PtyRunner, MakesAndRemovesItsLinkAndNothingElse) {
         PtyRunner(std::make_unique<EchoReceiver>(), PtyRunner::Options{false, folder / "taken"}),
         std::system_error);
     EXPECT_TRUE(fs::is_directory(folder / "taken"));
-    fs::remove_all(folder);
 }
 
 TEST(PtyRunner, PacesWithoutLosingBytes) {

@@ -5,6 +5,8 @@
 #include <random>
 #include <system_error>
 
+#include "host/FilePath.h"
+
 namespace marlune {
 
 TempFolder::TempFolder() {
@@ -21,14 +23,14 @@ TempFolder::~TempFolder() {
 }
 
 std::string TempFolder::write(const std::string& name, std::string_view content) const {
-    const std::filesystem::path file = path_ / name;
+    const std::filesystem::path file = path_ / filePath(name);
     std::filesystem::create_directories(file.parent_path());
     std::ofstream(file, std::ios::binary) << content;
-    return file.string();
+    return pathText(file);
 }
 
 std::string TempFolder::read(const std::string& name) const {
-    std::ifstream file(path_ / name, std::ios::binary);
+    std::ifstream file(path_ / filePath(name), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 

@@ -16,7 +16,7 @@ public:
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
-    // Writes a file of that name, making its folders, and returns its path.
+    // Writes a file of that name (UTF-8), making its folders, and returns its path.
     [[nodiscard]] std::string write(const std::string& name, std::string_view content) const;
     // The bytes of a file; empty when there is none.
     [[nodiscard]] std::string read(const std::string& name) const;
