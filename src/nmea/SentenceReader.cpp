@@ -26,14 +26,14 @@ bool endsWait(std::string_view line, std::string_view prefix) {
 
 }  // namespace
 
-SentenceReader::Byte SentenceReader::readByte() {
+std::optional<char> SentenceReader::readByte() {
     services_.host.processEvents();
     std::uint8_t byte = 0;
-    const bool came = port_.readArrived({&byte, 1}) == 1;
-    if (!came) {
-        pauseWhenGone(port_, services_.host);
+    if (port_.readArrived({&byte, 1}) == 1) {
+        return static_cast<char>(byte);
     }
-    return {came, static_cast<char>(byte)};
+    pauseWhenGone(port_, services_.host);
+    return std::nullopt;
 }
 
 std::string SentenceReader::mgnGet(std::string_view prefix, std::int16_t timeOut) {
@@ -64,8 +64,7 @@ bool SentenceReader::waitForDollar(std::int16_t timeOut) {
     Host& host = services_.host;
     const double end = roundedClock(host) + timeOut;
     while (last_ != '$' && host.secondsClock() < end && mayGoOn(port_, host)) {
-        const Byte byte = readByte();
-        last_ = byte.came ? byte.character : '\0';
+        last_ = readByte().value_or('\0');
     }
     return last_ == '$';
 }
@@ -77,10 +76,10 @@ std::string SentenceReader::readSentence(std::int16_t timeOut) {
     const double end = roundedClock(host) + timeOut;
     std::string line(1, last_);
     do {
-        const Byte byte = readByte();
-        last_ = byte.came ? byte.character : '\0';
-        if (byte.came) {
-            appendBounded(line, byte.character);
+        const std::optional<char> byte = readByte();
+        last_ = byte.value_or('\0');
+        if (byte) {
+            appendBounded(line, *byte);
         }
     } while (last_ != '*' && host.secondsClock() <= end && mayGoOn(port_, host));
     if (last_ != '*') {
@@ -106,9 +105,8 @@ void SentenceReader::nmeaGetPhrase(std::string_view codes, float listening, floa
     const std::vector<std::string_view> alternatives = splitText(capitals, '|');
     const double end = roundedClock(host) + listening;
     while (host.secondsClock() < end && !state_.found && mayGoOn(port_, host)) {
-        const Byte byte = readByte();
-        if (byte.came) {
-            takeCharacter(byte.character, alternatives);
+        if (const std::optional<char> byte = readByte()) {
+            takeCharacter(*byte, alternatives);
         }
     }
 }

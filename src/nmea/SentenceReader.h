@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,12 +39,8 @@ public:
     std::string nextSentence(std::string_view codes, float listening);
 
 private:
-    struct Byte {
-        bool came;
-        char character;
-    };
-
-    Byte readByte();
+    // Processes the host's events first. None when nothing came within the time-outs.
+    std::optional<char> readByte();
     bool waitForDollar(std::int16_t timeOut);
     std::string readSentence(std::int16_t timeOut);
     void takeCharacter(char character, const std::vector<std::string_view>& alternatives);
