@@ -43,7 +43,8 @@ std::optional<double> readDegrees(std::string_view field, std::size_t digits, do
     }
     const std::optional<int> degrees = readWhole(field.substr(0, digits));
     const std::optional<double> minutes = readNumber(field.substr(digits));
-    if (!degrees || !minutes || *minutes < 0 || *minutes >= 60) {
+    // Hosts that round without carrying write a whole degree as 60 minutes.
+    if (!degrees || !minutes || *minutes < 0 || *minutes > 60) {
         return std::nullopt;
     }
     const double all = *degrees + *minutes / 60;

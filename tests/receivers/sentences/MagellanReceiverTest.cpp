@@ -92,7 +92,7 @@ TEST(MagellanReceiver, StoresUploadsByNameAndNumber) {
              "PMGNWPL,0000.500,N,00000.000,E,,M,Ça,x;y,a",
              "PMGNTRK,4600.000,N,00600.000,E,00010,M,120000.00,A,WALK,290224",
              "PMGNTRK,4600.000,N,00600.000,E,00010,M,180000.00,A,NEW",
-             "PMGNTRK,4600.600,N,00600.000,E,00010,M,120001.00,A,WALK,290224",
+             "PMGNTRK,4560.000,N,00600.000,E,00010,M,120001.00,A,WALK,290224",
              "PMGNRTE,2,1,c,3,BACK,MILL,a,HOME,a",
              "PMGNRTE,2,2,c,3,BACK,Ça,a",
              "PMGNRTE,1,1,c,4,,HOME,a",
@@ -103,7 +103,7 @@ TEST(MagellanReceiver, StoresUploadsByNameAndNumber) {
     EXPECT_THAT(unit.receiver().lines(),
                 ElementsAre("W;HOME;-46;-6.5;;30;18;0", "W;ÉVIAN;-33.5;-151.25;A,B;-3;18;0",
                             "W;MILL;1;2;;;18;0", "W;Ça;0.008333;0;x y;;18;0", "N;WALK",
-                            "T;46;6;45351.5;10;-1", "T;46.01;6;45351.50001157408;10;0", "N;NEW",
+                            "T;46;6;45351.5;10;-1", "T;46;6;45351.50001157408;10;0", "N;NEW",
                             "T;46;6;0.75;10;-1", "R;3;BACK", "W;MILL;1;2;;;18;0",
                             "W;HOME;-46;-6.5;;30;18;0", "W;Ça;0.008333;0;x y;;18;0", "R;4;",
                             "W;HOME;-46;-6.5;;30;18;0"));
@@ -116,7 +116,7 @@ TEST(MagellanReceiver, RefusesMalformedUploads) {
     Talk unit = talk("W;HOME;1;2\n");
     for (const char* line : {
              "PMGNWPL,9100.000,N,00600.000,E,0,M,A,,a",
-             "PMGNWPL,4660.000,N,00600.000,E,0,M,A,,a",
+             "PMGNWPL,4660.001,N,00600.000,E,0,M,A,,a",
              "PMGNWPL,4600.000,X,00600.000,E,0,M,A,,a",
              "PMGNWPL,,,,,0,M,A,,a",
              "PMGNWPL,4600.000,N,18000.001,E,0,M,A,,a",
