@@ -230,6 +230,10 @@ DeviceData readDataFile(const std::string& path) {
     }
 }
 
+Place whereabouts(const std::vector<Place>& places) {
+    return places.empty() ? Place{"HERE", 45.923611, 6.869444, "", 1037, 18, 0} : places.front();
+}
+
 std::string placeLine(const Place& place) {
     return "W;" + placeFields(place);
 }

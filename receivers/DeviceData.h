@@ -91,6 +91,9 @@ DeviceData readDataFile(const std::string& path);
 // several segments.
 DeviceData builtInData();
 
+// Where a unit is that holds these places: at the first of them; somewhere without any.
+Place whereabouts(const std::vector<Place>& places);
+
 // The lines: coordinates to six decimals and altitudes to whole metres, as the control prints them.
 std::string placeLine(const Place& place);
 std::vector<std::string> linesOf(const DeviceData& data);

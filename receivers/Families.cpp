@@ -1,6 +1,7 @@
 #include "receivers/Families.h"
 
 #include <algorithm>
+#include <chrono>
 #include <stdexcept>
 
 #include "receivers/garmin/GarminReceiver.h"
@@ -20,6 +21,14 @@ std::vector<Unit> unitsOfGarmin() {
 }
 
 }  // namespace
+
+double firstDate(const ReceiverOptions& options) {
+    constexpr double kUnixDay = 25569;  // 01/01/1970
+    constexpr double kSecondsADay = 86400;
+    const auto since = std::chrono::system_clock::now().time_since_epoch();
+    return options.now.value_or(kUnixDay +
+                                std::chrono::duration<double>(since).count() / kSecondsADay);
+}
 
 const std::vector<Family>& receiverFamilies() {
     static const std::vector<Family> kFamilies = {

@@ -27,6 +27,9 @@ struct ReceiverOptions {
     std::optional<double> now;
 };
 
+// A receiver's date when it first hears or is due: the one of the options, or the system's, UTC.
+double firstDate(const ReceiverOptions& options);
+
 struct Unit {
     std::string name;
     std::string description;

@@ -61,6 +61,13 @@ void VirtualReceiver::say(std::string_view label, std::vector<std::uint8_t> byte
     emit(std::move(bytes));
 }
 
+void VirtualReceiver::complain(const std::string& text) {
+    constexpr std::size_t kEnough = 1000;
+    if (complaints_.size() < kEnough) {
+        complaints_.push_back(text);
+    }
+}
+
 void VirtualReceiver::emit(std::vector<std::uint8_t> bytes) {
     faults_.wear(bytes, Faults::Way::said);
     if (!apart_ && !said_.empty() && said_.back().baud == baud_) {

@@ -62,7 +62,7 @@ public:
 
     // What the other end did that a receiver of this family has reason to wonder about, oldest
     // first, one English text each.
-    [[nodiscard]] virtual std::vector<std::string> complaints() const { return {}; }
+    [[nodiscard]] const std::vector<std::string>& complaints() const { return complaints_; }
 
 protected:
     VirtualReceiver(int baud, Faults faults);
@@ -85,6 +85,9 @@ protected:
     // Changes the speed; what was said before keeps the speed at which it was said.
     void setBaud(int baud) { baud_ = baud; }
 
+    // Keeps a complaint, up to a number that nobody reads to its end.
+    void complain(const std::string& text);
+
     // For lines that carry messages, not a stream: what is said then stays in one piece each.
     void keepApart() { apart_ = true; }
 
@@ -96,6 +99,7 @@ private:
     bool hungUp_ = false;
     bool apart_ = false;
     std::vector<Said> said_;
+    std::vector<std::string> complaints_;
     std::vector<std::uint8_t>
         worn_;  // what the faults left of the bytes heard; kept for its memory
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <sstream>
 #include <stdexcept>
@@ -44,20 +43,6 @@ std::vector<std::uint8_t> protocolArray(const std::string& tags) {
     return bytes;
 }
 
-// Where the unit is: at the first place that it knows.
-Place whereabouts(const DeviceData& data) {
-    if (!data.places.empty()) {
-        return data.places.front();
-    }
-    return {"HERE", 45.923611, 6.869444, "", 1037, 18, 0};
-}
-
-double systemDate() {
-    constexpr double kUnixDay = 25569;  // 01/01/1970
-    const auto since = std::chrono::system_clock::now().time_since_epoch();
-    return kUnixDay + std::chrono::duration<double>(since).count() / 86400;
-}
-
 }  // namespace
 
 GarminReceiver::GarminReceiver(Settings settings)
@@ -88,13 +73,6 @@ void GarminReceiver::take(const Packet& packet, double now) {
     startClock(now);
     if (!off_) {
         onRequest(packet, now);
-    }
-}
-
-void GarminReceiver::complain(const std::string& text) {
-    constexpr std::size_t kEnough = 1000;
-    if (complaints_.size() < kEnough) {
-        complaints_.push_back(text);
     }
 }
 
@@ -244,36 +222,15 @@ void GarminReceiver::onCommand(const Packet& packet, double now) {
     endTransfer();
     const int high = packet.data.size() > 1 ? packet.data[1] : 0;
     const int code = packet.data.empty() ? -1 : packet.data[0] + 256 * high;
-    const Abilities& abilities = holdings_.abilities();
-    switch (dialect_->meaning(code)) {
+    const Command command = dialect_->meaning(code);
+    if (const auto list = holdings_.listOf(command)) {
+        sendRecords(*list, packet);
+        return;
+    }
+    switch (command) {
         case Command::abort:
         case Command::stopPvt:
             pvtDue_.reset();
-            break;
-        case Command::almanac:
-            if (abilities.almanac) {
-                sendRecords({}, packet);
-            }
-            break;
-        case Command::waypoints:
-            if (!abilities.waypoint.empty()) {
-                sendRecords(holdings_.waypoints(), packet);
-            }
-            break;
-        case Command::routes:
-            if (!abilities.routeHeader.empty()) {
-                sendRecords(holdings_.routes(), packet);
-            }
-            break;
-        case Command::tracks:
-            if (!abilities.trackPoint.empty()) {
-                sendRecords(holdings_.tracks(), packet);
-            }
-            break;
-        case Command::proximities:
-            if (!abilities.proximity.empty()) {
-                sendRecords(holdings_.proximities(), packet);
-            }
             break;
         case Command::time:
             sendTime(now);
@@ -282,7 +239,7 @@ void GarminReceiver::onCommand(const Packet& packet, double now) {
             sendPosition(now);
             break;
         case Command::startPvt:
-            if (abilities.pvt) {
+            if (holdings_.abilities().pvt) {
                 sendPvt(now);
                 pvtDue_ = now + 1 / settings_.rate;
             }
@@ -298,6 +255,8 @@ void GarminReceiver::onCommand(const Packet& packet, double now) {
         case Command::none:
             complain("unknown command " + std::to_string(code));
             break;
+        default:
+            break;  // a list that the unit lacks: passed over
     }
 }
 
@@ -321,14 +280,14 @@ void GarminReceiver::sendTime(double now) {
 
 void GarminReceiver::sendPosition(double now) {
     if (holdings_.abilities().position) {
-        const Motion motion = walk(whereabouts(holdings_.data()), now - *started_);
+        const Motion motion = walk(whereabouts(holdings_.data().places), now - *started_);
         send({{dialect_->position, positionRecord(motion)}});
     }
 }
 
 void GarminReceiver::sendPvt(double now) {
     const double seconds = now - *started_;
-    const Motion motion = walk(whereabouts(holdings_.data()), seconds);
+    const Motion motion = walk(whereabouts(holdings_.data().places), seconds);
     sayPacket(kPvt, pvtRecord(motion, settings_.date + seconds / 86400));
 }
 
@@ -404,7 +363,7 @@ GarminReceiver::Settings garminSettings(const ReceiverOptions& options) {
     settings.data = options.dataFile.empty() ? builtInData() : readDataFile(options.dataFile);
     settings.baud = options.baud.value_or(settings.baud);
     settings.rate = options.rate;
-    settings.date = options.now ? *options.now : systemDate();
+    settings.date = firstDate(options);
     settings.faults = options.faults;
     return settings;
 }

@@ -41,7 +41,6 @@ public:
     explicit GarminReceiver(Settings settings);
 
     [[nodiscard]] std::vector<std::string> lines() const override;
-    [[nodiscard]] std::vector<std::string> complaints() const override { return complaints_; }
 
 protected:
     void heard(std::span<const std::uint8_t> bytes, double now) override;
@@ -57,7 +56,6 @@ protected:
 
     // Takes what the host asks or uploads, as it came out of its frame.
     void take(const Packet& packet, double now);
-    void complain(const std::string& text);
 
 private:
     struct Upload {
@@ -91,7 +89,6 @@ private:
 
     Settings settings_;
     Holdings holdings_;
-    std::vector<std::string> complaints_;
 
     FrameReader reader_;
     double lastHeard_ = 0;

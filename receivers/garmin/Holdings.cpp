@@ -109,6 +109,27 @@ std::string Holdings::typeOf(RecordKind kind) const {
     return {};
 }
 
+std::optional<std::vector<Record>> Holdings::listOf(Command command) const {
+    const auto ifSpoken = [](bool spoken, const auto& list) {
+        return spoken ? std::optional(list()) : std::nullopt;
+    };
+    switch (command) {
+        case Command::waypoints:
+            return ifSpoken(!abilities_.waypoint.empty(), [this] { return waypoints(); });
+        case Command::routes:
+            return ifSpoken(!abilities_.routeHeader.empty(), [this] { return routes(); });
+        case Command::tracks:
+            return ifSpoken(!abilities_.trackPoint.empty(), [this] { return tracks(); });
+        case Command::proximities:
+            return ifSpoken(!abilities_.proximity.empty(), [this] { return proximities(); });
+        case Command::almanac:
+            // It has not received any yet.
+            return ifSpoken(abilities_.almanac, [] { return std::vector<Record>(); });
+        default:
+            return std::nullopt;
+    }
+}
+
 std::vector<Record> Holdings::waypoints() const {
     std::vector<Record> records;
     for (const Place& place : data_.places) {

@@ -11,11 +11,13 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "receivers/DeviceData.h"
 #include "receivers/garmin/Abilities.h"
+#include "receivers/garmin/Dialect.h"
 
 namespace marlune::receivers::garmin {
 
@@ -41,16 +43,18 @@ public:
     [[nodiscard]] const Abilities& abilities() const { return abilities_; }
     [[nodiscard]] const DeviceData& data() const { return data_; }
 
-    // The records of a download, in the order in which they are sent.
-    [[nodiscard]] std::vector<Record> waypoints() const;
-    [[nodiscard]] std::vector<Record> proximities() const;
-    [[nodiscard]] std::vector<Record> routes() const;
-    [[nodiscard]] std::vector<Record> tracks() const;
+    // The records that a command asks for, in the order in which they are sent. Nothing when it
+    // asks for no list, or for one that the unit lacks.
+    [[nodiscard]] std::optional<std::vector<Record>> listOf(Command command) const;
 
     // Takes an upload in. What cannot be understood is left out, with a text for each such record.
     std::vector<std::string> store(const std::vector<Record>& records);
 
 private:
+    [[nodiscard]] std::vector<Record> waypoints() const;
+    [[nodiscard]] std::vector<Record> proximities() const;
+    [[nodiscard]] std::vector<Record> routes() const;
+    [[nodiscard]] std::vector<Record> tracks() const;
     void take(const Record& record, DeviceData& into) const;
     void settle(DeviceData& data) const;
     void merge(DeviceData&& upload);

@@ -43,32 +43,28 @@ std::optional<std::string> rowTags(std::string_view row, int version) {
     return tags + "A600 D600 A700 D700";
 }
 
+GarminUnit named(std::string name, std::string about, int productId, int version,
+                 const std::string& description) {
+    GarminUnit unit;
+    unit.name = std::move(name);
+    unit.about = std::move(about);
+    unit.productId = productId;
+    unit.version = version;
+    unit.description = description + " Software " + versionText(version);
+    return unit;
+}
+
 GarminUnit ofTable(std::string name, std::string about, int productId, int version,
-                   std::string description) {
-    GarminUnit unit = {std::move(name),
-                       std::move(about),
-                       productId,
-                       version,
-                       std::move(description),
-                       {},
-                       false,
-                       {}};
-    unit.description += " Software " + versionText(version);
+                   const std::string& description) {
+    GarminUnit unit = named(std::move(name), std::move(about), productId, version, description);
     unit.tags = tableTags(productId, version);
     return unit;
 }
 
 GarminUnit announcing(std::string name, std::string about, int productId, int version,
-                      std::string description, const std::string& tags) {
-    GarminUnit unit = {std::move(name),
-                       std::move(about),
-                       productId,
-                       version,
-                       std::move(description),
-                       {},
-                       true,
-                       {}};
-    unit.description += " Software " + versionText(version);
+                      const std::string& description, const std::string& tags) {
+    GarminUnit unit = named(std::move(name), std::move(about), productId, version, description);
+    unit.announces = true;
     unit.tags = "P000 L001 A010 " + tags + " A500 D501 A600 D600 A700 D700 A800 D800";
     return unit;
 }

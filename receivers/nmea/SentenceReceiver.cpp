@@ -1,7 +1,6 @@
 #include "receivers/nmea/SentenceReceiver.h"
 
 #include <algorithm>
-#include <chrono>
 #include <stdexcept>
 #include <utility>
 
@@ -12,12 +11,6 @@ namespace {
 
 constexpr double kFastest = 20;  // fixes per second
 constexpr double kSecondsADay = 86400;
-
-double systemDate() {
-    constexpr double kUnixDay = 25569;  // 01/01/1970
-    const auto since = std::chrono::system_clock::now().time_since_epoch();
-    return kUnixDay + std::chrono::duration<double>(since).count() / kSecondsADay;
-}
 
 std::vector<std::uint8_t> bytesOf(std::string_view text) {
     return {text.begin(), text.end()};
@@ -32,11 +25,7 @@ SentenceReceiver::SentenceReceiver(Settings settings, std::size_t longestName)
     if (!(settings_.rate > 0 && settings_.rate <= kFastest)) {
         throw std::invalid_argument("the rate lies above 0 and up to 20 fixes per second");
     }
-    if (memory_.places().empty()) {
-        whereabouts_ = {"HERE", 45.923611, 6.869444, "", 1037, 18, 0};
-    } else {
-        whereabouts_ = memory_.places().front();
-    }
+    whereabouts_ = whereabouts(memory_.places());
 }
 
 void SentenceReceiver::startClock(double now) {
@@ -99,20 +88,13 @@ void SentenceReceiver::fallSilent() {
     due_.reset();
 }
 
-void SentenceReceiver::complain(const std::string& text) {
-    constexpr std::size_t kEnough = 1000;
-    if (complaints_.size() < kEnough) {
-        complaints_.push_back(text);
-    }
-}
-
 SentenceReceiver::Settings sentenceSettings(const ReceiverOptions& options) {
     SentenceReceiver::Settings settings;
     settings.data = options.dataFile.empty() ? builtInData() : readDataFile(options.dataFile);
     settings.baud = options.baud.value_or(settings.baud);
     settings.rate = options.rate;
     settings.hasFix = options.hasFix;
-    settings.date = options.now ? *options.now : systemDate();
+    settings.date = firstDate(options);
     settings.faults = options.faults;
     return settings;
 }

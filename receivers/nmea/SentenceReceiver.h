@@ -30,7 +30,6 @@ public:
     };
 
     [[nodiscard]] std::vector<std::string> lines() const override { return memory_.lines(); }
-    [[nodiscard]] std::vector<std::string> complaints() const override { return complaints_; }
 
 protected:
     // Throws std::invalid_argument for faults and rates that cannot be.
@@ -58,7 +57,6 @@ protected:
     // Its position, its date included, on its walk.
     [[nodiscard]] Fix fixAt(double now) const;
     [[nodiscard]] double period() const { return 1 / settings_.rate; }
-    void complain(const std::string& text);
 
 private:
     struct Text {
@@ -75,7 +73,6 @@ private:
     Settings settings_;
     Memory memory_;
     Place whereabouts_;
-    std::vector<std::string> complaints_;
     SentenceReader reader_;
     std::deque<Text> outgoing_;
     std::optional<double> due_;
