@@ -146,10 +146,13 @@ void RecordedEvents::when(const std::string& name, int nth, std::function<void()
     handlers_.push_back({name, nth, std::move(handler)});
 }
 
-void RecordedEvents::raise(const std::string& name, const std::vector<std::string>& arguments) {
-    std::string text = name;
-    for (const std::string& argument : arguments) {
-        text += "|" + argument;
+void RecordedEvents::raise(std::string_view name, std::initializer_list<Parameter> parameters) {
+    std::string text(name);
+    for (const Parameter& parameter : parameters) {
+        const auto* number = std::get_if<std::int16_t>(&parameter.value);
+        text += '|';
+        text += number == nullptr ? std::get<std::string_view>(parameter.value)
+                                  : std::to_string(*number);
     }
     tell_(text);
     std::vector<std::function<void()>> due;
@@ -161,64 +164,6 @@ void RecordedEvents::raise(const std::string& name, const std::vector<std::strin
     for (const auto& run : due) {
         run();
     }
-}
-
-void RecordedEvents::StartDownload(const std::string& type, std::int16_t count,
-                                   const std::string& header) {
-    raise("StartDownload", {type, std::to_string(count), header});
-}
-void RecordedEvents::StartUpload(const std::string& type, std::int16_t count,
-                                 const std::string& header) {
-    raise("StartUpload", {type, std::to_string(count), header});
-}
-void RecordedEvents::EndDownload(const std::string& type) {
-    raise("EndDownload", {type});
-}
-void RecordedEvents::EndUpload(const std::string& type) {
-    raise("EndUpload", {type});
-}
-void RecordedEvents::GpsInfo(const std::string& text) {
-    raise("GpsInfo", {text});
-}
-void RecordedEvents::TrackData(std::int16_t number, const std::string& line,
-                               const std::string& sens) {
-    raise("TrackData", {std::to_string(number), line, sens});
-}
-void RecordedEvents::TrackHeader(std::int16_t number, const std::string& line,
-                                 const std::string& sens) {
-    raise("TrackHeader", {std::to_string(number), line, sens});
-}
-void RecordedEvents::WayptData(std::int16_t number, const std::string& line,
-                               const std::string& sens) {
-    raise("WayptData", {std::to_string(number), line, sens});
-}
-void RecordedEvents::RouteHeader(std::int16_t number, const std::string& line,
-                                 const std::string& sens) {
-    raise("RouteHeader", {std::to_string(number), line, sens});
-}
-void RecordedEvents::RouteData(std::int16_t number, const std::string& line,
-                               const std::string& sens) {
-    raise("RouteData", {std::to_string(number), line, sens});
-}
-void RecordedEvents::RouteLink(std::int16_t number, const std::string& line,
-                               const std::string& sens) {
-    raise("RouteLink", {std::to_string(number), line, sens});
-}
-void RecordedEvents::ProxData(std::int16_t number, const std::string& line,
-                              const std::string& sens) {
-    raise("ProxData", {std::to_string(number), line, sens});
-}
-void RecordedEvents::Startpvt(const std::string& header) {
-    raise("Startpvt", {header});
-}
-void RecordedEvents::PvtData(const std::string& line) {
-    raise("PvtData", {line});
-}
-void RecordedEvents::EndPvt() {
-    raise("EndPvt", {});
-}
-void RecordedEvents::PhraseNMEA(const std::string& sentence) {
-    raise("PhraseNMEA", {sentence});
 }
 
 Stage::Stage(Line line)

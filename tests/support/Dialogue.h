@@ -21,6 +21,7 @@
 #include <string>
 #include <vector>
 
+#include "control/NamedEvents.h"
 #include "marlune/GpsControl.h"
 #include "support/FakeHost.h"
 #include "support/ScriptedPort.h"
@@ -68,7 +69,7 @@ std::vector<ScriptedPort::Turn> serialTurnsOf(const Script& script);
 std::vector<std::string> serialLogOf(const Script& script);
 
 // Keeps every event as its text, and calls handlers that tests hang into them.
-class RecordedEvents : public GpsControlEvents {
+class RecordedEvents : public NamedEvents {
 public:
     using Tell = std::function<void(const std::string& text)>;
     explicit RecordedEvents(Tell tell) : tell_(std::move(tell)) {}
@@ -76,34 +77,13 @@ public:
     // Calls `handler` inside the nth event of that name from now on.
     void when(const std::string& name, int nth, std::function<void()> handler);
 
-    void StartDownload(const std::string& type, std::int16_t count,
-                       const std::string& header) override;
-    void StartUpload(const std::string& type, std::int16_t count,
-                     const std::string& header) override;
-    void EndDownload(const std::string& type) override;
-    void EndUpload(const std::string& type) override;
-    void GpsInfo(const std::string& text) override;
-    void TrackData(std::int16_t number, const std::string& line, const std::string& sens) override;
-    void TrackHeader(std::int16_t number, const std::string& line,
-                     const std::string& sens) override;
-    void WayptData(std::int16_t number, const std::string& line, const std::string& sens) override;
-    void RouteHeader(std::int16_t number, const std::string& line,
-                     const std::string& sens) override;
-    void RouteData(std::int16_t number, const std::string& line, const std::string& sens) override;
-    void RouteLink(std::int16_t number, const std::string& line, const std::string& sens) override;
-    void ProxData(std::int16_t number, const std::string& line, const std::string& sens) override;
-    void Startpvt(const std::string& header) override;
-    void PvtData(const std::string& line) override;
-    void EndPvt() override;
-    void PhraseNMEA(const std::string& sentence) override;
-
 private:
     struct Handler {
         std::string name;
         int left;
         std::function<void()> run;
     };
-    void raise(const std::string& name, const std::vector<std::string>& arguments);
+    void raise(std::string_view name, std::initializer_list<Parameter> parameters) override;
 
     Tell tell_;
     std::vector<Handler> handlers_;

@@ -36,10 +36,11 @@ struct ToJson {
 
 }  // namespace
 
-void JsonWriter::event(std::string_view name, std::initializer_list<Field> fields) {
+void JsonWriter::event(std::string_view name,
+                       std::initializer_list<NamedEvents::Parameter> parameters) {
     Json object = {{"event", name}};
-    for (const Field& field : fields) {
-        object[std::string(field.name)] = std::visit(ToJson(), field.value);
+    for (const auto& parameter : parameters) {
+        object[std::string(parameter.name)] = std::visit(ToJson(), parameter.value);
     }
     writeLine(output_, object);
 }

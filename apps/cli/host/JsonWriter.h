@@ -5,6 +5,7 @@
 
 #include "cli/Output.h"
 #include "cli/host/MemberTable.h"
+#include "control/NamedEvents.h"
 #include "marlune/Host.h"
 
 namespace marlune::cli {
@@ -13,13 +14,7 @@ class JsonWriter {
 public:
     explicit JsonWriter(Output& output) : output_(output) {}
 
-    // A field of an event: its declared name and its value.
-    struct Field {
-        std::string_view name;
-        std::variant<std::int16_t, std::string_view> value;
-    };
-
-    void event(std::string_view name, std::initializer_list<Field> fields);
+    void event(std::string_view name, std::initializer_list<NamedEvents::Parameter> parameters);
     void box(std::string_view text, BoxIcon icon);
     void result(std::string_view member, const Result& result);
     void error(std::string_view text);
