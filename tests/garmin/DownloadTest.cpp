@@ -28,15 +28,18 @@ protected:
     void getProximites(const Script& script) {
         play(script, [this] { EXPECT_FALSE(control().getProximites()); });
     }
+    // A record, what the host is told of it, and its acknowledgement.
+    static Script record(std::uint8_t pid, const Bytes& data, const std::string& told) {
+        return {answers(pid, data), event(told + "|D"), acks(pid)};
+    }
     // The opening of a waypoint download of so many records.
     static Script opening(std::uint8_t count) {
         return {sends(10, {7, 0}), answers(6, {10, 0}), answers(27, {count, 0}), acks(27),
                 event("StartDownload|W|" + std::to_string(count) + "|" + kWaypointsHeader)};
     }
     static Script waypoint(int number, const std::string& ident) {
-        return {answers(35, d100(ident)),
-                event("WayptData|" + std::to_string(number) + "|" + d100Line(ident) + "|D"),
-                acks(35)};
+        return record(35, d100(ident),
+                      "WayptData|" + std::to_string(number) + "|" + d100Line(ident));
     }
     static Script complete() { return {answers(12, {7, 0}), acks(12), event("EndDownload|W")}; }
 };
@@ -99,16 +102,14 @@ TEST_F(DownloadTest, UnknownPacketsUseUpPasses) {
 
 TEST_F(DownloadTest, WaypointsGoOnListeningThroughSilence) {
     connectGarmin(kTags);
-    getWaypts(opening(2) + Script{kWaypointsInterrupted, kWaypointsInterrupted,
-                                  kWaypointsInterrupted, event("EndDownload|W")});
+    getWaypts(opening(2) + Script(3, kWaypointsInterrupted) + Script{event("EndDownload|W")});
     // A late record is still taken.
     events.when("StartDownload", 1, [this] { port().arrive(garminFrame(35, d100("LATE")), 9.0); });
-    getWaypts({sends(10, {7, 0}), answers(27, {8, 0}), acks(27),
-               event("StartDownload|W|8|" + kWaypointsHeader), kWaypointsInterrupted,
-               kWaypointsInterrupted, kWaypointsInterrupted, kWaypointsInterrupted,
-               kWaypointsInterrupted, kWaypointsInterrupted, kWaypointsInterrupted,
-               kWaypointsInterrupted, event("WayptData|9|" + d100Line("LATE") + "|D"), acks(35),
-               event("EndDownload|W")});
+    getWaypts(
+        Script{sends(10, {7, 0}), answers(27, {8, 0}), acks(27),
+               event("StartDownload|W|8|" + kWaypointsHeader)} +
+        Script(8, kWaypointsInterrupted) +
+        Script{event("WayptData|9|" + d100Line("LATE") + "|D"), acks(35), event("EndDownload|W")});
 }
 
 TEST_F(DownloadTest, TracksAndRoutesEndAtTheFirstSilence) {
@@ -164,28 +165,14 @@ TEST_P(EveryLineDownloadTest, TracksCarryHeadersAndSkipPointsWithoutPosition) {
 TEST_P(EveryLineDownloadTest, RoutesNumberHeadersPointsAndLinksTogether) {
     connectGarmin("A100 D100 A201 D202 D210");
     const Bytes link = join({{255, 0}, Bytes(18, 0), text0("LNK")});
-    GetRoutes({sends(10, {4, 0}),
-               answers(27, {5, 0}),
-               acks(27),
-               event("StartDownload|R|5|-------- Routes --------"),
-               answers(29, text0("ALPES")),
-               event("RouteHeader|1|R;1;ALPES|D"),
-               acks(29),
-               answers(30, d100("PT1")),
-               event("RouteData|2|" + d100Line("PT1") + "|D"),
-               acks(30),
-               answers(98, link),
-               event("RouteLink|3|L;RteLink LNK|D"),
-               acks(98),
-               answers(30, d100("PT2")),
-               event("RouteData|4|" + d100Line("PT2") + "|D"),
-               acks(30),
-               answers(29, text0("JURA")),
-               event("RouteHeader|5|R;2;JURA|D"),
-               acks(29),
-               answers(12, {4, 0}),
-               acks(12),
-               event("EndDownload|R")});
+    GetRoutes(Script{sends(10, {4, 0}), answers(27, {5, 0}), acks(27),
+                     event("StartDownload|R|5|-------- Routes --------")} +
+              record(29, text0("ALPES"), "RouteHeader|1|R;1;ALPES") +
+              record(30, d100("PT1"), "RouteData|2|" + d100Line("PT1")) +
+              record(98, link, "RouteLink|3|L;RteLink LNK") +
+              record(30, d100("PT2"), "RouteData|4|" + d100Line("PT2")) +
+              record(29, text0("JURA"), "RouteHeader|5|R;2;JURA") +
+              Script{answers(12, {4, 0}), acks(12), event("EndDownload|R")});
 }
 
 TEST_P(EveryLineDownloadTest, RoutePointsHaveATypeOfTheirOwn) {

@@ -41,6 +41,16 @@ protected:
         send(&GpsControl::SendTraces, path, script);
     }
 
+    // What the host is told of a record, the record, and its acknowledgement.
+    static Script record(const std::string& told, std::uint8_t pid, const Bytes& data) {
+        return {event(told + "|U"), sends(pid, data), answers(6, {pid, 0})};
+    }
+    static Script routePoint(int item, const std::string& ident, const std::string& comment) {
+        return record(
+            "RouteData|" + std::to_string(item) + "|W;" + ident + ";45;45;" + comment + ";0;18;0",
+            30, d100Sent(ident, comment));
+    }
+
     TempFolder folder_;
 };
 
@@ -123,46 +133,40 @@ TEST_P(EveryLineUploadTest, ShowsRunTimeErrorsAndSendsNoEnd) {
          box(BoxIcon::critical, "Erreur Upload Route 9 L'indice n'appartient pas à la sélection")});
 }
 
+const Script kRouteEnd = {sends(12, {0}), event("EndUpload|R")};
+const Bytes kHeaderAbc = join({{2, 'A', 'B', 'C', 0}, Bytes(16, ' ')});
+
 TEST_P(EveryLineUploadTest, SendsRoutesWithoutLinks) {
     connectGarmin(kTags);
-    SendRoutes(
-        file("R;2;ABC\nW;PT1;45;45;NOTE;0;18;0\nW;PT2;45;45;;0;18;0\nR;3;\n"),
-        {sends(27, {4, 0}), answers(6), event("StartUpload|R|4|Upload Routes"),
-         event("RouteHeader|1|R;2;ABC|U"), sends(29, join({{2, 'A', 'B', 'C', 0}, Bytes(16, ' ')})),
-         answers(6), event("RouteData|2|W;PT1;45;45;NOTE;0;18;0|U"),
-         sends(30, d100Sent("PT1", "NOTE")), answers(6), event("RouteData|3|W;PT2;45;45;;0;18;0|U"),
-         sends(30, d100Sent("PT2", "")), answers(6), event("RouteHeader|4|R;3;|U"),
-         sends(29, join({{3, 0}, Bytes(19, ' ')})), answers(6), sends(12, {0}),
-         event("EndUpload|R")});
+    SendRoutes(file("R;2;ABC\nW;PT1;45;45;NOTE;0;18;0\nW;PT2;45;45;;0;18;0\nR;3;\n"),
+               Script{sends(27, {4, 0}), answers(6), event("StartUpload|R|4|Upload Routes")} +
+                   record("RouteHeader|1|R;2;ABC", 29, kHeaderAbc) + routePoint(2, "PT1", "NOTE") +
+                   routePoint(3, "PT2", "") +
+                   record("RouteHeader|4|R;3;", 29, join({{3, 0}, Bytes(19, ' ')})) + kRouteEnd);
 }
 
 TEST_P(EveryLineUploadTest, SendsALinkBetweenThePointsOfA201) {
     connectGarmin("A100 D100 A201 D201 D210");
     const Bytes link = join({{255, 0}, Bytes(6, 0), Bytes(11, 255), {0}, padded("PT1", 9), {0}});
-    SendRoutes(
-        file("R;2;ABC\nW;PT1;45;45;NOTE;0;18;0\nW;PT2;45;45;;0;18;0\n"),
-        {sends(27, {4, 0}), answers(6), event("StartUpload|R|4|Upload Routes"),
-         event("RouteHeader|1|R;2;ABC|U"), sends(29, join({{2, 'A', 'B', 'C', 0}, Bytes(16, ' ')})),
-         answers(6), event("RouteData|2|W;PT1;45;45;NOTE;0;18;0|U"),
-         sends(30, d100Sent("PT1", "NOTE")), answers(6), event("RouteLink|3|L;RteLink PT1|U"),
-         sends(98, link), answers(6), event("RouteData|4|W;PT2;45;45;;0;18;0|U"),
-         sends(30, d100Sent("PT2", "")), answers(6), sends(12, {0}), event("EndUpload|R")});
+    SendRoutes(file("R;2;ABC\nW;PT1;45;45;NOTE;0;18;0\nW;PT2;45;45;;0;18;0\n"),
+               Script{sends(27, {4, 0}), answers(6), event("StartUpload|R|4|Upload Routes")} +
+                   record("RouteHeader|1|R;2;ABC", 29, kHeaderAbc) + routePoint(2, "PT1", "NOTE") +
+                   record("RouteLink|3|L;RteLink PT1", 98, link) + routePoint(4, "PT2", "") +
+                   kRouteEnd);
 }
 
 TEST_F(UploadTest, RoutesAndTracksEndAtAnyAnswerButAnAcknowledgement) {
     connectGarmin(kTags);
     const std::string route = file("R;2;ABC\nW;PT1;45;45;NOTE;0;18;0\n");
-    const Bytes header = join({{2, 'A', 'B', 'C', 0}, Bytes(16, ' ')});
     const Script start = {sends(27, {2, 0}), answers(6), event("StartUpload|R|2|Upload Routes"),
-                          event("RouteHeader|1|R;2;ABC|U"), sends(29, header)};
-    const Script end = {sends(12, {0}), event("EndUpload|R")};
-    SendRoutes(route, start + Script{answers(21), protocolError(21)} + end);
-    SendRoutes(route, start + Script{protocolError(0)} + end);
+                          event("RouteHeader|1|R;2;ABC|U"), sends(29, kHeaderAbc)};
+    SendRoutes(route, start + Script{answers(21), protocolError(21)} + kRouteEnd);
+    SendRoutes(route, start + Script{protocolError(0)} + kRouteEnd);
     SendRoutes(route,
                start +
                    Script{answers(6), event("RouteData|2|W;PT1;45;45;NOTE;0;18;0|U"),
                           sends(30, d100Sent("PT1", "NOTE")), answers(12), protocolError(12)} +
-                   end);
+                   kRouteEnd);
     SendTraces(file("T;45;45;32874.5;0;0\nT;45;45;32874.5;0;0\n"),
                {sends(27, {2, 0}), answers(6), event("StartUpload|T|2|Upload Traces"),
                 event("TrackData|1|T;45;45;32874.5;0;0|U"), sends(34, d300Sent(false)), answers(21),
@@ -172,11 +176,11 @@ TEST_F(UploadTest, RoutesAndTracksEndAtAnyAnswerButAnAcknowledgement) {
 TEST_P(EveryLineUploadTest, SendsTracksWithHeaders) {
     connectGarmin("A301 D310 D300");
     SendTraces(file("N;TRK1\nT;45;45;32874.5;0;0\nT;45;45;32874.5;0;0\n"),
-               {sends(27, {3, 0}), answers(6), event("StartUpload|T|3|Upload Traces"),
-                event("TrackHeader|1|N;TRK1|U"), sends(99, {0, 0, 'T', 'R', 'K', '1', 0, 0}),
-                answers(6), event("TrackData|2|T;45;45;32874.5;0;-1|U"), sends(34, d300Sent(true)),
-                answers(6), event("TrackData|3|T;45;45;32874.5;0;0|U"), sends(34, d300Sent(false)),
-                answers(6), sends(12), answers(6), event("EndUpload|T")});
+               Script{sends(27, {3, 0}), answers(6), event("StartUpload|T|3|Upload Traces")} +
+                   record("TrackHeader|1|N;TRK1", 99, {0, 0, 'T', 'R', 'K', '1', 0, 0}) +
+                   record("TrackData|2|T;45;45;32874.5;0;-1", 34, d300Sent(true)) +
+                   record("TrackData|3|T;45;45;32874.5;0;0", 34, d300Sent(false)) +
+                   Script{sends(12), answers(6), event("EndUpload|T")});
     EXPECT_EQ(host.pointer, MousePointer::normal);
 }
 
