@@ -9,6 +9,7 @@
 #include "garmin/link/SerialGarminLink.h"
 #include "host/RunTimeError.h"
 #include "support/Dialogue.h"
+#include "support/TracedServices.h"
 
 namespace marlune {
 namespace {
@@ -80,39 +81,36 @@ TEST(GpsBuffer, ReversesAndRemovesStuffing) {
 
 class LinkTest : public testing::Test {
 protected:
-    LinkTest() {
-        auto scripted = std::make_unique<ScriptedPort>(host_);
-        line_ = scripted.get();
-        port_ = std::make_unique<ComPort>(host_, std::move(scripted));
-        host_.createTraceFolder();
-        trace_ = std::make_unique<DebugTrace>(host_.documentsFolder());
-        trace_->setDebug(true);
-        trace_->openEmpty();
-        services_ = std::make_unique<Services>(Services{host_, events_, *trace_});
-        port_->open();
-        lease_ = std::make_unique<PortLease>(*port_);
-        link_ = std::make_unique<SerialGarminLink>(*services_, *lease_);
-    }
-
     Bytes readFrame(const Bytes& arriving) {
         line_->arrive(arriving);
-        return link_->grmReadPacket(1.0);
+        return link_.grmReadPacket(1.0);
     }
 
     std::string traced() {
         const std::string text = host_.traceText();
-        const std::size_t colon = text.find(':');
-        return colon == std::string::npos ? text : text.substr(colon + 1);
+        return text.substr(text.find(':') + 1);
     }
 
-    FakeHost host_;
+private:
+    std::unique_ptr<SerialPort> makeLine() {
+        auto line = std::make_unique<ScriptedPort>(host_);
+        line_ = line.get();
+        return line;
+    }
+    // A lease holds for the opening that it was taken in.
+    ComPort& opened() {
+        port_.open();
+        return port_;
+    }
+
+protected:
     GpsControlEvents events_;
-    ScriptedPort* line_;
-    std::unique_ptr<ComPort> port_;
-    std::unique_ptr<DebugTrace> trace_;
-    std::unique_ptr<Services> services_;
-    std::unique_ptr<PortLease> lease_;
-    std::unique_ptr<SerialGarminLink> link_;
+    TracedServices services_{events_};
+    FakeHost& host_ = services_.host;
+    ScriptedPort* line_ = nullptr;
+    ComPort port_{host_, makeLine()};
+    PortLease lease_{opened()};
+    SerialGarminLink link_{services_.services, lease_};
 };
 
 TEST_F(LinkTest, ReadsFramesToTheirTrueEnd) {
@@ -126,7 +124,7 @@ TEST_F(LinkTest, ReadsFramesToTheirTrueEnd) {
     for (const Bytes& body : bodies) {
         const Bytes frame = garminFrame(35, body);
         EXPECT_EQ(readFrame(frame), frame);
-        EXPECT_EQ(link_->grmReadPacket(1.0), Bytes{0}) << "nothing is left behind";
+        EXPECT_EQ(link_.grmReadPacket(1.0), Bytes{0}) << "nothing is left behind";
     }
 }
 
@@ -137,18 +135,18 @@ TEST_F(LinkTest, EndsAtAChecksumOf3BehindAStuffedByte) {
     const Bytes upToChecksum(whole.begin(), whole.end() - 2);
     EXPECT_EQ(readFrame(whole), upToChecksum);
     std::array<std::uint8_t, 2> rest{};
-    lease_->readArrived(rest);
+    lease_.readArrived(rest);
     line_->arrive(whole);
-    EXPECT_EQ(link_->grmReadPacketTimed(1), upToChecksum);
+    EXPECT_EQ(link_.grmReadPacketTimed(1), upToChecksum);
 }
 
 TEST_F(LinkTest, NothingAndNoFrameAreToldApart) {
     const double before = host_.elapsed();
-    EXPECT_EQ(link_->grmReadPacket(1.0), Bytes{0});
+    EXPECT_EQ(link_.grmReadPacket(1.0), Bytes{0});
     EXPECT_NEAR(host_.elapsed() - before, 1.1, 1e-6) << "one byte's time-out, not the argument";
-    EXPECT_EQ(link_->receive().pid, 0);
+    EXPECT_EQ(link_.receive().pid, 0);
     line_->arrive(Bytes{'$'});
-    EXPECT_EQ(link_->receive().pid, 1);
+    EXPECT_EQ(link_.receive().pid, 1);
 }
 
 TEST_F(LinkTest, WaitsInTheMiddleOfAFrameUntilTheHostStops) {
@@ -170,23 +168,23 @@ TEST_F(LinkTest, KeepsNoMoreOfAnEndlessFrameThanItsSizeAllows) {
     noise.insert(noise.end(), {16, 3});
     const Bytes frame = readFrame(noise);
     EXPECT_EQ(frame.size(), 9U + 2 * 4);
-    EXPECT_EQ(link_->grmReadPacket(1.0), Bytes{0}) << "the rest was read and dropped";
+    EXPECT_EQ(link_.grmReadPacket(1.0), Bytes{0}) << "the rest was read and dropped";
 }
 
 TEST_F(LinkTest, TimedReadTakesWholeFramesAndDrainsOthers) {
     const Bytes frame = garminFrame(35, {16, 16, 3, 4});
     line_->arrive(frame);
-    EXPECT_EQ(link_->grmReadPacketTimed(2), frame);
+    EXPECT_EQ(link_.grmReadPacketTimed(2), frame);
 
     const Bytes substitute = {16, 1, 0, 254, 16, 3};
     const double before = host_.elapsed();
-    EXPECT_EQ(link_->grmReadPacketTimed(3), substitute);
+    EXPECT_EQ(link_.grmReadPacketTimed(3), substitute);
     EXPECT_GE(host_.elapsed() - before, 2.9);
 
-    trace_->openEmpty();
+    services_.trace.openEmpty();
     const int roundsBefore = host_.eventRounds;
     line_->arrive(Bytes{'$', 'G', 'P', 'G', 'A'});
-    EXPECT_EQ(link_->grmReadPacketTimed(3), substitute);
+    EXPECT_EQ(link_.grmReadPacketTimed(3), substitute);
     EXPECT_EQ(traced(), "Erreur -  36 71 80 -  71 65\r\n");
     EXPECT_GT(host_.eventRounds, roundsBefore) << "the host goes on meanwhile";
 }
@@ -194,7 +192,7 @@ TEST_F(LinkTest, TimedReadTakesWholeFramesAndDrainsOthers) {
 TEST_F(LinkTest, VoltagesAreKeptAsAText) {
     ConnectionState connection;
     GarminState garmin;
-    GarminIdentification identification(*services_, *link_, connection, garmin);
+    GarminIdentification identification(services_.services, link_, connection, garmin);
     line_->play({{.write = garminFrame(10, {17, 0}), .answer = garminFrame(6, {10, 0})},
                  {.answer = garminFrame(40, {0x52, 1, 44, 1})}});
     identification.grmGetVoltages();

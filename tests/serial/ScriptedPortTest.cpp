@@ -60,18 +60,6 @@ TEST_F(ScriptedPortTest, SilenceLastsAsLongAsOnALine) {
     EXPECT_DOUBLE_EQ(host_.elapsed(), 4.3);
 }
 
-TEST_F(ScriptedPortTest, GoneDevicesReadAsSilenceWithoutWaiting) {
-    port_.arrive(Bytes{5});
-    port_.unplug();
-    EXPECT_FALSE(port_.isGone());
-    EXPECT_EQ(read(2), Bytes{5});
-    EXPECT_TRUE(port_.isGone());
-    EXPECT_EQ(port_.write(Bytes{1}), 0U);
-    port_.close();
-    EXPECT_EQ(read(1), Bytes{});
-    EXPECT_EQ(host_.elapsed(), 0);
-}
-
 TEST_F(ScriptedPortTest, PurgeKeepsWhatIsStillOnItsWay) {
     port_.play({{.answer = {1}}, {.answer = {2}, .delay = 0.5}});
     port_.purge();
