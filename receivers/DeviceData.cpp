@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <filesystem>
@@ -217,10 +218,13 @@ DeviceData readData(std::string_view bytes) {
 }
 
 DeviceData readDataFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
     std::error_code ignored;
-    if (!file.is_open() || std::filesystem::is_directory(path, ignored)) {
-        throw std::invalid_argument(path + ": cannot be read");
+    if (std::filesystem::is_directory(path, ignored)) {
+        throw std::invalid_argument(path + ": the file is a folder");
+    }
+    std::ifstream file(path, std::ios::binary);
+    if (!file.is_open()) {
+        throw std::invalid_argument(path + ": " + std::generic_category().message(errno));
     }
     const std::string bytes{std::istreambuf_iterator<char>(file), {}};
     try {

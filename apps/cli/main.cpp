@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <exception>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include "cli/HostServices.h"
 #include "cli/Interrupt.h"
@@ -33,6 +35,16 @@ void configure(HostServices& host, const Options& options) {
     }
     if (options.decimalSeparator != 0) {
         host.setDecimalSeparator(options.decimalSeparator);
+    }
+}
+
+// The trace's folder is never made, and without it the control says nothing.
+void tellWithoutTrace(HostServices& host, const Options& options, Output& messages) {
+    const auto folder = std::filesystem::path(host.documentsFolder()) / "Palimor";
+    std::error_code ignored;
+    if (options.debug && !std::filesystem::is_directory(folder, ignored)) {
+        messages.write("marlune: no trace is written: there is no folder " + folder.string() +
+                       "\n");
     }
 }
 
@@ -86,6 +98,7 @@ int runCommand(const Options& options, const Interrupt& interrupt) {
     configure(host, options);
     Output records(STDOUT_FILENO, interrupt);
     Output messages(STDERR_FILENO, interrupt);
+    tellWithoutTrace(host, options, messages);
     int status = kDone;
     if (options.action == Action::host) {
         JsonHostSession session(STDIN_FILENO, records, host, interrupt);

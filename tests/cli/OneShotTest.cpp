@@ -101,12 +101,16 @@ TEST_F(OneShotTest, ErrorsAreAndKeepTheOldFile) {
 }
 
 TEST_F(OneShotTest, TellsWhoTheReceiverIs) {
-    Program program = start({"ident"});
+    const std::string nowhere = folder.path() / "none";
+    Program program = start({"ident", "--debug", "--documents", nowhere});
     connect();
     EXPECT_EQ(program.rest(),
               "Marlune Version 1.0.0 -  GPSId: 77 Version: 2.8 - eTrex\n"
               "A010 A100 D100 A200 D201 D100 A300 D300\n");
     EXPECT_EQ(program.wait(), 0);
+    EXPECT_EQ(program.errors(),
+              "marlune: no trace is written: there is no folder " + nowhere + "/Palimor\n");
+    EXPECT_FALSE(std::filesystem::exists(nowhere));
 }
 
 TEST_F(OneShotTest, ReadsTheTimeAndPrintsItAsText) {

@@ -156,15 +156,6 @@ TEST_F(UsbBusTest, ALateSessionFailsAndTheNextOneWorks) {
     EXPECT_EQ(during([&] { EXPECT_NE(control_->GetTime(), 0); }).size(), 1U);
 }
 
-TEST_F(UsbBusTest, StalledPipesAreFailuresOfOneServiceOnly) {
-    ASSERT_TRUE(connect(kInterrupt));
-    for (const auto endpoint : {UsbPipes::kInterruptIn, UsbPipes::kBulkOut}) {
-        bus_->fail([&](UsbPipes::Faults& faults) { faults.stall = endpoint; });
-        during([&] { control_->GetTime(); });
-        EXPECT_EQ(during([&] { EXPECT_NE(control_->GetTime(), 0); }).size(), 1U);
-    }
-}
-
 TEST_F(UsbBusTest, AUnitThatHangsUpIsPulledOut) {
     plugIn(kInterrupt, {"hangup:packet=1,of=35"});
     ASSERT_TRUE(control_->gpsConnect());
