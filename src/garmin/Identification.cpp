@@ -96,12 +96,12 @@ LinkPacket GarminIdentification::requestProduct() {
     constexpr double kDelay = 1.0;
     constexpr std::array<std::uint8_t, 1> kNoData = {0};
     LinkPacket reply;
-    for (int attempt = 1; attempt <= kTries && reply.pid == 0 && mayGoOn(); ++attempt) {
+    for (int attempt = 1; attempt <= kTries && !reply.came && mayGoOn(); ++attempt) {
         services_.trace.traceLine("GetAttributes: essai n° " + std::to_string(attempt) +
                                   " délai: " + numberText(kDelay, '.'));
         link_.send(pid::kProductRequest, kNoData);
         reply = link_.receive();
-        if (reply.pid == 0) {
+        if (!reply.came) {
             services_.host.pause(kDelay);
         }
     }
@@ -109,16 +109,16 @@ LinkPacket GarminIdentification::requestProduct() {
 }
 
 bool GarminIdentification::acceptAcknowledge(const LinkPacket& reply) {
-    constexpr std::uint16_t kNothing = 0;
     constexpr std::uint16_t kNoFrame = 1;
+    if (!reply.came) {
+        if (!services_.host.stopRequested()) {
+            services_.host.messageBox(text::kNoAnswer, BoxIcon::critical);
+        }
+        return false;
+    }
     switch (reply.pid) {
         case pid::kAck:
             return true;
-        case kNothing:
-            if (!services_.host.stopRequested()) {
-                services_.host.messageBox(text::kNoAnswer, BoxIcon::critical);
-            }
-            return false;
         case kNoFrame:
             services_.host.messageBox(
                 text::kWrongProtocol + services_.host.lineBreak() + text::kChooseOption,
@@ -149,7 +149,7 @@ void GarminIdentification::skipExtendedData() {
     }
     while (!services_.host.stopRequested()) {
         const LinkPacket packet = link_.receive();
-        if (packet.pid == 0) {
+        if (!packet.came) {
             return;
         }
         if (packet.pid == pid::kExtendedProductData) {

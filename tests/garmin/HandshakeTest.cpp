@@ -23,7 +23,7 @@ TEST(Handshake, IdentifiesAUnitThatAnnouncesItsProtocols) {
 TEST(Handshake, TakesTheProductTableForAUnitThatDoesNot) {
     Stage stage;
     stage.play({sends(10, {0, 0}), sends(254, {0}), answers(6, {254, 0}),
-                answers(255, productData(36, 310, "GPS 126\xE9")), answers(248, {1}),
+                answers(255, productData(36, 310, "GPS 126\xE9")), answers(248, {1}), answers(0),
                 answers(248, {2}), sends(6, {255, 0})},
                [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
     EXPECT_EQ(stage.control().getProtocoles(),
@@ -64,6 +64,7 @@ TEST(Handshake, TellsWhatAnswersWrongly) {
     } cases[] = {
         {{answersText("$GPGGA,1*00\r\n")},
          "Protocole Incorrect, Vérifiez votre GPS\nChoisissez l'option GRMN/GRMN."},
+        {{answers(0, {254, 0})}, "Erreur de protocole(Ack) - pid = 0"},
         {{answers(21, {254, 0})}, "Erreur de protocole(Ack) - pid = 21"},
         {{answers(6, {254, 0}), answers(12)}, "Erreur de protocole(Product) - pid = 12"},
         {{answers(6, {254, 0})}, "Erreur de protocole(Product) - pid = 0"},

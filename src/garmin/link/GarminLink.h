@@ -8,10 +8,13 @@
 
 namespace marlune {
 
-// A received packet. Id 0 means that nothing came; id 1 that something came which is no packet.
+// A received packet. Id 0 counts as nothing, for most procedures; id 1 that something came which is
+// no packet.
 struct LinkPacket {
     std::uint16_t pid = 0;
     std::vector<std::uint8_t> data;
+    // On a serial line, false for silence alone: a packet of id 0 came, too.
+    bool came = false;
 };
 
 class GarminLink {

@@ -104,9 +104,10 @@ bool SerialGarminLink::send(std::uint8_t pid, std::span<const std::uint8_t> data
 
 LinkPacket SerialGarminLink::receive() {
     constexpr double kUnusedTimeout = 1.0;
+    const std::vector<std::uint8_t> frame = grmReadPacket(kUnusedTimeout);
     GpsPacket packet;
-    packet.Parse(grmReadPacket(kUnusedTimeout));
-    return {packet.GetPid(), packet.takeData()};
+    packet.Parse(frame);
+    return {packet.GetPid(), packet.takeData(), frame.size() > 1};
 }
 
 void SerialGarminLink::acknowledge(std::uint8_t pid) {
