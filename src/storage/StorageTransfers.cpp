@@ -50,37 +50,41 @@ struct StorageTransfers::Kind {
     const char* header;
     const char* nothing;
     const char* uploadLabel;
-    char headLetter;  // lines of this letter raise `head`, the others `data`
-    LineEvent head;
+    char headLetter = 0;  // lines of this letter raise `head`, the others `data`
+    LineEvent head = nullptr;
     LineEvent data;
 };
 
-const StorageTransfers::Kind StorageTransfers::kWaypoints = {GpxKind::waypoints,
-                                                             "W",
-                                                             text::kWaypointsHeader,
-                                                             text::kNoWaypoints,
-                                                             "Waypoints",
-                                                             0,
-                                                             nullptr,
-                                                             &GpsControlEvents::WayptData};
+const StorageTransfers::Kind StorageTransfers::kWaypoints = {
+    .gpx = GpxKind::waypoints,
+    .letter = "W",
+    .header = text::kWaypointsHeader,
+    .nothing = text::kNoWaypoints,
+    .uploadLabel = "Waypoints",
+    .data = &GpsControlEvents::WayptData,
+};
 
-const StorageTransfers::Kind StorageTransfers::kTracks = {GpxKind::tracks,
-                                                          "T",
-                                                          text::kTracksHeader,
-                                                          text::kNoTracks,
-                                                          "Upload Traces",
-                                                          'N',
-                                                          &GpsControlEvents::TrackHeader,
-                                                          &GpsControlEvents::TrackData};
+const StorageTransfers::Kind StorageTransfers::kTracks = {
+    .gpx = GpxKind::tracks,
+    .letter = "T",
+    .header = text::kTracksHeader,
+    .nothing = text::kNoTracks,
+    .uploadLabel = "Upload Traces",
+    .headLetter = 'N',
+    .head = &GpsControlEvents::TrackHeader,
+    .data = &GpsControlEvents::TrackData,
+};
 
-const StorageTransfers::Kind StorageTransfers::kRoutes = {GpxKind::routes,
-                                                          "R",
-                                                          text::kRoutesHeader,
-                                                          text::kNoRoutes,
-                                                          "Upload Routes",
-                                                          'R',
-                                                          &GpsControlEvents::RouteHeader,
-                                                          &GpsControlEvents::RouteData};
+const StorageTransfers::Kind StorageTransfers::kRoutes = {
+    .gpx = GpxKind::routes,
+    .letter = "R",
+    .header = text::kRoutesHeader,
+    .nothing = text::kNoRoutes,
+    .uploadLabel = "Upload Routes",
+    .headLetter = 'R',
+    .head = &GpsControlEvents::RouteHeader,
+    .data = &GpsControlEvents::RouteData,
+};
 
 bool StorageTransfers::getWaypts() {
     return download(kWaypoints);
