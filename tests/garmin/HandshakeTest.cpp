@@ -1,4 +1,5 @@
 // Connecting and identifying a Garmin unit on a serial line.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "support/Dialogue.h"
@@ -116,25 +117,16 @@ TEST(Handshake, TracesItsSteps) {
     stage.host.createTraceFolder();
     stage.control().SetDebug("on");
     stage.connectGarmin("A100 D108");
-    std::string steps;
-    std::istringstream lines(stage.host.traceText());
-    for (std::string line; std::getline(lines, line);) {
-        steps += line.substr(line.find(':') + 1, line.size() - line.find(':') - 2) + "\n";
-    }
-    EXPECT_EQ(steps,
-              "01/06/2007 12:00:00 Marlune 1.0.0\n"
-              "01/06/2007 12:00:00 Port Connect\xE9: \\\\.\\COM1 Handle: 3\n"
-              "Send  16 10 2 0 0 244 16 3\n"
-              "GetAttributes: essai n\xB0 1 d\xE9lai: 1\n"
-              "Send  16 254 1 0 1 16 3\n"
-              "Get  16 6 2 254 0 250 16 3\n"
-              "Get  16 255 10 77 0 24 1 101 84 114 101 120 0 137 16 3\n"
-              "Marlune Version 1.0.0 -  GPSId: 77 Version: 2.8 - eTrex\n"
-              "Send  16 6 2 255 0 249 16 3\n"
-              "Get  16 253 6 65 100 0 68 108 0 168 16 3\n"
-              "Protocole trouv\xE9 ....\n"
-              "Send  16 6 2 253 0 251 16 3\n"
-              "A100 D108\n");
+    EXPECT_THAT(stage.host.traced(),
+                testing::ElementsAre(
+                    "01/06/2007 12:00:00 Marlune 1.0.0",
+                    "01/06/2007 12:00:00 Port Connect\xE9: \\\\.\\COM1 Handle: 3",
+                    "Send  16 10 2 0 0 244 16 3", "GetAttributes: essai n\xB0 1 d\xE9lai: 1",
+                    "Send  16 254 1 0 1 16 3", "Get  16 6 2 254 0 250 16 3",
+                    "Get  16 255 10 77 0 24 1 101 84 114 101 120 0 137 16 3",
+                    "Marlune Version 1.0.0 -  GPSId: 77 Version: 2.8 - eTrex",
+                    "Send  16 6 2 255 0 249 16 3", "Get  16 253 6 65 100 0 68 108 0 168 16 3",
+                    "Protocole trouv\xE9 ....", "Send  16 6 2 253 0 251 16 3", "A100 D108"));
 }
 
 }  // namespace

@@ -86,11 +86,6 @@ protected:
         return link_.grmReadPacket(1.0);
     }
 
-    std::string traced() {
-        const std::string text = host_.traceText();
-        return text.substr(text.find(':') + 1);
-    }
-
 private:
     std::unique_ptr<SerialPort> makeLine() {
         auto line = std::make_unique<ScriptedPort>(host_);
@@ -185,7 +180,7 @@ TEST_F(LinkTest, TimedReadTakesWholeFramesAndDrainsOthers) {
     const int roundsBefore = host_.eventRounds;
     line_->arrive(Bytes{'$', 'G', 'P', 'G', 'A'});
     EXPECT_EQ(link_.grmReadPacketTimed(3), substitute);
-    EXPECT_EQ(traced(), "Erreur -  36 71 80 -  71 65\r\n");
+    EXPECT_EQ(host_.traced(), std::vector<std::string>{"Erreur -  36 71 80 -  71 65"});
     EXPECT_GT(host_.eventRounds, roundsBefore) << "the host goes on meanwhile";
 }
 

@@ -2,11 +2,72 @@
 // two silences of 1.1 s in its handshake, so there are as few as possible.
 #include <gtest/gtest.h>
 
+#include <future>
+
 #include "garmin/GarminRecords.h"
-#include "support/PtyStage.h"
+#include "host/DebugTrace.h"
+#include "marlune/SystemHost.h"
+#include "support/Pty.h"
 
 namespace marlune {
 namespace {
+
+// A stage whose control opens a pseudo terminal by its own serial port and its own clock, while a
+// thread at the other end plays the device's side, which hears every write.
+class PtyStage : private SystemHost {
+public:
+    PtyStage() : events_([this](const std::string& text) { told_.push_back(event(text).text); }) {
+        setDocumentsFolder(documents_.path().string());
+        setDecimalSeparator('.');
+        bindPort(1, pty_.slavePath());
+        control_.setNumPort(numPort::Comm1);
+    }
+
+    GpsControl& control() { return control_; }
+
+    void play(const Script& script, const std::function<void()>& call) {
+        told_.clear();
+        auto device = std::async(std::launch::async, [&] { return playDevice(script); });
+        call();
+        // What the device has not heard yet, the next service might discard.
+        EXPECT_EQ(device.get(), "");
+        std::vector<std::string> expected;
+        for (const Step& step : script) {
+            if (step.kind == Step::Kind::told) {
+                expected.push_back(step.text);
+            }
+        }
+        EXPECT_EQ(told_, expected);
+    }
+    void connectGarmin(const std::string& tags) {
+        play(garminHandshake(tags), [this] { EXPECT_TRUE(control_.gpsConnect()); });
+    }
+
+private:
+    // Ends at the first turn that is not as written. Returns what was wrong with it.
+    [[nodiscard]] std::string playDevice(const Script& script) const {
+        for (const ScriptedPort::Turn& turn : serialTurnsOf(script)) {
+            const Bytes heard = pty_.read(turn.write.size());
+            if (heard != turn.write) {
+                return "the device heard:" + decimalDump(heard) +
+                       "\n  expected:" + decimalDump(turn.write);
+            }
+            if (pty_.write(turn.answer) != turn.answer.size()) {
+                return "the device could not answer:" + decimalDump(turn.answer);
+            }
+        }
+        return {};
+    }
+    void messageBox(const std::string& text, BoxIcon icon) override {
+        told_.push_back(box(icon, text).text);
+    }
+
+    TempFolder documents_;
+    Pty pty_;
+    std::vector<std::string> told_;  // of the control's thread only
+    RecordedEvents events_;
+    GpsControl control_{*this, events_};
+};
 
 const std::string kTags = "A100 D100";
 const Step kStart =

@@ -66,7 +66,7 @@ TEST_F(MagellanTest, ExchangesVersions) {
     EXPECT_EQ(connection.productId, "24");
     EXPECT_EQ(connection.softwareVersion, "5.12");
     EXPECT_EQ(connection.description, "MAP 330 Été");
-    EXPECT_EQ(traced(),
+    EXPECT_EQ(host.traced(),
               (Log{"SEND: $PMGNCMD,VERSION*28", "GET1: $PMGNVER,24, 5.12 ,MAP 330 \xC9t\xE9*1A",
                    "SEND: $PMGNCSM,1A*15", "SEND: $PMGNCMD,HANDOFF*3E",
                    "Marlune Version 1.0.0 -  GPSId: 24 Version: 5.12 - MAP 330 \xC9t\xE9"}));
@@ -76,7 +76,7 @@ TEST_F(MagellanTest, AnswersThatAreNoVersionEndTheExchange) {
     expect("$PMGNCMD,VERSION*28\r\n", "$PMGNCMD,UNABLE", 20);
     EXPECT_FALSE(device.mgnVersion());
     EXPECT_FALSE(connection.connected);
-    EXPECT_EQ(traced().back(), "GET2: $PMGNCMD,UNABLE");
+    EXPECT_EQ(host.traced().back(), "GET2: $PMGNCMD,UNABLE");
     expect("$PMGNCMD,VERSION*28\r\n");
     const double start = host.elapsed();
     EXPECT_FALSE(device.mgnVersion());
@@ -101,7 +101,7 @@ TEST_F(MagellanTest, DownloadsWaypoints) {
                    "EndDownload|W", "GpsInfo|", "GpsInfo|"}));
     EXPECT_EQ(magellan.waypoints.size(), 2U) << "the old ones are gone";
     EXPECT_EQ(magellan.lastChecksum, "3D");
-    const Log lines = traced();
+    const Log lines = host.traced();
     EXPECT_EQ(lines[2], "Get: " + good.substr(0, good.size() - 2));
     EXPECT_EQ(lines[4], "Doublon rejete " + good.substr(0, good.size() - 2));
     EXPECT_EQ(lines[6], "Bloc rejete " + lowerCase.substr(0, lowerCase.size() - 2));
@@ -184,7 +184,7 @@ TEST_F(MagellanTest, DownloadsRoutesOverKnownWaypoints) {
                    "RouteHeader|5|R;7;ROUTE 7|D", "RouteData|6|" + pointLine("B") + "|D",
                    "RouteHeader|7|R;8;CUT|D", "RouteData|8|" + pointLine("A") + "|D",
                    "EndDownload|R", "GpsInfo|", "GpsInfo|"}));
-    const Log lines = traced();
+    const Log lines = host.traced();
     EXPECT_EQ(lines[4], "Waypoint inconnu MISSING");
     EXPECT_EQ(lines[7].substr(0, 12), "Bloc rejete ");
     EXPECT_EQ(lines[9], "Bloc rejete $PMGNRTE,1,1,c,9,WRONG,A,a*00");

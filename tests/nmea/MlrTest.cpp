@@ -84,9 +84,10 @@ TEST_F(MlrTest, IdentifiesABlockReceiver) {
     EXPECT_TRUE(device.mlrIdent());
     EXPECT_TRUE(connection.connected);
     EXPECT_TRUE(mlr.sendsBlocks);
-    EXPECT_EQ(traced(), (Log{"SEND: $PMLR,26,01,01,0339", "$GPGGA,1*00",
-                             "$PMLR,IDGPS,x,SP24,a,b,1.20,XC\xC9*00", "SEND: $PMLR,06,00,02A9",
-                             "Marlune Version 1.0.0 -  GPSId:  Version: 1.2 - SP24 XC\xC9*00"}));
+    EXPECT_EQ(host.traced(),
+              (Log{"SEND: $PMLR,26,01,01,0339", "$GPGGA,1*00",
+                   "$PMLR,IDGPS,x,SP24,a,b,1.20,XC\xC9*00", "SEND: $PMLR,06,00,02A9",
+                   "Marlune Version 1.0.0 -  GPSId:  Version: 1.2 - SP24 XC\xC9*00"}));
 }
 
 TEST_F(MlrTest, IdentifiesASentenceReceiver) {
@@ -135,7 +136,7 @@ TEST_F(MlrTest, DownloadsTrackBlocks) {
                         "TrackData|3|" + point + "2;152;-1|D",
                         "EndDownload|T"};
     EXPECT_EQ(takeLog(), blockDownload(kAskTracks, {"2", "2", "5", "7", "8"}) + events);
-    const Log lines = traced();
+    const Log lines = host.traced();
     EXPECT_EQ(lines[0], "Get: " + kFirstBlock) << "the closing block is not traced";
     EXPECT_EQ(Log(lines.end() - 8, lines.end()),
               (Log{"-------bloc:1", " Paquet:1", " Paquet:2", "-------bloc:2", "-------bloc:3",
@@ -232,7 +233,7 @@ TEST_F(MlrTest, ListensToRouteSentences) {
                               "RouteData|3|" + pointLine("MILL  ", "x") + "|D",
                               "RouteData|4|" + pointLine("LATER") + "|D",
                               "RouteData|5|" + pointLine("HOME") + "|D", "EndDownload|R"}));
-    EXPECT_EQ(traced().back(), "Waypoint inconnu NONE");
+    EXPECT_EQ(host.traced().back(), "Waypoint inconnu NONE");
 }
 
 TEST_F(MlrTest, TellsThatNothingCame) {

@@ -34,10 +34,10 @@ TEST_F(NmeaListenerTest, ReportsSentencesWithAPosition) {
                               "close", kEnd}));
     EXPECT_FALSE(nmea.found);
     EXPECT_FALSE(nmea.sentenceEvent);
-    EXPECT_EQ(traced(), (Log{"StartNMEA1.0.0", "$GPGGA,120000,4830.000,N,00130.000,W,1*00",
-                             "$GPGGA,120001,4830.000,S,00130.000,W,1*00",
-                             "$GPGGA,120000,4830.000,N,00130.000,W,1*00",
-                             "01/06/2007 12:00:00:Transfert termin\xE9."}));
+    EXPECT_EQ(host.traced(), (Log{"StartNMEA1.0.0", "$GPGGA,120000,4830.000,N,00130.000,W,1*00",
+                                  "$GPGGA,120001,4830.000,S,00130.000,W,1*00",
+                                  "$GPGGA,120000,4830.000,N,00130.000,W,1*00",
+                                  "01/06/2007 12:00:00:Transfert termin\xE9."}));
     EXPECT_FALSE(port->isOpen());
 }
 
@@ -102,7 +102,7 @@ TEST_F(NmeaListenerTest, TellsWhyThePortDoesNotOpen) {
     EXPECT_FALSE(start("$GPGGA", 5));
     const std::string box = "box critical: " + systemErrorText(2);
     EXPECT_EQ(takeLog(), (Log{"close", kOpen, box, box, "close"})) << "no end event";
-    EXPECT_EQ(traced().back(), "erreur 2 - " + systemErrorText(2));
+    EXPECT_EQ(host.traced().back(), "erreur 2 - " + systemErrorText(2));
 }
 
 TEST_F(NmeaListenerTest, ADisconnectingHandlerLeavesTheNextConnectionAlone) {

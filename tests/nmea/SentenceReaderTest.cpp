@@ -102,7 +102,7 @@ TEST_F(SentenceReaderTest, NmeaGetPhraseCompletesASentenceThatTheTimeCut) {
     EXPECT_EQ(nmea.codeFilter, "$GPWPL");
     EXPECT_EQ(reader.nextSentence("$gpwpl", 7), "$GPWPL,1,2*00");
     EXPECT_EQ(reader.nextSentence("$GPWPL", 1), "") << "each is taken once";
-    EXPECT_EQ(traced(), Log{"$GPWPL,1,2*00"});
+    EXPECT_EQ(host.traced(), Log{"$GPWPL,1,2*00"});
 }
 
 TEST_F(SentenceReaderTest, NmeaGetPhraseWaitsItsDelayWithoutEvents) {

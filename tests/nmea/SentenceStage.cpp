@@ -1,20 +1,9 @@
 #include "nmea/SentenceStage.h"
 
 #include <cstdio>
-#include <sstream>
 
 namespace marlune {
 namespace {
-
-std::string boxLine(const FakeHost::Box& box) {
-    const bool critical = box.icon == BoxIcon::critical;
-    return std::string("box ") + (critical ? "critical: " : "information: ") + box.text;
-}
-
-FakeHost& withTraceFolder(FakeHost& host) {
-    host.createTraceFolder();
-    return host;
-}
 
 ScriptedPort::Bytes bytesOf(std::string_view text) {
     return {text.begin(), text.end()};
@@ -23,9 +12,7 @@ ScriptedPort::Bytes bytesOf(std::string_view text) {
 }  // namespace
 
 SentenceStage::SentenceStage()
-    : events([this](const std::string& text) { log_.push_back(text); }),
-      trace(withTraceFolder(host).documentsFolder()),
-      services{host, events, trace} {
+    : events([this](const std::string& text) { log_.push_back(text); }), traced_(events) {
     auto scripted = std::make_unique<ScriptedPort>(host);
     line = scripted.get();
     line->observer.open = [this](const auto& opening) {
@@ -35,12 +22,12 @@ SentenceStage::SentenceStage()
     line->observer.write = [this](auto bytes) {
         log_.push_back("> " + std::string(bytes.begin(), bytes.end()));
     };
-    host.onMessageBox = [this](const FakeHost::Box& box) { log_.push_back(boxLine(box)); };
+    host.onMessageBox = [this](const FakeHost::Box& box) {
+        log_.push_back("box " + boxText(box.icon, box.text));
+    };
     port = std::make_unique<ComPort>(host, std::move(scripted));
     port->setNumber(1);
     port->open();
-    trace.setDebug(true);
-    trace.openEmpty();
     takeLog();
 }
 
@@ -50,22 +37,6 @@ void SentenceStage::expect(std::string_view sent, std::string_view answer, doubl
 
 void SentenceStage::speak(std::string_view text, double delay) const {
     line->play({{.answer = bytesOf(text), .delay = delay}});
-}
-
-Log SentenceStage::traced() {
-    // A traced sentence may hold a line end of its own: only numbered lines begin a new one.
-    Log lines;
-    std::istringstream text(host.traceText());
-    for (std::string row; std::getline(text, row);) {
-        if (!row.empty() && row.back() == '\r') {
-            row.pop_back();
-        }
-        const std::size_t colon = row.find_first_not_of("0123456789");
-        if (colon != std::string::npos && colon > 0 && row[colon] == ':') {
-            lines.push_back(row.substr(colon + 1));
-        }
-    }
-    return lines;
 }
 
 std::string sentence(const std::string& body) {

@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,12 +17,12 @@
 #include <vector>
 
 #include "host/ConnectionState.h"
-#include "host/Services.h"
 #include "nmea/NmeaState.h"
 #include "nmea/magellan/MagellanState.h"
 #include "nmea/mlr/MlrState.h"
 #include "serial/ComPort.h"
 #include "support/Dialogue.h"
+#include "support/TracedServices.h"
 
 namespace marlune {
 
@@ -38,15 +37,18 @@ public:
     // The device speaks, so many seconds after what it said before.
     void speak(std::string_view text, double delay = 0) const;
 
-    // The trace's lines without their numbers, as they stand in the file, without line ends.
-    Log traced();
     // The log, which begins anew.
     Log takeLog() { return std::exchange(log_, {}); }
 
-    FakeHost host;
     RecordedEvents events;
-    DebugTrace trace;
-    Services services;
+
+private:
+    TracedServices traced_;
+
+public:
+    FakeHost& host = traced_.host;
+    DebugTrace& trace = traced_.trace;
+    Services& services = traced_.services;
     std::unique_ptr<ComPort> port;
     ScriptedPort* line = nullptr;
 

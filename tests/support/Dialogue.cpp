@@ -11,20 +11,6 @@
 namespace marlune {
 namespace {
 
-const char* iconName(BoxIcon icon) {
-    switch (icon) {
-        case BoxIcon::critical:
-            return "critical";
-        case BoxIcon::exclamation:
-            return "exclamation";
-        case BoxIcon::information:
-            return "information";
-        case BoxIcon::none:
-            return "none";
-    }
-    return "?";
-}
-
 bool isPacket(const Step& step, int pid) {
     return step.kind != Step::Kind::told && step.pid == pid;
 }
@@ -57,20 +43,14 @@ Bytes toBytes(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
-}  // namespace
-
+// How a log tells a write: a sentence as it is, other bytes by their numbers.
 std::string wireText(std::span<const std::uint8_t> bytes) {
-    const bool readable = std::all_of(bytes.begin(), bytes.end(), [](std::uint8_t byte) {
-        return (byte >= ' ' && byte < 127) || byte == '\r' || byte == '\n';
-    });
-    return "send" + (readable && !bytes.empty() && bytes[0] == '$'
-                         ? " " + std::string(bytes.begin(), bytes.end())
-                         : decimalDump(bytes));
+    const bool isSentence = !bytes.empty() && bytes[0] == '$';
+    return "send" +
+           (isSentence ? " " + std::string(bytes.begin(), bytes.end()) : decimalDump(bytes));
 }
 
-std::string boxText(BoxIcon icon, const std::string& text) {
-    return std::string("box ") + iconName(icon) + ": " + text;
-}
+}  // namespace
 
 std::vector<ScriptedPort::Turn> serialTurnsOf(const Script& script) {
     std::vector<ScriptedPort::Turn> turns;
@@ -78,26 +58,10 @@ std::vector<ScriptedPort::Turn> serialTurnsOf(const Script& script) {
         if (step.kind == Step::Kind::sends) {
             turns.push_back({.write = step.bytes});
         } else if (step.kind == Step::Kind::answers) {
-            if (turns.empty()) {
-                turns.push_back({});
-            }
-            Bytes& answer = turns.back().answer;
-            answer.insert(answer.end(), step.bytes.begin(), step.bytes.end());
+            turns.push_back({.answer = step.bytes});
         }
     }
     return turns;
-}
-
-std::vector<std::string> serialLogOf(const Script& script) {
-    std::vector<std::string> log;
-    for (const Step& step : script) {
-        if (step.kind == Step::Kind::sends) {
-            log.push_back(wireText(step.bytes));
-        } else if (step.kind == Step::Kind::told) {
-            log.push_back(step.text);
-        }
-    }
-    return log;
 }
 
 Bytes garminFrame(std::uint8_t pid, const Bytes& data) {
@@ -134,7 +98,7 @@ Step event(const std::string& text) {
     return {Step::Kind::told, {}, text};
 }
 Step box(BoxIcon icon, const std::string& text) {
-    return {Step::Kind::told, {}, boxText(icon, text)};
+    return {Step::Kind::told, {}, "box " + boxText(icon, text)};
 }
 
 Script operator+(Script left, const Script& right) {
@@ -169,7 +133,7 @@ void RecordedEvents::raise(std::string_view name, std::initializer_list<Paramete
 Stage::Stage(Line line)
     : events([this](const std::string& text) { log_.push_back(text); }), line_(line) {
     host.onMessageBox = [this](const FakeHost::Box& shown) {
-        log_.push_back(boxText(shown.icon, shown.text));
+        log_.push_back("box " + boxText(shown.icon, shown.text));
     };
     auto port = std::make_unique<ScriptedPort>(host);
     port_ = port.get();
@@ -212,15 +176,12 @@ std::vector<ScriptedUsb::Turn> Stage::usbTurnsOf(const Script& script) const {
 }
 
 std::vector<std::string> Stage::expectedLog(const Script& script) const {
-    if (!onUsb()) {
-        return serialLogOf(script);
-    }
     std::vector<std::string> log;
     for (const Step& step : script) {
         if (step.kind == Step::Kind::told) {
             log.push_back(step.text);
-        } else if (step.kind == Step::Kind::sends && !isAcknowledgement(step)) {
-            log.push_back(wireText(usbBytes(step)));
+        } else if (step.kind == Step::Kind::sends && !(onUsb() && isAcknowledgement(step))) {
+            log.push_back(wireText(onUsb() ? usbBytes(step) : step.bytes));
         }
     }
     return log;

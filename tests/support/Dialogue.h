@@ -59,14 +59,8 @@ Step box(BoxIcon icon, const std::string& text);
 // Joins scripts.
 Script operator+(Script left, const Script& right);
 
-// How a log tells what was written to a serial line, and a box.
-std::string wireText(std::span<const std::uint8_t> bytes);
-std::string boxText(BoxIcon icon, const std::string& text);
-
 // What the device does with a script on a serial line: each write, then the answers that follow it.
 std::vector<ScriptedPort::Turn> serialTurnsOf(const Script& script);
-// The script as the log of a run on a serial line: writes, events and boxes.
-std::vector<std::string> serialLogOf(const Script& script);
 
 // Keeps every event as its text, and calls handlers that tests hang into them.
 class RecordedEvents : public NamedEvents {

@@ -1,6 +1,7 @@
 #include "support/FakeHost.h"
 
 #include <cmath>
+#include <sstream>
 #include <stdexcept>
 
 #include "host/DateText.h"
@@ -14,21 +15,15 @@ double seconds(std::int64_t microseconds) {
     return static_cast<double>(microseconds) / 1e6;
 }
 
-const char* iconName(BoxIcon icon) {
-    switch (icon) {
-        case BoxIcon::critical:
-            return "critical: ";
-        case BoxIcon::exclamation:
-            return "exclamation: ";
-        case BoxIcon::information:
-            return "information: ";
-        case BoxIcon::none:
-            break;
-    }
-    return "none: ";
-}
-
 }  // namespace
+
+std::string boxText(BoxIcon icon, const std::string& text) {
+    static const std::map<BoxIcon, std::string> kNames = {{BoxIcon::critical, "critical: "},
+                                                          {BoxIcon::exclamation, "exclamation: "},
+                                                          {BoxIcon::information, "information: "},
+                                                          {BoxIcon::none, "none: "}};
+    return kNames.at(icon) + text;
+}
 
 void FakeHost::advance(double seconds) {
     const std::int64_t step = std::llround(seconds * 1e6);
@@ -62,11 +57,27 @@ std::string FakeHost::traceText() {
     return documents().read("Palimor/OcxDebug.txt");
 }
 
+std::vector<std::string> FakeHost::traced() {
+    // A traced sentence may hold a line end of its own: only numbered lines begin a new one.
+    std::vector<std::string> lines;
+    std::istringstream text(traceText());
+    for (std::string row; std::getline(text, row);) {
+        if (!row.empty() && row.back() == '\r') {
+            row.pop_back();
+        }
+        const std::size_t colon = row.find_first_not_of("0123456789");
+        if (colon != std::string::npos && colon > 0 && row[colon] == ':') {
+            lines.push_back(row.substr(colon + 1));
+        }
+    }
+    return lines;
+}
+
 std::vector<std::string> FakeHost::boxTexts() const {
     std::vector<std::string> texts;
     texts.reserve(boxes.size());
     for (const Box& box : boxes) {
-        texts.push_back(iconName(box.icon) + box.text);
+        texts.push_back(boxText(box.icon, box.text));
     }
     return texts;
 }

@@ -22,6 +22,9 @@
 
 namespace marlune {
 
+// A box as logs tell it: "critical: Fichier non trouvé".
+std::string boxText(BoxIcon icon, const std::string& text);
+
 class FakeHost : public Host {
 public:
     struct Box {
@@ -42,7 +45,6 @@ public:
     std::deque<std::string> fileAnswers;           // of chooseFile, in order; none left: declines
     std::map<int, std::string> ports;              // COM numbers; others are "/fake/COM<n>"
     std::vector<Drive> driveList;
-    std::string applicationPath = "/fake/application";
     char separator = '.';
 
     // What happened.
@@ -62,7 +64,9 @@ public:
     void createTraceFolder();
     // What the trace file holds, as it stands there (Windows-1252).
     std::string traceText();
-    // The boxes as "icon: text", for comparing whole runs.
+    // Its lines without their numbers and line ends.
+    std::vector<std::string> traced();
+    // The boxes as texts, for comparing whole runs.
     [[nodiscard]] std::vector<std::string> boxTexts() const;
 
     void messageBox(const std::string& text, BoxIcon icon) override;
@@ -78,7 +82,7 @@ public:
     char decimalSeparator() override { return separator; }
     std::string lineBreak() override { return "\n"; }
     std::string documentsFolder() override { return documents().path().string(); }
-    std::string applicationFolder() override { return applicationPath; }
+    std::string applicationFolder() override { return "/fake/application"; }
     std::string portDevice(int number) override;
     std::vector<Drive> drives() override { return driveList; }
 

@@ -1,8 +1,9 @@
 #include "support/ScriptedPort.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
+
+#include "host/DebugTrace.h"
 
 namespace marlune {
 namespace {
@@ -11,20 +12,6 @@ namespace {
 constexpr double kSameInstant = 1e-7;
 // A waiting read asks the host this often whether to stop.
 constexpr double kSlice = 0.05;
-
-// Printable characters as they are, other bytes as a backslash and two hexadecimal digits.
-std::string shown(std::span<const std::uint8_t> bytes) {
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
-    std::string out;
-    for (const std::uint8_t byte : bytes) {
-        if (byte >= 0x20 && byte < 0x7F && byte != '\\') {
-            out += static_cast<char>(byte);
-        } else {
-            out += {'\\', kDigits[byte >> 4U], kDigits[byte & 15U]};
-        }
-    }
-    return '"' + out + '"';
-}
 
 }  // namespace
 
@@ -41,15 +28,12 @@ void ScriptedPort::arrive(std::span<const std::uint8_t> bytes, double delay) {
 }
 
 std::string ScriptedPort::problems() const {
-    std::string all;
-    for (const std::string& failure : failures_) {
-        all += failure + '\n';
-    }
+    std::string all = failures_;
     if (!pending_.empty()) {
-        all += "only the beginning of a turn was written: " + shown(pending_) + '\n';
+        all += "only the beginning of a turn was written:" + decimalDump(pending_) + '\n';
     }
     for (const Turn& turn : turns_) {
-        all += "never written: " + shown(turn.write) + '\n';
+        all += "never written:" + decimalDump(turn.write) + '\n';
     }
     return all;
 }
@@ -114,9 +98,6 @@ void ScriptedPort::purge() {
     while (hasArrived()) {
         input_.pop_front();
     }
-    if (observer.purge) {
-        observer.purge();
-    }
 }
 
 bool ScriptedPort::hasArrived() const {
@@ -132,16 +113,13 @@ void ScriptedPort::playReached() {
 
 void ScriptedPort::compareWritten() {
     while (!pending_.empty()) {
-        if (turns_.empty()) {
-            failures_.push_back("written after the last turn: " + shown(pending_));
-            pending_.clear();
-            return;
-        }
-        const Bytes& expected = turns_.front().write;
+        const Bytes expected = turns_.empty() ? Bytes() : turns_.front().write;
         const std::size_t length = std::min(expected.size(), pending_.size());
         const auto end = pending_.begin() + static_cast<std::ptrdiff_t>(length);
-        if (!std::equal(pending_.begin(), end, expected.begin())) {
-            failures_.push_back("written: " + shown(pending_) + " expected: " + shown(expected));
+        if (turns_.empty() || !std::equal(pending_.begin(), end, expected.begin())) {
+            failures_ += "written:" + decimalDump(pending_) +
+                         "\n  expected:" + (turns_.empty() ? " nothing" : decimalDump(expected)) +
+                         '\n';
             pending_.clear();
             return;
         }
@@ -160,9 +138,6 @@ void ScriptedPort::finishTurn(double from) {
     lastArrival_ = from + turn.delay;
     if (!turn.answer.empty()) {
         input_.push_back({lastArrival_, std::move(turn.answer)});
-    }
-    if (turn.action) {
-        turn.action();
     }
 }
 

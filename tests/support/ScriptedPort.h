@@ -38,7 +38,6 @@ public:
         // Seconds from the end of the writing, or from the arrival of the turn before when there is
         // nothing to write, until the answer arrives.
         double delay = 0;
-        std::function<void()> action = nullptr;  // called once the bytes were written
     };
     struct Opening {
         std::string device;
@@ -49,7 +48,6 @@ public:
     struct Observer {
         std::function<void(const Opening&)> open;
         std::function<void()> close;
-        std::function<void()> purge;
         std::function<void(std::span<const std::uint8_t>)> write;
     };
 
@@ -73,7 +71,6 @@ public:
     int settlings = 0;
     Bytes written;  // everything the control wrote
 
-    [[nodiscard]] std::size_t turnsLeft() const { return turns_.size(); }
     // The writes that no turn expected and the turns that were never reached, a line each; empty
     // when the script was played from its beginning to its end.
     [[nodiscard]] std::string problems() const;
@@ -108,7 +105,7 @@ private:
     std::deque<Turn> turns_;
     std::deque<Chunk> input_;
     Bytes pending_;  // written, but not yet the whole of the current turn
-    std::vector<std::string> failures_;
+    std::string failures_;
     double lastArrival_ = 0;
     std::int64_t handle_ = -1;
     bool settingsFailed_ = false;

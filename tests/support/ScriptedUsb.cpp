@@ -20,9 +20,7 @@ ScriptedUsb::Bytes ScriptedUsb::packet(std::uint8_t type, std::uint16_t id, cons
 }
 
 void ScriptedUsb::play(std::vector<Turn> turns) {
-    for (Turn& turn : turns) {
-        turns_.push_back(std::move(turn));
-    }
+    std::move(turns.begin(), turns.end(), std::back_inserter(turns_));
     playReached();
 }
 
@@ -52,10 +50,7 @@ void ScriptedUsb::answer(const Turn& turn) {
 }
 
 std::string ScriptedUsb::problems() const {
-    std::string text;
-    for (const std::string& failure : failures_) {
-        text += failure + '\n';
-    }
+    std::string text = failures_;
     for (const Turn& turn : turns_) {
         text += "never reached:" + decimalDump(turn.write) + '\n';
     }
@@ -69,13 +64,7 @@ bool ScriptedUsb::open() {
     return open_;
 }
 
-void ScriptedUsb::close() {
-    closings += open_ ? 1 : 0;
-    open_ = false;
-}
-
 void ScriptedUsb::discard() {
-    ++discards;
     const auto hasArrived = [&](const Block& block) { return block.arrival <= host_.elapsed(); };
     std::erase_if(interrupt_, hasArrived);
     std::erase_if(bulk_, hasArrived);
@@ -101,8 +90,8 @@ int ScriptedUsb::writeBlock(std::span<const std::uint8_t> block) {
         onWrite(bytes);
     }
     if (turns_.empty() || turns_.front().write != bytes) {
-        failures_.push_back("written:" + decimalDump(bytes) + "\n  expected:" +
-                            (turns_.empty() ? " nothing" : decimalDump(turns_.front().write)));
+        failures_ += "written:" + decimalDump(bytes) + "\n  expected:" +
+                     (turns_.empty() ? " nothing" : decimalDump(turns_.front().write)) + '\n';
     }
     if (!turns_.empty()) {
         finishTurn();

@@ -60,17 +60,14 @@ public:
     std::vector<Bytes> written;
     int sessions = 0;
     int openings = 0;
-    int closings = 0;
-    int discards = 0;
 
-    [[nodiscard]] std::size_t turnsLeft() const { return turns_.size(); }
     // The writes that no turn expected and the turns that were never reached, a line each; empty
     // when the script was played from its beginning to its end.
     [[nodiscard]] std::string problems() const;
 
     std::string findDevicePath() override { return unplugged_ ? std::string() : path; }
     bool open() override;
-    void close() override;
+    void close() override { open_ = false; }
     [[nodiscard]] bool isOpen() const override { return open_; }
     // Drops what has arrived by now.
     void discard() override;
@@ -99,7 +96,7 @@ private:
     std::deque<Turn> turns_;
     Pipe interrupt_;
     Pipe bulk_;
-    std::vector<std::string> failures_;
+    std::string failures_;
     bool open_ = false;
     bool unplugged_ = false;
 };
