@@ -15,12 +15,13 @@ constexpr const char* kAskTracks = "$PMGNCMD,TRACK,2*23\r\n";
 constexpr const char* kAskRoutes = "$PMGNCMD,ROUTE*2B\r\n";
 constexpr const char* kAskFix = "$PMGNCMD,FIX*25\r\n";
 
-std::string writes(const std::string& text) {
-    return "> " + text;
-}
-
 std::string wpl(const std::string& name) {
     return sentence("$PMGNWPL,4830.000,N,00130.000,W,0000152,M," + name + ",,a");
+}
+
+// The same as it is sent.
+std::string uploaded(const std::string& name) {
+    return sentence("$PMGNWPL,4830.000,N,00130.000,W,152,M," + name + ",,a");
 }
 
 std::string trk(const std::string& fields) {
@@ -39,14 +40,7 @@ class MagellanTest : public testing::Test, protected SentenceStage {
 protected:
     ~MagellanTest() override { EXPECT_EQ(line->problems(), ""); }
 
-    void knows(const std::string& name) {
-        Waypoint point;
-        point.ident = name;
-        point.SetPosition(48.5, -1.5);
-        point.altitude = 152;
-        point.symbol = 18;
-        magellan.waypoints[name] = point;
-    }
+    void knows(const std::string& name) { magellan.waypoints[name] = waypoint(name); }
     static Waypoint waypoint(const std::string& name) {
         Waypoint point;
         point.SetAttributes("MGN", pointLine(name));
@@ -108,26 +102,21 @@ TEST_F(MagellanTest, DownloadsWaypoints) {
 }
 
 TEST_F(MagellanTest, ListsThatDoNotEndProperlyAreFalse) {
-    struct Case {
-        std::string answer;
-        Log boxes;
-        double seconds;
-    };
-    const std::vector<Case> cases = {
+    const std::vector<std::tuple<std::string, Log, double>> cases = {
         {kUnable, {}, 0},
         {wpl("A").substr(0, 20), {}, 3.3},
         {"", {"critical: Délai dépassé"}, 3.3},
         {"noise without a beginning", {"critical: Délai dépassé"}, 3.3},
     };
-    for (const Case& c : cases) {
+    for (const auto& [answer, boxes, seconds] : cases) {
         SentenceStage stage;
         PortLease itsLease(*stage.port);
         Magellan itsDevice(stage.services, itsLease, stage.connection, stage.nmea, stage.magellan);
         stage.expect(kStop);
-        stage.expect(kAskWaypoints, c.answer);
+        stage.expect(kAskWaypoints, answer);
         EXPECT_FALSE(itsDevice.mgnGetWaypoints());
-        EXPECT_EQ(stage.host.boxTexts(), c.boxes);
-        EXPECT_NEAR(stage.host.elapsed(), c.seconds, 0.01) << c.answer;
+        EXPECT_EQ(stage.host.boxTexts(), boxes);
+        EXPECT_NEAR(stage.host.elapsed(), seconds, 0.01) << answer;
         const Log log = stage.takeLog();
         EXPECT_EQ(Log(log.end() - 3, log.end()), (Log{"EndDownload|W", "GpsInfo|", "GpsInfo|"}));
         stage.expect(kStop);
@@ -201,14 +190,13 @@ TEST_F(MagellanTest, RoutesNeedWaypoints) {
 }
 
 TEST_F(MagellanTest, UploadsWaypoints) {
-    const std::string a = sentence("$PMGNWPL,4830.000,N,00130.000,W,152,M,A,,a");
-    expect(a, "$PMGNCSM,00*1C\r\n");
-    expect(sentence("$PMGNWPL,4830.000,N,00130.000,W,152,M,B,,a"));
+    expect(uploaded("A"), "$PMGNCSM,00*1C\r\n");
+    expect(uploaded("B"));
     expect(kEnd);
     device.mgnSendWaypoints({waypoint("A"), waypoint("B")});
     EXPECT_EQ(takeLog(),
-              (Log{"StartUpload|W|2|Waypoints", writes(a), "WayptData|1|" + pointLine("A") + "|U",
-                   writes(sentence("$PMGNWPL,4830.000,N,00130.000,W,152,M,B,,a")),
+              (Log{"StartUpload|W|2|Waypoints", writes(uploaded("A")),
+                   "WayptData|1|" + pointLine("A") + "|U", writes(uploaded("B")),
                    "WayptData|2|" + pointLine("B") + "|U", writes(kEnd), "EndUpload|W"}));
     EXPECT_EQ(host.elapsed(), 0) << "acknowledgements are not waited for";
 }
@@ -219,27 +207,22 @@ TEST_F(MagellanTest, UploadsRoutes) {
     Route empty;
     empty.SetAttributes("R;4;EMPTY");
     Log expected = {"StartUpload|R|5|Upload Routes"};
-    const auto sends = [&](const std::string& text) {
+    for (const std::string& text :
+         {uploaded("A"), uploaded("B"), uploaded("C"), sentence("$PMGNRTE,2,1,c,3,TOUR,A,a,B,a"),
+          sentence("$PMGNRTE,2,2,c,3,TOUR,C,a")}) {
         expect(text);
         expected.push_back(writes(text));
-    };
+    }
+    expect(kEnd);
     for (const char* name : {"A", "B", "C"}) {
         route.AddWaypt(waypoint(name));
-        sends(sentence(std::string("$PMGNWPL,4830.000,N,00130.000,W,152,M,") + name + ",,a"));
     }
-    sends(sentence("$PMGNRTE,2,1,c,3,TOUR,A,a,B,a"));
-    sends(sentence("$PMGNRTE,2,2,c,3,TOUR,C,a"));
-    expect(kEnd);
-    for (const char* event :
-         {"RouteHeader|1|R;3;TOUR|U", "RouteData|2|W;A;48.5;-1.5;;152;18;0|U",
-          "RouteData|3|W;B;48.5;-1.5;;152;18;0|U", "RouteData|4|W;C;48.5;-1.5;;152;18;0|U",
-          "RouteHeader|5|R;4;EMPTY|U"}) {
-        expected.emplace_back(event);
-    }
-    expected.push_back(writes(kEnd));
-    expected.emplace_back("EndUpload|R");
     device.mgnSendRoutes({route, empty});
-    EXPECT_EQ(takeLog(), expected);
+    EXPECT_EQ(takeLog(),
+              (expected + Log{"RouteHeader|1|R;3;TOUR|U", "RouteData|2|" + pointLine("A") + "|U",
+                              "RouteData|3|" + pointLine("B") + "|U",
+                              "RouteData|4|" + pointLine("C") + "|U", "RouteHeader|5|R;4;EMPTY|U",
+                              writes(kEnd), "EndUpload|R"}));
 }
 
 TEST_F(MagellanTest, UploadsTracksUpToAPointThatNoSentenceHolds) {
@@ -286,16 +269,6 @@ TEST_F(MagellanTest, TellsThatThereIsNoPosition) {
     EXPECT_EQ(takeLog().back(), "box information: Position non disponible");
     EXPECT_NEAR(host.elapsed() - start, 11, 0.01) << "10 s, and the read that they fall into";
     EXPECT_FALSE(connection.realTimeRunning);
-}
-
-TEST_F(MagellanTest, ASilentRunEndsByTheUserOnly) {
-    expect(kAskFix, gga("120000.00", "1"));
-    expect(kStop);
-    int boxes = 0;
-    host.onMessageBox = [&](const FakeHost::Box&) { connection.realTimeRunning = ++boxes < 4; };
-    device.mgnPvt();
-    EXPECT_EQ(takeLog().back(), "EndPvt");
-    EXPECT_EQ(boxes, 4);
 }
 
 TEST_F(MagellanTest, NothingIsReadOrWrittenOnceAHandlerDisconnected) {

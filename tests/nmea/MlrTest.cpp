@@ -40,26 +40,13 @@ std::string pointLine(const std::string& name, const std::string& comment = "") 
     return "W;" + name + ";48.5;-1.5;" + comment + ";0;18;0";
 }
 
-std::string writes(const std::string& text) {
-    return "> " + text;
-}
-
 // What every block download does first and last.
 Log blockDownload(const char* request, const Log& progress) {
     Log log = {writes(request), "close", kProgress, kFast};
     for (const std::string& total : progress) {
         log.push_back(kProgress + total);
     }
-    for (const std::string& step :
-         {"close"s, std::string(kSlow), writes(kDone), "GpsInfo|Download terminé"s}) {
-        log.push_back(step);
-    }
-    return log;
-}
-
-Log operator+(Log left, const Log& right) {
-    left.insert(left.end(), right.begin(), right.end());
-    return left;
+    return log + Log{"close", kSlow, writes(kDone), "GpsInfo|Download terminé"};
 }
 
 class MlrTest : public testing::Test, protected SentenceStage {

@@ -55,14 +55,10 @@ TEST_F(NmeaListenerTest, EndsAfterTheLastPosition) {
 }
 
 TEST_F(NmeaListenerTest, TheLastMatchingSentenceDecidesTheEnd) {
-    struct Case {
-        std::string arrives;
-        const char* box;
-    };
-    for (const auto& [arrives, box] :
-         {Case{std::string(kFix) + "$GPRMC,1,A,x\r\n", kDone},
-          Case{std::string(kFix) + kNoFix, kNoPosition}, Case{"$GPGGA,,,n,\r\n", kNoPosition},
-          Case{"", kNoPosition}}) {
+    for (const auto& [arrives, box] : {std::pair{std::string(kFix) + "$GPRMC,1,A,x\r\n", kDone},
+                                       {std::string(kFix) + kNoFix, kNoPosition},
+                                       {"$GPGGA,,,n,\r\n", kNoPosition},
+                                       {"", kNoPosition}}) {
         SentenceStage stage;
         stage.speak(arrives + "$stop", 0.5);
         stage.host.onProcessEvents = [&] { stage.nmea.stopRequested = stage.host.elapsed() > 0.6; };

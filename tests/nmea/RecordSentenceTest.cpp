@@ -1,4 +1,5 @@
 // The sentences of waypoints, track points, fixes and routes, against texts written by hand.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -15,6 +16,8 @@
 namespace marlune {
 namespace {
 
+using testing::ElementsAre;
+
 constexpr double kToday = 39234;  // 01/06/2007
 constexpr const char* kHome = "$PMGNWPL,4807.038,N,01131.000,E,0000152,M,HOME,MY HOUSE,a*";
 
@@ -22,6 +25,11 @@ std::string checksum(std::string_view text) {
     NmeaPacket packet;
     packet.SetAttributes(text);
     return packet.Signer();
+}
+
+// A sentence up to its "*", as it goes out.
+std::string closed(const std::string& text) {
+    return text + checksum(text) + "\r\n";
 }
 
 TEST(MagellanWaypoint, IsReadInSinglePrecision) {
@@ -62,13 +70,12 @@ TEST(MagellanWaypoint, IsWritten) {
     waypoint.altitude = 152.9F;
     waypoint.ident = "HOME";
     waypoint.comment = "MY HOUSE";
-    const std::string text = "$PMGNWPL,4807.038,N,01131.000,E,152,M,HOME,MY HOUSE,a*";
-    EXPECT_EQ(Coder_MGN(waypoint), text + checksum(text) + "\r\n");
+    EXPECT_EQ(Coder_MGN(waypoint),
+              closed("$PMGNWPL,4807.038,N,01131.000,E,152,M,HOME,MY HOUSE,a*"));
     waypoint.altitude = -0.9F;
     waypoint.ident = "café";
     waypoint.comment = "a,b";
-    const std::string odd = "$PMGNWPL,4807.038,N,01131.000,E,0,M,caf\xE9,a,b,a*";
-    EXPECT_EQ(Coder_MGN(waypoint), odd + checksum(odd) + "\r\n");
+    EXPECT_EQ(Coder_MGN(waypoint), closed("$PMGNWPL,4807.038,N,01131.000,E,0,M,caf\xE9,a,b,a*"));
 }
 
 TEST(MlrWaypoint, KeepsSixCharactersOfName) {
@@ -95,19 +102,13 @@ TEST(MlrWaypoint, IsWritten) {
              {"AB", "AB     note"},
              {"ÉÉÉÉÉÉÉ", "\xC9\xC9\xC9\xC9\xC9\xC9 note"}}) {
         waypoint.ident = name;
-        const std::string text = "$GPWPL,3330.000,S,15115.000,E," + written + "*";
-        EXPECT_EQ(Coder_MLR(waypoint), text + checksum(text) + "\r\n");
+        EXPECT_EQ(Coder_MLR(waypoint), closed("$GPWPL,3330.000,S,15115.000,E," + written + "*"));
     }
 }
 
 TEST(MagellanTrackPoint, ReadsPositionTimeNameAndDate) {
     const std::string start = "$PMGNTRK,4830.000,N,00130.000,W,00152,M,";
-    struct Case {
-        std::string end;
-        const char* line;
-        const char* name;
-    };
-    const std::vector<Case> cases = {
+    const std::vector<std::tuple<std::string, std::string, std::string>> cases = {
         {"120000.00,A,LOOP,150325*", "T;48.5;-1.5;45731.5;152;0", "LOOP"},
         {"120000.00,A,,150325*", "T;48.5;-1.5;45731.5;152;0", "before"},
         {"180000.00,A,X*", "T;48.5;-1.5;39234.75;152;0", "X"},
@@ -117,26 +118,22 @@ TEST(MagellanTrackPoint, ReadsPositionTimeNameAndDate) {
         // Without its fraction the last five characters are 20000 seconds.
         {"120000*", "T;48.5;-1.5;39234.73148148148;152;0", "before"},
     };
-    for (const Case& c : cases) {
+    for (const auto& [end, line, name] : cases) {
         Trace point;
         point.SetName("before");
-        EXPECT_EQ(GetAttributes_MGN(point, start + c.end, kToday), checksum(start + c.end));
-        EXPECT_EQ(point.getIdent('.'), c.line) << c.end;
-        EXPECT_EQ(point.GetName(), c.name);
+        EXPECT_EQ(GetAttributes_MGN(point, start + end, kToday), checksum(start + end));
+        EXPECT_EQ(point.getIdent('.'), line) << end;
+        EXPECT_EQ(point.GetName(), name);
     }
 }
 
 TEST(MagellanTrackPoint, WithoutASenseIsNotRead) {
-    for (const char* sentence : {
-             "$PMGNTRK,4830.000,N,00130.000,W,00152,M*00",
-             "$PMGNTRK,4830.000,N,00130.000,W,00152,M,120000.00,A,X,320125*00",
-             "$PMGNTRK,4830.000,N,00130.000,W,00152,M,120000.00,A,X,290225*00",
-             "$PMGNTRK,4830.000,N,00130.000,W,00152,M,120000.00,A,X,1503*00",
-             "$PMGNTRK,4830.000,N,00130.000,W,00152,M,120000.00,A,X,1a0325*00",
-             "$PMGNTRK,4830.000,N,00130.000,W,00152,M,12001e99,A,X*00",
-         }) {
+    const std::string start = "$PMGNTRK,4830.000,N,00130.000,W,00152,M";
+    for (const char* end :
+         {"*00", ",120000.00,A,X,320125*00", ",120000.00,A,X,290225*00", ",120000.00,A,X,1503*00",
+          ",120000.00,A,X,1a0325*00", ",12001e99,A,X*00"}) {
         Trace point;
-        EXPECT_EQ(GetAttributes_MGN(point, sentence, kToday), "") << sentence;
+        EXPECT_EQ(GetAttributes_MGN(point, start + end, kToday), "") << end;
         EXPECT_EQ(point.pTime, 0);
     }
 }
@@ -147,36 +144,26 @@ TEST(MagellanTrackPoint, IsWritten) {
     point.longitude = -1.5;
     point.pTime = 39234.75;
     point.SetName("Été");
-    struct Case {
-        float altitude;
-        const char* text;
-    };
-    for (const auto& [altitude, text] : {Case{152.6F, "00153"}, Case{-3, "-00003"},
-                                         Case{123456, "123456"}, Case{-0.2F, "00000"}}) {
+    for (const auto& [altitude, text] :
+         {std::pair{152.6F, "00153"}, {-3, "-00003"}, {123456, "123456"}, {-0.2F, "00000"}}) {
         point.altitude = altitude;
-        const std::string sentence =
-            std::string("$PMGNTRK,4830.000,N,00130.000,W,") + text + ",M,180000.00,A,\xC9T\xC9*";
-        EXPECT_EQ(CoderMgn(point), sentence + checksum(sentence) + "\r\n");
+        EXPECT_EQ(CoderMgn(point), closed(std::string("$PMGNTRK,4830.000,N,00130.000,W,") + text +
+                                          ",M,180000.00,A,\xC9T\xC9*"));
     }
 }
 
 TEST(MlrTrackPoint, IsDatedByItsNumber) {
-    struct Case {
-        const char* texts;
-        const char* line;
-        const char* name;
+    const std::vector<std::tuple<std::string, std::string, std::string>> cases = {
+        {"TRC012", "39234.0012;0;0", "TRC012"},
+        {"TR0123 Coupure", "39234.0123;0;-1", "TR0123"},
+        {"TRxxxx D", "39234;0;0", "TRxxxx"},
+        {"T", "39234;0;0", "T"},
     };
-    for (const auto& [texts, line, name] : {
-             Case{"TRC012", "T;48.117298;11.516666;39234.0012;0;0", "TRC012"},
-             Case{"TR0123 Coupure", "T;48.117298;11.516666;39234.0123;0;-1", "TR0123"},
-             Case{"TRxxxx D", "T;48.117298;11.516666;39234;0;0", "TRxxxx"},
-             Case{"T", "T;48.117298;11.516666;39234;0;0", "T"},
-         }) {
+    for (const auto& [texts, end, name] : cases) {
         Trace point;
-        EXPECT_EQ(GetAttributes_MLR(
-                      point, std::string("$GPWPL,4807.038,N,01131.000,E,") + texts + "*77", kToday),
-                  "77");
-        EXPECT_EQ(point.getIdent('.'), line);
+        const std::string sentence = "$GPWPL,4807.038,N,01131.000,E," + texts + "*77";
+        EXPECT_EQ(GetAttributes_MLR(point, sentence, kToday), "77");
+        EXPECT_EQ(point.getIdent('.'), "T;48.117298;11.516666;" + end);
         EXPECT_EQ(point.GetName(), name);
     }
 }
@@ -194,23 +181,20 @@ TEST(MlrTrackRecord, IsBigEndian) {
 }
 
 TEST(Fix, GivesAPointOnlyWithAPosition) {
-    struct Case {
-        const char* sentence;
-        const char* line;
+    const std::vector<std::pair<const char*, const char*>> cases = {
+        {"$GPGGA,120000.00,4830.000,N,00130.000,W,1,08,0.9,152,F,46.9,M,,*00",
+         "T;48.5;-1.5;39234.5;51;-1"},
+        // Receivers give seconds without a fraction, or with any number of decimals.
+        {"$GPGGA,120012,4830.000,N,00130.000,W,1,08,0.9,152,M*00",
+         "T;48.5;-1.5;39234.50013888889;152;-1"},
+        {"$GPGGA,120012.000,4830.000,N,00130.000,W,1,08,0.9,152,M*00",
+         "T;48.5;-1.5;39234.50013888889;152;-1"},
+        {"$GPGGA,120000.00,4830.000,N,00130.000,W,0,08,0.9,152,M*00", ""},
+        {"$GPGGA,120000.00,,,,,1,08,0.9,152,M*00", ""},
+        {"$GPGGA,120000.00,4830.000,N,00130.000,W,1,08,0.9,1e99,M*00", ""},
+        {"$GPGGA*00", ""},
     };
-    for (const auto& [sentence, line] : {
-             Case{"$GPGGA,120000.00,4830.000,N,00130.000,W,1,08,0.9,152,F,46.9,M,,*00",
-                  "T;48.5;-1.5;39234.5;51;-1"},
-             // Receivers give seconds without a fraction, or with any number of decimals.
-             Case{"$GPGGA,120012,4830.000,N,00130.000,W,1,08,0.9,152,M*00",
-                  "T;48.5;-1.5;39234.50013888889;152;-1"},
-             Case{"$GPGGA,120012.000,4830.000,N,00130.000,W,1,08,0.9,152,M*00",
-                  "T;48.5;-1.5;39234.50013888889;152;-1"},
-             Case{"$GPGGA,120000.00,4830.000,N,00130.000,W,0,08,0.9,152,M*00", ""},
-             Case{"$GPGGA,120000.00,,,,,1,08,0.9,152,M*00", ""},
-             Case{"$GPGGA,120000.00,4830.000,N,00130.000,W,1,08,0.9,1e99,M*00", ""},
-             Case{"$GPGGA*00", ""},
-         }) {
+    for (const auto& [sentence, line] : cases) {
         PvtData fix;
         GetAttributes_MGN(fix, sentence, kToday, true);
         EXPECT_EQ(fix.getIdent('.'), line) << sentence;
@@ -235,18 +219,12 @@ Route routeOf(const std::vector<std::string>& names) {
 
 TEST(RouteSentences, CarryTwoOrFourPoints) {
     const Route route = routeOf({"HOME", "LONGNAME1", "C", "D", "E"});
-    const std::vector<std::string> magellan = {
-        "$PMGNRTE,3,1,c,3,Tour d'\xE9t\xE9,HOME,a,LONGNAME1,a*",
-        "$PMGNRTE,3,2,c,3,Tour d'\xE9t\xE9,C,a,D,a*", "$PMGNRTE,3,3,c,3,Tour d'\xE9t\xE9,E,a*"};
-    const std::vector<std::string> mlr = {"$GPRTE,2,1,c,3,HOME,LONGNA,C,D*", "$GPRTE,2,2,c,3,E*"};
-    const auto withChecksums = [](std::vector<std::string> sentences) {
-        for (std::string& sentence : sentences) {
-            sentence += checksum(sentence) + "\r\n";
-        }
-        return sentences;
-    };
-    EXPECT_EQ(PhraseRouteMGN(route), withChecksums(magellan));
-    EXPECT_EQ(PhraseRouteMLR(route), withChecksums(mlr));
+    EXPECT_THAT(PhraseRouteMGN(route),
+                ElementsAre(closed("$PMGNRTE,3,1,c,3,Tour d'\xE9t\xE9,HOME,a,LONGNAME1,a*"),
+                            closed("$PMGNRTE,3,2,c,3,Tour d'\xE9t\xE9,C,a,D,a*"),
+                            closed("$PMGNRTE,3,3,c,3,Tour d'\xE9t\xE9,E,a*")));
+    EXPECT_THAT(PhraseRouteMLR(route), ElementsAre(closed("$GPRTE,2,1,c,3,HOME,LONGNA,C,D*"),
+                                                   closed("$GPRTE,2,2,c,3,E*")));
     EXPECT_TRUE(PhraseRouteMGN(routeOf({})).empty());
 }
 

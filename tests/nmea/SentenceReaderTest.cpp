@@ -20,11 +20,7 @@ protected:
 };
 
 TEST_F(SentenceReaderTest, MgnGetReturnsWhatItsCallersWaitFor) {
-    struct Case {
-        std::string arrives;
-        const char* returned;
-    };
-    const std::vector<Case> cases = {
+    const std::vector<std::pair<std::string, const char*>> cases = {
         {"*x$PMGNWPL,1*00\r\n", kWaypoint},
         {"$PMGNTRK,1*00\r\n$PMGNCMD,END*3D\r\n", "$PMGNCMD,END*3D"},
         {"$X,$PMGNCMD,UNABLE,*00", "$X,$PMGNCMD,UNABLE,*00"},
@@ -32,13 +28,13 @@ TEST_F(SentenceReaderTest, MgnGetReturnsWhatItsCallersWaitFor) {
         {"$PMGNWPL,1*0", "$PMGNWPL,1*0"},
         {std::string("$PMGNWPL,\0\xE9*00", 14), "$PMGNWPL,"},
     };
-    for (const Case& c : cases) {
+    for (const auto& [arrives, returned] : cases) {
         SentenceStage stage;
         PortLease itsLease(*stage.port);
-        stage.speak(c.arrives);
+        stage.speak(arrives);
         const std::string line =
             SentenceReader(stage.services, itsLease, stage.nmea).mgnGet("$PMGNWPL", 3);
-        EXPECT_EQ(line.c_str(), std::string(c.returned)) << c.arrives;
+        EXPECT_STREQ(line.c_str(), returned) << arrives;
     }
 }
 
@@ -53,12 +49,9 @@ TEST_F(SentenceReaderTest, SentencesWithoutEndAreBounded) {
 }
 
 TEST_F(SentenceReaderTest, MgnGetCountsFromARoundedStart) {
-    struct Case {
-        double start;
-        double seconds;  // three, right within half a second, and the read of 1.1 s it falls into
-    };
-    for (const auto& [start, seconds] : {Case{100.0, 3.3}, Case{100.4, 3.3}, Case{100.6, 4.4},
-                                         Case{101.5, 4.4}, Case{100.5, 3.3}}) {
+    // Three seconds, right within half a second, and the read of 1.1 s that they fall into.
+    for (const auto& [start, seconds] :
+         {std::pair{100.0, 3.3}, {100.4, 3.3}, {100.6, 4.4}, {101.5, 4.4}, {100.5, 3.3}}) {
         startAt(start);
         const double before = host.elapsed();
         EXPECT_EQ(reader.mgnGet("$PMGN", 3), "");
@@ -78,13 +71,10 @@ TEST_F(SentenceReaderTest, OtherSentencesKeepMgnGetGoingOnlyForItsTime) {
 }
 
 TEST_F(SentenceReaderTest, NmeaGetPhraseTakesTheFirstMatch) {
-    struct Case {
-        const char* codes;
-        const char* found;
-    };
-    for (const auto& [codes, found] :
-         {Case{" gpgga ", "$GPGGA,2*00"}, Case{"XYZ|$GPWPL", "$GPWPL,3*00"},
-          Case{"XYZ|", "$gpgga,1*00"}, Case{"RMC", ""}}) {
+    for (const auto& [codes, found] : {std::pair{" gpgga ", "$GPGGA,2*00"},
+                                       {"XYZ|$GPWPL", "$GPWPL,3*00"},
+                                       {"XYZ|", "$gpgga,1*00"},
+                                       {"RMC", ""}}) {
         SentenceStage stage;
         PortLease itsLease(*stage.port);
         SentenceReader itsReader(stage.services, itsLease, stage.nmea);

@@ -20,7 +20,7 @@ SentenceStage::SentenceStage()
     };
     line->observer.close = [this] { log_.push_back("close"); };
     line->observer.write = [this](auto bytes) {
-        log_.push_back("> " + std::string(bytes.begin(), bytes.end()));
+        log_.push_back(writes({bytes.begin(), bytes.end()}));
     };
     host.onMessageBox = [this](const FakeHost::Box& box) {
         log_.push_back("box " + boxText(box.icon, box.text));

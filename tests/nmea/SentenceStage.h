@@ -61,6 +61,16 @@ private:
     Log log_;
 };
 
+inline Log operator+(Log left, const Log& right) {
+    left.insert(left.end(), right.begin(), right.end());
+    return left;
+}
+
+// A write as the log tells it.
+inline std::string writes(const std::string& text) {
+    return "> " + text;
+}
+
 // A sentence, from "$" up to where its "*" goes, as a device sends it; the checksum is counted
 // here.
 std::string sentence(const std::string& body);
