@@ -10,13 +10,9 @@
 namespace marlune {
 namespace {
 
-// The table of units as the public document groups it: products whose rows agree, with the range of
-// software versions where it is not all of them.
-struct Group {
-    const char* products;  // "36/0-299" is product 36, versions 0.00 to 2.99
-    const char* tags;      // "-" where the unit lacks the protocol
-};
-constexpr Group kGroups[] = {
+// The table of units as the public document groups it: products whose rows agree ("36/0-299" is
+// product 36, versions 0.00 to 2.99), and their tags, "-" where they lack the protocol.
+constexpr std::pair<const char*, const char*> kGroups[] = {
     {"7", "L001 A010 A100 D100 A200 D200 D100 - - - - A500 D500"},
     {"13 18 23 24 25 35 42", "L001 A010 A100 D100 A200 D200 D100 A300 D300 A400 D400 A500 D500"},
     {"14", "L001 A010 A100 D100 A200 D200 D100 - - A400 D400 A500 D500"},
@@ -53,9 +49,9 @@ TEST(ProductTable, GivesEveryUnitItsTagsInEveryVersion) {
     FakeHost host;
     DebugTrace trace(host.documentsFolder());
     int rows = 0;
-    for (const Group& group : kGroups) {
-        std::istringstream products(group.products);
-        for (std::string product; products >> product; ++rows) {
+    for (const auto& [products, tags] : kGroups) {
+        std::istringstream words(products);
+        for (std::string product; words >> product; ++rows) {
             int id = 0;
             int low = 0;
             int high = 999;
@@ -64,7 +60,7 @@ TEST(ProductTable, GivesEveryUnitItsTagsInEveryVersion) {
                 GpsCapability capability;
                 ASSERT_TRUE(capability.GetCapability(static_cast<std::uint16_t>(id),
                                                      static_cast<std::uint16_t>(version), trace));
-                EXPECT_EQ(capability.getProtocoles(), expectedTags(std::istringstream(group.tags)))
+                EXPECT_EQ(capability.getProtocoles(), expectedTags(std::istringstream(tags)))
                     << product << " at " << version;
                 EXPECT_EQ(capability.physicalProtocol, "P000");
             }

@@ -7,6 +7,8 @@
 namespace marlune {
 namespace {
 
+// What may be under way is aborted, and the unit is asked for its product data.
+const Script kAsked = {sends(10, {0, 0}), sends(254, {0})};
 const Step kNotIdentified = box(BoxIcon::critical, "GPS éteint ou mal connecté");
 
 TEST(Handshake, IdentifiesAUnitThatAnnouncesItsProtocols) {
@@ -23,10 +25,10 @@ TEST(Handshake, IdentifiesAUnitThatAnnouncesItsProtocols) {
 
 TEST(Handshake, TakesTheProductTableForAUnitThatDoesNot) {
     Stage stage;
-    stage.play({sends(10, {0, 0}), sends(254, {0}), answers(6, {254, 0}),
-                answers(255, productData(36, 310, "GPS 126\xE9")), answers(248, {1}), answers(0),
-                answers(248, {2}), sends(6, {255, 0})},
-               [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
+    stage.play(
+        kAsked + Script{answers(6, {254, 0}), answers(255, productData(36, 310, "GPS 126\xE9")),
+                        answers(248, {1}), answers(0), answers(248, {2}), sends(6, {255, 0})},
+        [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
     EXPECT_EQ(stage.control().getProtocoles(),
               "P000 L001 A010 A100 D152 A200 D200 D152 A300 D300 A500 D500 A600 D600 A700 D700");
     EXPECT_EQ(stage.control().getIdent(),
@@ -36,12 +38,8 @@ TEST(Handshake, TakesTheProductTableForAUnitThatDoesNot) {
 TEST(Handshake, AsksASilentUnitFiveTimes) {
     Stage stage;
     const double before = stage.host.elapsed();
-    Script script = {sends(10, {0, 0})};
-    for (int i = 0; i < 5; ++i) {
-        script.push_back(sends(254, {0}));
-    }
-    script.push_back(kNotIdentified);
-    stage.play(script, [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+    stage.play(kAsked + Script(4, sends(254, {0})) + Script{kNotIdentified},
+               [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
     // One read for the abort, then a read and a delay for each request.
     EXPECT_NEAR(stage.host.elapsed() - before, 1.1 + 5 * 2.1, 1e-6);
     EXPECT_FALSE(stage.port().isOpen());
@@ -49,20 +47,15 @@ TEST(Handshake, AsksASilentUnitFiveTimes) {
 
 // A user who asks for an end while the unit is silent is not told about the silence.
 TEST(Handshake, EndsWithoutAWordWhenTheHostRequestsAStop) {
-    const Script answered[] = {{}, {answers(6)}};
-    for (const Script& answer : answered) {
+    for (const Script& answer : {Script{}, Script{answers(6)}}) {
         Stage stage;
         stage.host.onStopRequested = [&] { return stage.host.elapsed() > 1.5; };
-        stage.play(Script{sends(10, {0, 0}), sends(254, {0})} + answer,
-                   [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+        stage.play(kAsked + answer, [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
     }
 }
 
 TEST(Handshake, TellsWhatAnswersWrongly) {
-    const struct {
-        std::vector<Step> answer;
-        const char* text;
-    } cases[] = {
+    const std::vector<std::pair<Script, const char*>> cases = {
         {{answersText("$GPGGA,1*00\r\n")},
          "Protocole Incorrect, Vérifiez votre GPS\nChoisissez l'option GRMN/GRMN."},
         {{answers(0, {254, 0})}, "Erreur de protocole(Ack) - pid = 0"},
@@ -70,13 +63,11 @@ TEST(Handshake, TellsWhatAnswersWrongly) {
         {{answers(6, {254, 0}), answers(12)}, "Erreur de protocole(Product) - pid = 12"},
         {{answers(6, {254, 0})}, "Erreur de protocole(Product) - pid = 0"},
     };
-    for (const auto& each : cases) {
+    for (const auto& [answer, text] : cases) {
         Stage stage;
-        Script script = {sends(10, {0, 0}), sends(254, {0})};
-        script.insert(script.end(), each.answer.begin(), each.answer.end());
-        script.push_back(box(BoxIcon::critical, each.text));
-        stage.play(script, [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
-        EXPECT_FALSE(stage.port().isOpen()) << each.text;
+        stage.play(kAsked + answer + Script{box(BoxIcon::critical, text)},
+                   [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+        EXPECT_FALSE(stage.port().isOpen()) << text;
         // The control stays usable.
         stage.port().purge();
         stage.connectGarmin("A100 D108");
@@ -84,30 +75,26 @@ TEST(Handshake, TellsWhatAnswersWrongly) {
 }
 
 TEST(Handshake, ReadsProductDataThatIsCutShort) {
-    const struct {
-        Bytes data;
-        const char* ident;
-    } cases[] = {
+    const std::vector<std::pair<Bytes, const char*>> cases = {
         {{77, 0, 24, 1, 'a', 'b'}, "GPSId: 77 Version: 2.8 - ab"},
         {{77, 0, 24, 1}, "GPSId: 77 Version: 2.8 - "},
         {{77}, "GPSId: 77 Version: 0 - "},
         {{}, "GPSId: 0 Version: 0 - "},
         {{0xFF, 0xFF, 0xFF, 0xFF, 'x', 0, 'y'}, "GPSId: 65535 Version: 655.35 - x"},
     };
-    for (const auto& each : cases) {
+    for (const auto& [data, ident] : cases) {
         Stage stage;
-        stage.play({sends(10, {0, 0}), sends(254, {0}), answers(6), answers(255, each.data),
-                    sends(6, {255, 0}), answers(253, protocolArray("A100")), sends(6, {253, 0})},
+        stage.play(kAsked + Script{answers(6), answers(255, data), sends(6, {255, 0}),
+                                   answers(253, protocolArray("A100")), sends(6, {253, 0})},
                    [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
-        EXPECT_NE(stage.control().getIdent().find(each.ident), std::string::npos)
-            << stage.control().getIdent();
+        EXPECT_THAT(stage.control().getIdent(), testing::EndsWith(ident));
     }
 }
 
 TEST(Handshake, AnEmptyProtocolArrayConnectsNobody) {
     Stage stage;
-    stage.play({sends(10, {0, 0}), sends(254, {0}), answers(6), answers(255, {77, 0, 0, 0}),
-                sends(6, {255, 0}), answers(253), sends(6, {253, 0})},
+    stage.play(kAsked + Script{answers(6), answers(255, {77, 0, 0, 0}), sends(6, {255, 0}),
+                               answers(253), sends(6, {253, 0})},
                [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
     EXPECT_EQ(stage.control().getProtocoles(), "");
 }

@@ -15,12 +15,7 @@ namespace marlune {
 namespace {
 
 TEST(GpsPacket, BuildsFramesWithStuffingAndChecksum) {
-    struct Case {
-        std::uint8_t pid;
-        Bytes data;
-        Bytes frame;
-    };
-    const Case cases[] = {
+    const std::vector<std::tuple<std::uint8_t, Bytes, Bytes>> cases = {
         {10, {0, 0}, {16, 10, 2, 0, 0, 244, 16, 3}},
         {10, {}, {16, 10, 0, 246, 16, 3}},
         {10, {16}, {16, 10, 1, 16, 16, 229, 16, 3}},
@@ -29,14 +24,10 @@ TEST(GpsPacket, BuildsFramesWithStuffingAndChecksum) {
         {239, {0}, {16, 239, 1, 0, 16, 16, 16, 3}},  // the checksum is stuffed, too
         {0, {}, {16, 0, 0, 0, 16, 3}},
     };
-    for (const Case& each : cases) {
-        GpsPacket packet;
-        EXPECT_EQ(packet.Build(each.pid, each.data), each.frame);
-    }
-}
-
-TEST(GpsPacket, CannotBuildMoreThan255Bytes) {
     GpsPacket packet;
+    for (const auto& [pid, data, frame] : cases) {
+        EXPECT_EQ(packet.Build(pid, data), frame);
+    }
     EXPECT_EQ(packet.Build(99, Bytes(255, 1)).size(), 3U + 255 + 1 + 2);
     EXPECT_EQ(packet.errorNumber(), 0);
     EXPECT_TRUE(packet.Build(99, Bytes(256, 1)).empty());
@@ -44,13 +35,7 @@ TEST(GpsPacket, CannotBuildMoreThan255Bytes) {
 }
 
 TEST(GpsPacket, ParsesWhatCameWithoutCheckingIt) {
-    struct Case {
-        Bytes frame;
-        bool parsed;
-        int pid;
-        Bytes data;
-    };
-    const Case cases[] = {
+    const std::vector<std::tuple<Bytes, bool, int, Bytes>> cases = {
         {{16, 10, 1, 16, 16, 229, 16, 3}, true, 10, {16}},
         {{16, 35, 2, 7, 8, 99, 16, 3}, true, 35, {7, 8}},  // wrong checksum
         {{16, 35, 9, 7, 8}, true, 35, {7, 8}},             // shorter than it says
@@ -60,12 +45,12 @@ TEST(GpsPacket, ParsesWhatCameWithoutCheckingIt) {
         {{}, false, 0, {}},
         {{16, 16, 16, 0}, false, 0, {}},  // three bytes once it is unstuffed
     };
-    for (const Case& each : cases) {
+    for (const auto& [frame, parsed, pid, data] : cases) {
         GpsPacket packet;
         packet.LetPid(77);
-        EXPECT_EQ(packet.Parse(each.frame), each.parsed);
-        EXPECT_EQ(packet.GetPid(), each.pid);
-        EXPECT_EQ(packet.GetData(), each.data);
+        EXPECT_EQ(packet.Parse(frame), parsed);
+        EXPECT_EQ(packet.GetPid(), pid);
+        EXPECT_EQ(packet.GetData(), data);
     }
 }
 
