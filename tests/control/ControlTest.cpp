@@ -18,15 +18,9 @@ std::string settingsFor(const std::string& mark) {
 }
 
 TEST(Mark, ChoosesTheFamilyAndTheMagellanRate) {
-    const auto magellan = [](const std::string& rate) {
-        return "baud=" + rate + " parity=n data=8 stop=1";
-    };
     EXPECT_EQ(settingsFor("grm"), "baud=9600 parity=n data=8 stop=1");
     EXPECT_EQ(settingsFor("MLR"), "baud=4800 parity=n data=8 stop=2");
-    const struct {
-        const char* mark;
-        const char* rate;
-    } rates[] = {
+    const std::vector<std::pair<const char*, std::string>> rates = {
         {"MGN", "4800"},
         {"mgn;9600", "9600"},
         {"MGN;19200.9", "19200"},
@@ -38,8 +32,8 @@ TEST(Mark, ChoosesTheFamilyAndTheMagellanRate) {
         {"MGN;38400;9600", "38400"},
         {"MGN;99999999999", "4800"},
     };
-    for (const auto& each : rates) {
-        EXPECT_EQ(settingsFor(each.mark), magellan(each.rate)) << each.mark;
+    for (const auto& [mark, rate] : rates) {
+        EXPECT_EQ(settingsFor(mark), "baud=" + rate + " parity=n data=8 stop=1") << mark;
     }
 }
 
@@ -75,16 +69,14 @@ TEST(Control, AnUnknownFamilyConnectsAndOffersNothing) {
 
 TEST(Control, SentenceFamiliesOfferWhatTheyHave) {
     Stage stage;
-    const Step version = sendsText("$PMGNCMD,VERSION*28\r\n");
-    const Step reply = answersText("$PMGNVER,37,3.14, MAP 330 *2B\r\n");
-    const Step accept = sendsText("$PMGNCSM,2B*15\r\n");
-    const Step handoff = sendsText("$PMGNCMD,HANDOFF*3E\r\n");
+    const Script versions = {sendsText("$PMGNCMD,VERSION*28\r\n"),
+                             answersText("$PMGNVER,37,3.14, MAP 330 *2B\r\n"),
+                             sendsText("$PMGNCSM,2B*15\r\n"), sendsText("$PMGNCMD,HANDOFF*3E\r\n")};
     stage.control().SetGpsMark("MGN");
-    stage.play({version, reply, accept, handoff},
-               [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
+    stage.play(versions, [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
     EXPECT_EQ(stage.control().getProtocoles(), "Protocole NMEA propriétaire MAGELLAN");
     // With the port open the receiver is asked again.
-    stage.play({version, reply, accept, handoff}, [&] {
+    stage.play(versions, [&] {
         EXPECT_EQ(stage.control().getIdent(),
                   "Marlune Version 1.0.0 -  GPSId: 37 Version: 3.14 -  MAP 330 ");
     });
@@ -115,9 +107,8 @@ TEST(Control, TellsAPortThatDoesNotOpenAndStillTriesToIdentify) {
 TEST(Control, ReportsSettingsThatDoNotApply) {
     Stage stage;
     stage.port().settingsError = 22;
-    Script script = {box(BoxIcon::critical, "Connexion Impossible")};
-    script.push_back(kNoAnswer);
-    stage.play(script, [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+    stage.play({box(BoxIcon::critical, "Connexion Impossible"), kNoAnswer},
+               [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
 }
 
 // Another code with these letters takes the same transfers, but is no unit that announced anything.
@@ -132,30 +123,19 @@ TEST(Control, TellsAUnitsProtocolsUnderItsOwnCodeOnly) {
 
 TEST(Control, ConnectsAgainWithoutDisconnecting) {
     Stage stage;
-    stage.connectGarmin("A100 D108");
-    stage.connectGarmin("A100 D100");
-    EXPECT_EQ(stage.control().getProtocoles(), "A100 D100");
-    EXPECT_EQ(stage.port().closings, 1);
-}
-
-TEST(Control, EmptiesTheTraceAtEveryConnection) {
-    Stage stage;
     stage.host.createTraceFolder();
     stage.control().SetDebug("ON");
     stage.connectGarmin("A100 D108");
-    stage.control().gpsDisconnect();
-    EXPECT_NE(stage.host.traceText().find("A100 D108"), std::string::npos);
+    EXPECT_EQ(stage.host.traced().back(), "A100 D108");
     stage.connectGarmin("A100 D100");
-    EXPECT_EQ(stage.host.traceText().find("A100 D108"), std::string::npos);
+    EXPECT_EQ(stage.control().getProtocoles(), "A100 D100");
+    EXPECT_EQ(stage.port().closings, 1);
+    EXPECT_EQ(stage.host.traceText().find("A100 D108"), std::string::npos)
+        << "every connection begins the trace anew";
 }
 
 TEST(Control, SwitchesDebuggingByExactlyOneWord) {
-    for (const auto& [value, on] : {std::pair{"ON", true},
-                                    {"oN", true},
-                                    {"ONE", false},
-                                    {"", false},
-                                    {"1", false},
-                                    {"OFF", false}}) {
+    for (const auto& [value, on] : {std::pair{"oN", true}, {"ONE", false}, {"", false}}) {
         Stage stage;
         stage.host.createTraceFolder();
         stage.control().SetDebug(value);
@@ -164,18 +144,13 @@ TEST(Control, SwitchesDebuggingByExactlyOneWord) {
     }
 }
 
-TEST(Control, NeverReportsSuccessOfEmptyingTheQueues) {
-    Stage stage;
-    stage.connectGarmin("A100 D108");
-    const int purges = stage.port().purges;
-    EXPECT_FALSE(stage.control().ResetComBuffers());
-    EXPECT_EQ(stage.port().purges, purges + 1);
-}
-
-TEST(Control, ClosesWhatItOpened) {
+TEST(Control, EmptiesTheQueuesAndClosesWhatItOpened) {
     Stage stage;
     stage.connectGarmin("A100 D108");
     ScriptedPort& port = stage.port();
+    const int purges = port.purges;
+    EXPECT_FALSE(stage.control().ResetComBuffers()) << "success is never reported";
+    EXPECT_EQ(port.purges, purges + 1);
     stage.control().gpsDisconnect();
     EXPECT_FALSE(port.isOpen());
     EXPECT_EQ(port.settlings, 1) << "the unit may still answer";

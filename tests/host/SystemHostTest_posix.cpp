@@ -41,23 +41,20 @@ private:
 };
 
 TEST(XdgDocumentsFolder, IsReadAsTheDesktopsWriteIt) {
-    struct Case {
-        const char* text;
-        const char* folder;
+    const std::vector<std::pair<const char*, const char*>> cases = {
+        {"", ""},
+        {"# XDG_DOCUMENTS_DIR=\"/no\"\nXDG_MUSIC_DIR=\"/music\"\n", ""},
+        {"XDG_DOCUMENTS_DIR=\"$HOME/Mes documents\"\n", "/home/u/Mes documents"},
+        {"  XDG_DOCUMENTS_DIR = \"/data/docs/\"", "/data/docs"},
+        {"XDG_DOCUMENTS_DIR=\"$HOME/\"\n", "/home/u"},
+        {"XDG_DOCUMENTS_DIR=\"$HOME/a \\\"b\\\"\"\n", "/home/u/a \"b\""},
+        {"XDG_DOCUMENTS_DIR=\"/one\"\nXDG_DOCUMENTS_DIR=\"/two\"\n", "/two"},
+        {"XDG_DOCUMENTS_DIR=\"relative\"\nXDG_DOCUMENTS_DIRS=\"/no\"\n", ""},
+        {"XDG_DOCUMENTS_DIR=\"$HOMEWARD/no\"\nXDG_DOCUMENTS_DIR=/no\n", ""},
+        {"XDG_DOCUMENTS_DIR=\"/cut\\", "/cut\\"},
     };
-    for (const Case& one : {
-             Case{"", ""},
-             Case{"# XDG_DOCUMENTS_DIR=\"/no\"\nXDG_MUSIC_DIR=\"/music\"\n", ""},
-             Case{"XDG_DOCUMENTS_DIR=\"$HOME/Mes documents\"\n", "/home/u/Mes documents"},
-             Case{"  XDG_DOCUMENTS_DIR = \"/data/docs/\"", "/data/docs"},
-             Case{"XDG_DOCUMENTS_DIR=\"$HOME/\"\n", "/home/u"},
-             Case{"XDG_DOCUMENTS_DIR=\"$HOME/a \\\"b\\\"\"\n", "/home/u/a \"b\""},
-             Case{"XDG_DOCUMENTS_DIR=\"/one\"\nXDG_DOCUMENTS_DIR=\"/two\"\n", "/two"},
-             Case{"XDG_DOCUMENTS_DIR=\"relative\"\nXDG_DOCUMENTS_DIRS=\"/no\"\n", ""},
-             Case{"XDG_DOCUMENTS_DIR=\"$HOMEWARD/no\"\nXDG_DOCUMENTS_DIR=/no\n", ""},
-             Case{"XDG_DOCUMENTS_DIR=\"/cut\\", "/cut\\"},
-         }) {
-        EXPECT_EQ(xdgDocumentsFolder(one.text, "/home/u"), one.folder) << one.text;
+    for (const auto& [text, folder] : cases) {
+        EXPECT_EQ(xdgDocumentsFolder(text, "/home/u"), folder) << text;
     }
 }
 

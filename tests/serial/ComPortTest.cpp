@@ -4,6 +4,7 @@
 
 #include "serial/ComPort.h"
 #include "support/ScriptedPort.h"
+#include "support/TracedServices.h"
 
 namespace marlune {
 namespace {
@@ -93,15 +94,13 @@ TEST_F(ComPortTest, ReopeningKeepsTheLeaseThatAskedForIt) {
 }
 
 TEST_F(ComPortTest, TextsGoOutAsSingleBytesAndAreTraced) {
-    host_.createTraceFolder();
-    DebugTrace trace(host_.documentsFolder());
-    trace.setDebug(true);
-    trace.openEmpty();
+    GpsControlEvents events;
+    TracedServices traced(events);
     port_->open();
     PortLease lease(*port_);
-    sendText(lease, trace, "É\r\n");
+    sendText(lease, traced.trace, "É\r\n");
     EXPECT_EQ(line_->written, (Bytes{0xC9, '\r', '\n'}));
-    EXPECT_NE(host_.traceText().find(":SEND: \xC9\r\n"), std::string::npos);
+    EXPECT_EQ(traced.host.traced(), std::vector<std::string>{"SEND: \xC9"});
 }
 
 }  // namespace

@@ -63,15 +63,12 @@ protected:
 };
 
 TEST_F(SystemSerialPortTest, AppliesTheSettingsOfEveryFamilyAsARawLine) {
-    struct Case {
-        const char* settings;
-        speed_t rate;
-        bool twoStopBits;
-    };
-    for (const Case& one :
-         {Case{kGarmin, B9600, false}, Case{"baud=4800 parity=n data=8 stop=2", B4800, true},
-          Case{"baud=38400 parity=n data=8 stop=2", B38400, true},
-          Case{"baud=19200 parity=n data=8 stop=1", B19200, false}}) {
+    const std::vector<std::tuple<std::string, speed_t, bool>> cases = {
+        {kGarmin, B9600, false},
+        {"baud=4800 parity=n data=8 stop=2", B4800, true},
+        {"baud=38400 parity=n data=8 stop=2", B38400, true},
+        {"baud=19200 parity=n data=8 stop=1", B19200, false}};
+    for (const auto& [settings, rate, twoStopBits] : cases) {
         termios line{};
         ASSERT_EQ(::tcgetattr(probe_, &line), 0);
         line.c_lflag |= ICANON | ECHO | ISIG;
@@ -80,11 +77,11 @@ TEST_F(SystemSerialPortTest, AppliesTheSettingsOfEveryFamilyAsARawLine) {
         line.c_cflag |= CRTSCTS;
         ASSERT_EQ(::tcsetattr(probe_, TCSANOW, &line), 0);
 
-        EXPECT_EQ(open(one.settings), 0) << one.settings;
+        EXPECT_EQ(open(settings), 0) << settings;
         ASSERT_EQ(::tcgetattr(probe_, &line), 0);
-        EXPECT_EQ(::cfgetospeed(&line), one.rate) << one.settings;
-        EXPECT_EQ(::cfgetispeed(&line), one.rate) << one.settings;
-        EXPECT_EQ((line.c_cflag & CSTOPB) != 0, one.twoStopBits) << one.settings;
+        EXPECT_EQ(::cfgetospeed(&line), rate) << settings;
+        EXPECT_EQ(::cfgetispeed(&line), rate) << settings;
+        EXPECT_EQ((line.c_cflag & CSTOPB) != 0, twoStopBits) << settings;
         EXPECT_EQ(line.c_cflag & (CSIZE | PARENB | CRTSCTS | CLOCAL | CREAD),
                   tcflag_t{CS8 | CLOCAL | CREAD});
         EXPECT_EQ(line.c_lflag | line.c_iflag | line.c_oflag, 0U);
@@ -109,14 +106,12 @@ TEST_F(SystemSerialPortTest, RefusesWhatIsNoTerminalWithTheSystemsError) {
     const TempFolder folder;
     const std::string secret = folder.write("secret", "");
     ASSERT_EQ(::chmod(secret.c_str(), 0), 0);
-    struct Case {
-        std::string device;
-        std::int32_t error;
-    };
-    for (const Case& one :
-         {Case{"", ENOENT}, Case{folder.path() / "missing", ENOENT}, Case{folder.path(), EISDIR},
-          Case{folder.write("file", "content"), ENOTTY}, Case{"/dev/null", ENOTTY}}) {
-        EXPECT_EQ(port_->open(one.device, kGarmin, {}), one.error) << one.device;
+    for (const auto& [device, error] : {std::pair{std::string(), ENOENT},
+                                        {folder.path() / "missing", ENOENT},
+                                        {folder.path(), EISDIR},
+                                        {folder.write("file", "content"), ENOTTY},
+                                        {"/dev/null", ENOTTY}}) {
+        EXPECT_EQ(port_->open(device, kGarmin, {}), error) << device;
         EXPECT_FALSE(port_->isOpen());
         EXPECT_TRUE(port_->isGone());
     }

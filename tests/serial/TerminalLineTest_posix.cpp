@@ -12,20 +12,20 @@ namespace {
 
 TEST(TerminalLine, SetsStandardRatesByTheirConstantsAndOthersByNumber) {
     const Pty pty;
-    struct Case {
-        std::uint32_t baud;
-        tcflag_t code;
-    };
-    for (const Case& one : {Case{1200, B1200}, Case{4800, B4800}, Case{38400, B38400},
-                            Case{115200, B115200}, Case{14400, BOTHER}, Case{31200, BOTHER}}) {
+    for (const auto& [baud, code] : {std::pair{1200U, B1200},
+                                     {4800, B4800},
+                                     {38400, B38400},
+                                     {115200, B115200},
+                                     {14400, BOTHER},
+                                     {31200, BOTHER}}) {
         LineSettings settings;
-        settings.baud = one.baud;
-        EXPECT_EQ(applyLineSettings(pty.masterDescriptor(), settings), 0) << one.baud;
+        settings.baud = baud;
+        EXPECT_EQ(applyLineSettings(pty.masterDescriptor(), settings), 0) << baud;
         termios2 line{};
         ASSERT_EQ(::ioctl(pty.masterDescriptor(), TCGETS2, &line), 0);
-        EXPECT_EQ(line.c_cflag & CBAUD, one.code) << one.baud;
-        EXPECT_EQ(line.c_ospeed, one.baud);
-        EXPECT_EQ(line.c_ispeed, one.baud);
+        EXPECT_EQ(line.c_cflag & CBAUD, code) << baud;
+        EXPECT_EQ(line.c_ospeed, baud);
+        EXPECT_EQ(line.c_ispeed, baud);
     }
 }
 

@@ -6,8 +6,8 @@
 
 #include "garmin/records/PvtData.h"
 #include "host/CodePage.h"
-#include "support/FakeHost.h"
 #include "support/Image.h"
+#include "support/TracedServices.h"
 
 namespace marlune {
 namespace {
@@ -23,18 +23,14 @@ const std::string kDays = "6E010000";
 
 class PvtDataTest : public testing::Test {
 protected:
-    PvtDataTest() {
-        host_.createTraceFolder();
-        trace_.openEmpty();
-        trace_.setDebug(true);
-    }
-
     bool get(const std::string& record, int first = -1, char separator = '.') {
         return pvt_.GetAttributes(image(record), first, trace_, separator);
     }
 
-    FakeHost host_;
-    DebugTrace trace_{host_.documentsFolder()};
+    GpsControlEvents events_;
+    TracedServices services_{events_};
+    FakeHost& host_ = services_.host;
+    DebugTrace& trace_ = services_.trace;
     PvtData pvt_;
 };
 
