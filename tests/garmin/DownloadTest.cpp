@@ -15,6 +15,7 @@ const std::string kTracksHeader = "--- T;lat;lon;heure;altitude;debut -----";
 class DownloadTest : public testing::Test, protected Stage {
 protected:
     explicit DownloadTest(Line line = Line::serial) : Stage(line) {}
+    void SetUp() override { connectGarmin(kTags); }
 
     void getWaypts(const Script& script) {
         play(script, [&] { EXPECT_EQ(control().getWaypts(), resultOf(script)); });
@@ -28,6 +29,11 @@ protected:
     void getProximites(const Script& script) {
         play(script, [this] { EXPECT_FALSE(control().getProximites()); });
     }
+    // A waypoint and what the host is told of it.
+    static Script taken(int number, const std::string& ident) {
+        return {answers(35, d100(ident)),
+                event("WayptData|" + std::to_string(number) + "|" + d100Line(ident) + "|D")};
+    }
     // A record, what the host is told of it, and its acknowledgement.
     static Script record(std::uint8_t pid, const Bytes& data, const std::string& told) {
         return {answers(pid, data), event(told + "|D"), acks(pid)};
@@ -38,8 +44,7 @@ protected:
                 event("StartDownload|W|" + std::to_string(count) + "|" + kWaypointsHeader)};
     }
     static Script waypoint(int number, const std::string& ident) {
-        return record(35, d100(ident),
-                      "WayptData|" + std::to_string(number) + "|" + d100Line(ident));
+        return taken(number, ident) + Script{acks(35)};
     }
     static Script complete() { return {answers(12, {7, 0}), acks(12), event("EndDownload|W")}; }
 };
@@ -53,7 +58,6 @@ INSTANTIATE_TEST_SUITE_P(, EveryLineDownloadTest, kEveryLine, lineName);
 const Step kWaypointsInterrupted = box(BoxIcon::information, "Transfert Interrompu");
 
 TEST_P(EveryLineDownloadTest, HandsOverWaypointsOneByOne) {
-    connectGarmin(kTags);
     getWaypts(opening(2) + waypoint(1, "PT1") + waypoint(2, "PT2") + complete());
     // And once more: the line is emptied first, so what was left over does no harm.
     leaveOver(12);
@@ -61,7 +65,6 @@ TEST_P(EveryLineDownloadTest, HandsOverWaypointsOneByOne) {
 }
 
 TEST_P(EveryLineDownloadTest, SkipsAtMostFivePacketsInFrontOfTheCount) {
-    connectGarmin(kTags);
     Script script = {sends(10, {7, 0})};
     script.insert(script.end(), 5, answers(255));
     getWaypts(
@@ -73,7 +76,6 @@ TEST_P(EveryLineDownloadTest, SkipsAtMostFivePacketsInFrontOfTheCount) {
 }
 
 TEST_F(DownloadTest, IsRefusedOrNotAnswered) {
-    connectGarmin(kTags);
     getWaypts({sends(10, {7, 0}), answers(21, {10, 0}), answers(27, {1, 0}), protocolError(21)});
     const double before = host.elapsed();
     getWaypts({sends(10, {7, 0}), protocolError(0)});
@@ -81,7 +83,6 @@ TEST_F(DownloadTest, IsRefusedOrNotAnswered) {
 }
 
 TEST_P(EveryLineDownloadTest, TellsThatNothingIsThere) {
-    connectGarmin(kTags);
     const Step count = answers(27, {0, 0});
     getWaypts({sends(10, {7, 0}), count, acks(27),
                box(BoxIcon::information, "Aucun Waypoint dans ce Gps")});
@@ -92,7 +93,6 @@ TEST_P(EveryLineDownloadTest, TellsThatNothingIsThere) {
 }
 
 TEST_F(DownloadTest, UnknownPacketsUseUpPasses) {
-    connectGarmin(kTags);
     host.createTraceFolder();
     control().SetDebug("ON");
     // Three passes for two records: the unknown packet takes one, so the end is not read.
@@ -101,7 +101,6 @@ TEST_F(DownloadTest, UnknownPacketsUseUpPasses) {
 }
 
 TEST_F(DownloadTest, WaypointsGoOnListeningThroughSilence) {
-    connectGarmin(kTags);
     getWaypts(opening(2) + Script(3, kWaypointsInterrupted) + Script{event("EndDownload|W")});
     // A late record is still taken.
     events.when("StartDownload", 1, [this] { port().arrive(garminFrame(35, d100("LATE")), 9.0); });
@@ -113,7 +112,6 @@ TEST_F(DownloadTest, WaypointsGoOnListeningThroughSilence) {
 }
 
 TEST_F(DownloadTest, TracksAndRoutesEndAtTheFirstSilence) {
-    connectGarmin(kTags);
     getTracks({sends(10, {6, 0}), answers(27, {2, 0}), acks(27),
                event("StartDownload|T|2|" + kTracksHeader),
                box(BoxIcon::information, "Transfert interrompu"), event("EndDownload|T")});
@@ -133,7 +131,6 @@ TEST_P(EveryLineDownloadTest, ARecordThatCannotBeReadIsAcknowledgedWithoutAnEven
 }
 
 TEST_F(DownloadTest, AcceptsAWrongChecksumAndReadsAnOverlongRecord) {
-    connectGarmin(kTags);
     Bytes wrong = garminFrame(35, d100("PT1"));
     ++wrong[wrong.size() - 3];
     Bytes longer = d100("PT2");
@@ -146,7 +143,6 @@ TEST_F(DownloadTest, AcceptsAWrongChecksumAndReadsAnOverlongRecord) {
 }
 
 TEST_F(DownloadTest, ACountAbove32767MakesNoPass) {
-    connectGarmin(kTags);
     getWaypts({sends(10, {7, 0}), answers(27, {0xFF, 0xFF}), acks(27),
                event("StartDownload|W|-1|" + kWaypointsHeader), event("EndDownload|W")});
 }
@@ -188,7 +184,6 @@ TEST_P(EveryLineDownloadTest, RoutePointsHaveATypeOfTheirOwn) {
 }
 
 TEST_F(DownloadTest, ProximitiesHaveTheirOwnWay) {
-    connectGarmin(kTags);
     const Script start = {sends(10, {3, 0}), answers(6, {10, 0}), answers(27, {2, 0}), acks(27),
                           event("StartDownload|P|2|--- Proximites ------")};
     const Script first = {answers(19, d100("PX1")), event("ProxData|1|" + d100Line("PX1") + "|D"),
@@ -213,7 +208,6 @@ TEST_F(DownloadTest, ProximitiesHaveTheirOwnWay) {
 }
 
 TEST_F(DownloadTest, ProximitiesDoNotEmptyTheLineFirst) {
-    connectGarmin(kTags);
     const int purges = port().purges;
     getProximites({sends(10, {3, 0}), answers(21), protocolError(21)});
     EXPECT_EQ(port().purges, purges);
@@ -233,20 +227,15 @@ TEST_P(EveryLineDownloadTest, GatesWhatTheUnitDoesNotOffer) {
 }
 
 TEST_F(DownloadTest, StopsAfterTheRecordInHand) {
-    connectGarmin(kTags);
     events.when("WayptData", 1, [this] { control().StopTransfert(); });
-    getWaypts(opening(3) + Script{answers(35, d100("PT1")),
-                                  event("WayptData|1|" + d100Line("PT1") + "|D"), sends(10, {0, 0}),
-                                  acks(35), event("EndDownload|W")});
+    getWaypts(opening(3) + taken(1, "PT1") +
+              Script{sends(10, {0, 0}), acks(35), event("EndDownload|W")});
     getWaypts(opening(1) + waypoint(1, "PT2") + complete());
 }
 
 TEST_F(DownloadTest, EndsWithoutAWordWhenTheHostRequestsAStop) {
-    connectGarmin(kTags);
     events.when("WayptData", 1, [this] { host.stop = true; });
-    getWaypts(opening(3) + Script{answers(35, d100("PT1")),
-                                  event("WayptData|1|" + d100Line("PT1") + "|D"), acks(35),
-                                  event("EndDownload|W")});
+    getWaypts(opening(3) + waypoint(1, "PT1") + Script{event("EndDownload|W")});
     getWaypts({sends(10, {7, 0})});
     host.stop = false;
     // The unit still believes in the transfer: disconnecting aborts it.
@@ -254,9 +243,7 @@ TEST_F(DownloadTest, EndsWithoutAWordWhenTheHostRequestsAStop) {
 }
 
 TEST_F(DownloadTest, AHandlerMayDisconnectOrReconnectOrDestroy) {
-    connectGarmin(kTags);
-    const Script untilFirst = opening(3) + Script{answers(35, d100("PT1")),
-                                                  event("WayptData|1|" + d100Line("PT1") + "|D")};
+    const Script untilFirst = opening(3) + taken(1, "PT1");
     // Nothing is written on a connection that was closed, and not on the next one either.
     events.when("WayptData", 1, [this] { control().gpsDisconnect(); });
     getWaypts(untilFirst + Script{sends(10, {0, 0}), event("EndDownload|W")});
@@ -275,24 +262,19 @@ TEST_F(DownloadTest, AHandlerMayDisconnectOrReconnectOrDestroy) {
 }
 
 TEST_F(DownloadTest, AHandlerMayStartAnotherTransfer) {
-    connectGarmin(kTags);
     events.when("WayptData", 1, [this] { control().getWaypts(); });
-    getWaypts(opening(2) +
-              Script{answers(35, d100("PT1")), event("WayptData|1|" + d100Line("PT1") + "|D")} +
-              opening(1) + waypoint(1, "IN") + complete() + Script{acks(35)} + waypoint(2, "PT2") +
-              complete());
+    getWaypts(opening(2) + taken(1, "PT1") + opening(1) + waypoint(1, "IN") + complete() +
+              Script{acks(35)} + waypoint(2, "PT2") + complete());
 }
 
 TEST_F(DownloadTest, AnUnpluggedLineEndsTheDownloadAtOnce) {
-    connectGarmin(kTags);
     const double before = host.elapsed();
     events.when("WayptData", 1, [this] { port().unplug(); });
     getTracks({sends(10, {6, 0}), answers(27, {2, 0}), acks(27),
                event("StartDownload|T|2|" + kTracksHeader),
                box(BoxIcon::information, "Transfert interrompu"), event("EndDownload|T")});
-    getWaypts(opening(2) +
-              Script{answers(35, d100("PT1")), event("WayptData|1|" + d100Line("PT1") + "|D"),
-                     kWaypointsInterrupted, kWaypointsInterrupted, event("EndDownload|W")});
+    getWaypts(opening(2) + taken(1, "PT1") + Script(2, kWaypointsInterrupted) +
+              Script{event("EndDownload|W")});
     EXPECT_LT(host.elapsed() - before, 1.5);
 }
 

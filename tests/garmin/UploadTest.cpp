@@ -25,6 +25,7 @@ Bytes d300Sent(bool newSegment) {
 class UploadTest : public testing::Test, protected Stage {
 protected:
     explicit UploadTest(Line line = Line::serial) : Stage(line) {}
+    void SetUp() override { connectGarmin(kTags); }
 
     std::string file(const std::string& text) { return folder_.write("upload.txt", text); }
     void send(bool (GpsControl::*member)(const std::string&), const std::string& path,
@@ -41,6 +42,10 @@ protected:
         send(&GpsControl::SendTraces, path, script);
     }
 
+    // The opening of an upload of so many records.
+    static Script opening(std::uint8_t count, const std::string& start) {
+        return {sends(27, {count, 0}), answers(6), event("StartUpload|" + start)};
+    }
     // What the host is told of a record, the record, and its acknowledgement.
     static Script record(const std::string& told, std::uint8_t pid, const Bytes& data) {
         return {event(told + "|U"), sends(pid, data), answers(6, {pid, 0})};
@@ -65,7 +70,6 @@ const Step kWaypoint1 = event("WayptData|1|W;PT1;45;45;NOTE;0;18;0|U");
 const Step kWaypoint2 = event("WayptData|2|W;PT2;45;45;;0;18;0|U");
 
 TEST_P(EveryLineUploadTest, SendsWaypoints) {
-    connectGarmin(kTags);
     SendWaypts(file(kTwoWaypoints),
                {sends(27, {2, 0}), answers(6, {27, 0}), event("StartUpload|W|2|Waypoints"),
                 kWaypoint1, sends(35, d100Sent("PT1", "NOTE")), answers(6, {35, 0}), kWaypoint2,
@@ -74,7 +78,6 @@ TEST_P(EveryLineUploadTest, SendsWaypoints) {
 }
 
 TEST_F(UploadTest, GivesASilentUnitASecondChancePerWaypoint) {
-    connectGarmin(kTags);
     // What the second receive brings is not looked at, even a refusal.
     events.when("WayptData", 2, [this] { port().arrive(garminFrame(21, {35, 0}), 1.5); });
     const double before = host.elapsed();
@@ -86,7 +89,6 @@ TEST_F(UploadTest, GivesASilentUnitASecondChancePerWaypoint) {
 }
 
 TEST_F(UploadTest, EndsAtARefusedWaypoint) {
-    connectGarmin(kTags);
     SendWaypts(file(kTwoWaypoints),
                {sends(27, {2, 0}), answers(6), event("StartUpload|W|2|Waypoints"), kWaypoint1,
                 sends(35, d100Sent("PT1", "NOTE")), answers(21, {35, 0}),
@@ -95,7 +97,6 @@ TEST_F(UploadTest, EndsAtARefusedWaypoint) {
 }
 
 TEST_F(UploadTest, ARefusedCountEndsEveryKindWithoutEvents) {
-    connectGarmin(kTags);
     SendWaypts(file(kTwoWaypoints), {sends(27, {2, 0}), answers(21, {27, 0}), protocolError(21)});
     SendRoutes(file("R;1;A\nW;PT1;45;45;;0;18;0\n"),
                {sends(27, {2, 0}), answers(21), protocolError(21)});
@@ -103,7 +104,6 @@ TEST_F(UploadTest, ARefusedCountEndsEveryKindWithoutEvents) {
 }
 
 TEST_P(EveryLineUploadTest, SendsNothingWithoutAFileOrRecords) {
-    connectGarmin(kTags);
     const Step notFound = box(BoxIcon::critical, "Fichier non trouvé");
     SendWaypts((folder_.path() / "missing.txt").string(), {notFound});
     SendRoutes(folder_.path().string(), {notFound});
@@ -137,11 +137,9 @@ const Script kRouteEnd = {sends(12, {0}), event("EndUpload|R")};
 const Bytes kHeaderAbc = join({{2, 'A', 'B', 'C', 0}, Bytes(16, ' ')});
 
 TEST_P(EveryLineUploadTest, SendsRoutesWithoutLinks) {
-    connectGarmin(kTags);
     SendRoutes(file("R;2;ABC\nW;PT1;45;45;NOTE;0;18;0\nW;PT2;45;45;;0;18;0\nR;3;\n"),
-               Script{sends(27, {4, 0}), answers(6), event("StartUpload|R|4|Upload Routes")} +
-                   record("RouteHeader|1|R;2;ABC", 29, kHeaderAbc) + routePoint(2, "PT1", "NOTE") +
-                   routePoint(3, "PT2", "") +
+               opening(4, "R|4|Upload Routes") + record("RouteHeader|1|R;2;ABC", 29, kHeaderAbc) +
+                   routePoint(2, "PT1", "NOTE") + routePoint(3, "PT2", "") +
                    record("RouteHeader|4|R;3;", 29, join({{3, 0}, Bytes(19, ' ')})) + kRouteEnd);
 }
 
@@ -149,14 +147,12 @@ TEST_P(EveryLineUploadTest, SendsALinkBetweenThePointsOfA201) {
     connectGarmin("A100 D100 A201 D201 D210");
     const Bytes link = join({{255, 0}, Bytes(6, 0), Bytes(11, 255), {0}, padded("PT1", 9), {0}});
     SendRoutes(file("R;2;ABC\nW;PT1;45;45;NOTE;0;18;0\nW;PT2;45;45;;0;18;0\n"),
-               Script{sends(27, {4, 0}), answers(6), event("StartUpload|R|4|Upload Routes")} +
-                   record("RouteHeader|1|R;2;ABC", 29, kHeaderAbc) + routePoint(2, "PT1", "NOTE") +
-                   record("RouteLink|3|L;RteLink PT1", 98, link) + routePoint(4, "PT2", "") +
-                   kRouteEnd);
+               opening(4, "R|4|Upload Routes") + record("RouteHeader|1|R;2;ABC", 29, kHeaderAbc) +
+                   routePoint(2, "PT1", "NOTE") + record("RouteLink|3|L;RteLink PT1", 98, link) +
+                   routePoint(4, "PT2", "") + kRouteEnd);
 }
 
 TEST_F(UploadTest, RoutesAndTracksEndAtAnyAnswerButAnAcknowledgement) {
-    connectGarmin(kTags);
     const std::string route = file("R;2;ABC\nW;PT1;45;45;NOTE;0;18;0\n");
     const Script start = {sends(27, {2, 0}), answers(6), event("StartUpload|R|2|Upload Routes"),
                           event("RouteHeader|1|R;2;ABC|U"), sends(29, kHeaderAbc)};
@@ -176,7 +172,7 @@ TEST_F(UploadTest, RoutesAndTracksEndAtAnyAnswerButAnAcknowledgement) {
 TEST_P(EveryLineUploadTest, SendsTracksWithHeaders) {
     connectGarmin("A301 D310 D300");
     SendTraces(file("N;TRK1\nT;45;45;32874.5;0;0\nT;45;45;32874.5;0;0\n"),
-               Script{sends(27, {3, 0}), answers(6), event("StartUpload|T|3|Upload Traces")} +
+               opening(3, "T|3|Upload Traces") +
                    record("TrackHeader|1|N;TRK1", 99, {0, 0, 'T', 'R', 'K', '1', 0, 0}) +
                    record("TrackData|2|T;45;45;32874.5;0;-1", 34, d300Sent(true)) +
                    record("TrackData|3|T;45;45;32874.5;0;0", 34, d300Sent(false)) +
@@ -185,7 +181,6 @@ TEST_P(EveryLineUploadTest, SendsTracksWithHeaders) {
 }
 
 TEST_F(UploadTest, LeavesHeadersOutOfOlderTracksAndEndsAtWhatItCannotEncode) {
-    connectGarmin(kTags);
     SendTraces(file("N;TRK1\nT;45;45;32874.5;0;0\n"),
                {sends(27, {1, 0}), answers(6), event("StartUpload|T|1|Upload Traces"),
                 event("TrackData|1|T;45;45;32874.5;0;-1|U"), sends(34, d300Sent(true)), answers(6),
@@ -206,7 +201,6 @@ TEST_F(UploadTest, ATrackNameTooLongForAFrameIsNotSent) {
 }
 
 TEST_P(EveryLineUploadTest, RefusesMoreRecordsThanACountHolds) {
-    connectGarmin(kTags);
     std::string points;
     for (int i = 0; i < 32768; ++i) {
         points += "T;45;45;32874.5;0;0\n";
@@ -225,9 +219,8 @@ TEST_P(EveryLineUploadTest, GatesWhatTheUnitDoesNotOffer) {
 }
 
 TEST_P(EveryLineUploadTest, AHandlerMayDisconnectOrReplaceTheRecords) {
-    connectGarmin(kTags);
     const std::string path = file(kTwoWaypoints);
-    const Script start = {sends(27, {2, 0}), answers(6), event("StartUpload|W|2|Waypoints")};
+    const Script start = opening(2, "W|2|Waypoints");
     // Another upload from inside: the outer one goes on with what there is then.
     events.when("WayptData", 2, [&] { control().SendWaypts(file("W;IN;45;45;;0;18;0\n")); });
     SendWaypts(
