@@ -44,41 +44,23 @@ TEST(DeviceData, TakesCommasWindows1252AndHeaders) {
 }
 
 TEST(DeviceData, NamesTheLineAndItsFault) {
-    struct Case {
-        const char* text;
-        const char* fault;
-    };
-    for (const Case& each : std::vector<Case>{
-             {"\nW;A;x;2", "line 2: \"x\" is no number"},
-             {"W;A;1", "line 1: has too few fields"},
-             {"W;A;91;2", "line 1: \"91\" is out of range"},
-             {"W;A;1;2;;nan", "line 1: \"nan\" is no number"},
-             {"W;A;1;2;;0;65536", "line 1: \"65536\" is out of range"},
-             {"R;256;X", "line 1: \"256\" is out of range"},
-             {"L;RteLink A", "line 1: stands in no route"},
-             {"P;A;1;2;;0;0;0;-1", "line 1: \"-1\" is out of range"},
-         }) {
+    for (const auto& [text, fault] : {std::pair{"\nW;A;x;2", "line 2: \"x\" is no number"},
+                                      {"W;A;1", "line 1: has too few fields"},
+                                      {"W;A;91;2", "line 1: \"91\" is out of range"},
+                                      {"W;A;1;2;;nan", "line 1: \"nan\" is no number"},
+                                      {"W;A;1;2;;0;65536", "line 1: \"65536\" is out of range"},
+                                      {"R;256;X", "line 1: \"256\" is out of range"},
+                                      {"L;RteLink A", "line 1: stands in no route"},
+                                      {"P;A;1;2;;0;0;0;-1", "line 1: \"-1\" is out of range"}}) {
         try {
-            readData(each.text);
-            ADD_FAILURE() << each.text << " was accepted";
+            readData(text);
+            ADD_FAILURE() << text << " was accepted";
         } catch (const std::invalid_argument& error) {
-            EXPECT_STREQ(error.what(), each.fault);
+            EXPECT_STREQ(error.what(), fault);
         }
     }
     EXPECT_THROW(readDataFile("/nowhere/at/all"), std::invalid_argument);
     EXPECT_THROW(readDataFile("/"), std::invalid_argument);
-}
-
-TEST(DeviceData, TheBuiltInDataHasSomethingOfEverything) {
-    const DeviceData data = builtInData();
-    EXPECT_GE(data.places.size(), 6U);
-    EXPECT_EQ(data.proximities.size(), 2U);
-    ASSERT_EQ(data.tracks.size(), 2U);
-    ASSERT_EQ(data.routes.size(), 2U);
-    for (const Track& track : data.tracks) {
-        EXPECT_TRUE(track.points.front().newSegment);
-    }
-    EXPECT_EQ(data.routes[0].links.size() + 1, data.routes[0].points.size());
 }
 
 TEST(NumberText, IsShortAndPlain) {

@@ -16,29 +16,26 @@ std::string echo(const std::vector<std::string>& faults, std::string_view heard)
 }
 
 TEST(Faults, StrikeThePacketOrByteTheyName) {
-    struct Case {
-        std::vector<std::string> faults;
-        std::string said;
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
+        {{}, "aabbccbb"},
+        {{"drop:at=3"}, "aabccbb"},
+        {{"double:at=1"}, "aaabbccbb"},
+        {{"drop:at=1,way=heard"}, "bbccbb"},
+        {{"double:at=1,way=heard", "drop:at=8"}, "aaaabbcbb"},
+        {{"silence:packet=3"}, "aabb"},
+        {{"silence:packet=2,for=2"}, "aabb"},
+        {{"silence:packet=2,of=b,for=1"}, "aabbcc"},
+        {{"refuse:packet=2"}, "aa-ccbb"},
+        {{"refuse:packet=1,of=b,for=2"}, "aa--bb"},
+        {{"unknown:packet=1,of=c"}, "aabb?ccbb"},
+        {{"short:packet=2,keep=0"}, "aaccbb"},
+        {{"short:packet=3"}, "aabbcbb"},
+        {{"short:packet=3,keep=99"}, "aabbccbb"},
+        {{"hangup:packet=4"}, "aabbcc"},
+        {{"unknown:packet=2", "short:packet=2,keep=1"}, "aa?bccbb"},
     };
-    for (const Case& each : std::vector<Case>{
-             {{}, "aabbccbb"},
-             {{"drop:at=3"}, "aabccbb"},
-             {{"double:at=1"}, "aaabbccbb"},
-             {{"drop:at=1,way=heard"}, "bbccbb"},
-             {{"double:at=1,way=heard", "drop:at=8"}, "aaaabbcbb"},
-             {{"silence:packet=3"}, "aabb"},
-             {{"silence:packet=2,for=2"}, "aabb"},
-             {{"silence:packet=2,of=b,for=1"}, "aabbcc"},
-             {{"refuse:packet=2"}, "aa-ccbb"},
-             {{"refuse:packet=1,of=b,for=2"}, "aa--bb"},
-             {{"unknown:packet=1,of=c"}, "aabb?ccbb"},
-             {{"short:packet=2,keep=0"}, "aaccbb"},
-             {{"short:packet=3"}, "aabbcbb"},
-             {{"short:packet=3,keep=99"}, "aabbccbb"},
-             {{"hangup:packet=4"}, "aabbcc"},
-             {{"unknown:packet=2", "short:packet=2,keep=1"}, "aa?bccbb"},
-         }) {
-        EXPECT_EQ(echo(each.faults, "abcb"), each.said) << testing::PrintToString(each.faults);
+    for (const auto& [faults, said] : cases) {
+        EXPECT_EQ(echo(faults, "abcb"), said) << testing::PrintToString(faults);
     }
 }
 

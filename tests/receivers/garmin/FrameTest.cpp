@@ -9,11 +9,7 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 TEST(Frame, IsStuffedAndSummed) {
-    const struct {
-        std::uint8_t id;
-        const char* data;
-        const char* frame;
-    } cases[] = {
+    const std::vector<std::tuple<std::uint8_t, const char*, const char*>> cases = {
         {10, "00 00", "10 0A 02 00 00 F4 10 03"},
         {10, "", "10 0A 00 F6 10 03"},
         {10, "10 03", "10 0A 02 10 10 03 E1 10 03"},
@@ -22,8 +18,8 @@ TEST(Frame, IsStuffedAndSummed) {
         {255, "01", "10 FF 01 01 FF 10 03"},
         {1, "16x00", "10 01 10 10 16x00 EF 10 03"},  // a size of 16
     };
-    for (const auto& each : cases) {
-        EXPECT_EQ(frameOf(each.id, image(each.data)), image(each.frame)) << each.frame;
+    for (const auto& [id, data, frame] : cases) {
+        EXPECT_EQ(frameOf(id, image(data)), image(frame)) << frame;
     }
     EXPECT_EQ(frameOf(1, Bytes(300)).size(), 255U + 6U) << "255 data bytes at most";
 }
@@ -45,10 +41,7 @@ std::string readAll(const char* stream) {
 }
 
 TEST(FrameReader, FindsGoodFramesAndNamesBadOnes) {
-    const struct {
-        const char* stream;
-        const char* found;
-    } cases[] = {
+    const std::vector<std::pair<const char*, const char*>> cases = {
         {"10 0A 02 00 00 F4 10 03 10 0A 00 F6 10 03", "10:2 10:0 "},
         {"10 0A 02 10 10 03 E1 10 03", "10:2 "},
         {"10 01 10 10 16x00 EF 10 03", "1:16 "},
@@ -62,8 +55,8 @@ TEST(FrameReader, FindsGoodFramesAndNamesBadOnes) {
         {"0A 02 00 00 F4 10 03 10 0A 00 F6 10 03", "10:0 "},    // its start is lost
         {"10 0A FF 300x00 10 03 10 0A 00 F6 10 03", "10:0 "},   // longer than any
     };
-    for (const auto& each : cases) {
-        EXPECT_EQ(readAll(each.stream), each.found) << each.stream;
+    for (const auto& [stream, found] : cases) {
+        EXPECT_EQ(readAll(stream), found) << stream;
     }
 }
 

@@ -102,11 +102,10 @@ TEST(PlaceRecords, KeepTheirOddities) {
     EXPECT_EQ(placeOf("D109", image(placeCases()[10].image)), kCamp);
     EXPECT_EQ(placeOf("D110", image(placeCases()[9].image)), kCamp);
     // A shorter D150, with the comment right behind the name.
-    EXPECT_EQ(placeOf("D150", image(kIdent + "2x20 04" + kHere + "F4 FF 56x20" + kComment)).comment,
-              kCamp.comment);
-    EXPECT_EQ(
-        placeOf("D150", image(kIdent + "2x20 04" + kHere + "F4 FF 56x20" + kComment)).altitude,
-        -12);
+    const Place shorter =
+        placeOf("D150", image(kIdent + "2x20 04" + kHere + "F4 FF 56x20" + kComment));
+    EXPECT_EQ(shorter.comment, kCamp.comment);
+    EXPECT_EQ(shorter.altitude, -12);
     // Unknown altitudes.
     place.altitude.reset();
     EXPECT_EQ(placeRecord("D152", place)[118], 0xFF);
@@ -128,10 +127,7 @@ TEST(ProximityRecords, CarryTheirDistance) {
     const Proximity zone = {kCamp, 150};
     const std::string far = " 00 00 16 43";
     const std::string panel = kIdent + "2x20 04" + kHere + "12 04 56x20 10x20" + kComment;
-    const struct {
-        const char* type;
-        std::string image;
-    } cases[] = {
+    const std::vector<std::pair<std::string, std::string>> cases = {
         {"D400", kCore + far},
         {"D403", kCore + "0B 02" + far},
         {"D450", "07 00 " + panel + far},
@@ -139,11 +135,11 @@ TEST(ProximityRecords, CarryTheirDistance) {
         {"D108", "00 FF 02 60" + kModern + far + " 4x20" + kTexts},
         {"D152", kCore + far + " 30x20 24x20 2x20 12 04 2x20 00 04"},
     };
-    for (const auto& each : cases) {
-        EXPECT_EQ(proximityRecord(each.type, zone, 7), image(each.image)) << each.type;
-        const Proximity read = proximityOf(each.type, image(each.image));
-        EXPECT_EQ(read.distance, 150) << each.type;
-        EXPECT_EQ(read.place.ident, kCamp.ident) << each.type;
+    for (const auto& [type, record] : cases) {
+        EXPECT_EQ(proximityRecord(type, zone, 7), image(record)) << type;
+        const Proximity read = proximityOf(type, image(record));
+        EXPECT_EQ(read.distance, 150) << type;
+        EXPECT_EQ(read.place.ident, kCamp.ident) << type;
     }
     EXPECT_EQ(proximityOf("D108", placeRecord("D108", kCamp)).distance, 0) << "unknown is none";
     EXPECT_EQ(proximityRecord("D103", zone, 0), image(kCore + "0B 02")) << "no room for it";
@@ -170,25 +166,22 @@ const TrackPoint kPoint = {45, -90, 32874.5, 1042, true};
 
 TEST(TrackRecords, HaveTheirImages) {
     const std::string here = kHere + "40 FA 01 00 ";
-    const struct {
-        const char* type;
-        std::string image;
-        bool altitude;
-        bool segment;
-    } cases[] = {
+    // With what is left of the point: its altitude, and that a segment begins.
+    const std::vector<std::tuple<std::string, std::string, bool, bool>> cases = {
         {"D300", here + "01", false, true},
         {"D301", here + "00 40 82 44" + kUnknown + "01", true, true},
         {"D302", here + "00 40 82 44" + kUnknown + kUnknown + "01", true, true},
         {"D303", here + "00 40 82 44 00", true, false},
         {"D304", here + "00 40 82 44" + kUnknown + "00 FF 00", true, false},
     };
-    for (const auto& each : cases) {
-        EXPECT_EQ(trackPointRecord(each.type, kPoint), image(each.image)) << each.type;
+    for (const auto& [type, text, altitude, segment] : cases) {
+        const Bytes record = image(text);
+        EXPECT_EQ(trackPointRecord(type, kPoint), record) << type;
         TrackPoint left = kPoint;
-        left.altitude = each.altitude ? kPoint.altitude : std::nullopt;
-        left.newSegment = each.segment;
-        EXPECT_EQ(trackPointOf(each.type, image(each.image)), left) << each.type;
-        EXPECT_THROW(trackPointOf(each.type, Bytes(image(each.image).size() - 1)),
+        left.altitude = altitude ? kPoint.altitude : std::nullopt;
+        left.newSegment = segment;
+        EXPECT_EQ(trackPointOf(type, record), left) << type;
+        EXPECT_THROW(trackPointOf(type, std::span(record).first(record.size() - 1)),
                      std::out_of_range);
     }
     const Track track = {"Lac", {}};
