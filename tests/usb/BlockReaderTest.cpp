@@ -77,48 +77,57 @@ protected:
     UsbPort port_{std::unique_ptr<UsbDevice>(owned_)};
 };
 
-TEST_F(BlockReaderTest, InterruptModeEndsWithSilence) {
-    EXPECT_EQ(gather({app(27, 2), app(35), app(12, 2)}), (std::vector<int>{27, 35, 12}));
-    EXPECT_DOUBLE_EQ(host_.elapsed(), 0.5);
-    EXPECT_EQ(traced("GetBlocks: 14 - 20 0 0 0 27"), 1) << "the first block only";
+TEST_F(BlockReaderTest, GathersFromEitherPipe) {
+    Bytes padded = app(35, 10);
+    padded.resize(64);
+    const struct {
+        const char* what;
+        Blocks interrupt;
+        Blocks bulk;
+        std::vector<int> ids;
+        double seconds;  // what the silence at the end takes, and nothing else
+    } cases[] = {
+        {"one pipe", {app(27, 2), app(35), app(12, 2)}, {}, {27, 35, 12}, 0.5},
+        {"nothing", {}, {}, {}, 0.5},
+        {"137 bytes in 64, 64 and 9; 128 in two",
+         pieces(app(35, 125)) + pieces(app(36, 116)) + pieces(app(37, 0)),
+         {},
+         {35, 36, 37},
+         0.5},
+        {"a header in pieces", {kDataAvailable}, pieces(app(35, 30), 5), {35}, 1.0},
+        {"large blocks", {kDataAvailable}, pieces(app(35, 9000), 4096), {35}, 1.0},
+        {"a bulk run goes back to the interrupt pipe",
+         {kDataAvailable, kDataAvailable},
+         {app(27, 2), app(35), kEmpty, app(35), app(12, 2), kEmpty},
+         {27, 35, 35, 12},
+         0.5},
+        {"data in the middle of an interrupt run",
+         {app(255), kDataAvailable},
+         {app(248, 70), app(253, 60), kEmpty},
+         {255, 248, 253},
+         0.5},
+        {"padding is dropped", {padded, app(36)}, {}, {35, 36}, 0.5},
+        {"an empty block ends an interrupt run, whatever follows",
+         {app(35), kEmpty, app(36)},
+         {},
+         {35},
+         0},
+    };
+    for (const auto& c : cases) {
+        const double before = host_.elapsed();
+        EXPECT_EQ(gather(c.interrupt, c.bulk), c.ids) << c.what;
+        EXPECT_NEAR(host_.elapsed() - before, c.seconds, 1e-9) << c.what;
+    }
+}
+
+TEST_F(BlockReaderTest, TracesTheModeAndTheFirstBlock) {
+    gather({app(27, 2), app(35), app(12, 2)});
+    EXPECT_EQ(traced("GetBlocks: 14 - 20 0 0 0 27"), 1);
     EXPECT_EQ(traced("GetBlocks: "), 1);
     EXPECT_EQ(traced("Mode Interrupt"), 1);
     EXPECT_EQ(traced("Mode BULK"), 0);
-}
-
-TEST_F(BlockReaderTest, NothingAtAllIsOneTimeOut) {
-    EXPECT_EQ(gather({}), std::vector<int>{});
-    EXPECT_DOUBLE_EQ(host_.elapsed(), 0.5);
-    EXPECT_EQ(traced("GetBlocks: "), 0);
-}
-
-TEST_F(BlockReaderTest, PacketsLargerThanABlockArePutTogether) {
-    // 137 bytes in pieces of 64, 64 and 9; 128 bytes in exactly two.
-    EXPECT_EQ(gather(pieces(app(35, 125)) + pieces(app(36, 116)) + pieces(app(37, 0))),
-              (std::vector<int>{35, 36, 37}));
-    EXPECT_EQ(gather({kDataAvailable}, pieces(app(35, 9000), 4096) + pieces(app(36, 125))),
-              (std::vector<int>{35, 36}));
-}
-
-TEST_F(BlockReaderTest, BulkRunGoesBackToTheInterruptPipe) {
-    usb_.play({{.write = kRequest,
-                .interrupt = {kDataAvailable, kDataAvailable},
-                .bulk = {app(27, 2), app(35), kEmpty, app(35), app(12, 2), kEmpty}}});
-    UsbLease lease(port_);
-    BlockReader reader(lease, services_);
-    EXPECT_EQ(reader.getBlocks(kRequest).size(), 4U);
+    gather({kDataAvailable, kDataAvailable}, {app(35), kEmpty, app(12, 2), kEmpty});
     EXPECT_EQ(traced("Mode BULK"), 2);
-    EXPECT_DOUBLE_EQ(host_.elapsed(), 0.5) << "empty blocks end a run without waiting";
-}
-
-TEST_F(BlockReaderTest, BulkRunWithoutItsEmptyBlockEndsWithItsTimeOut) {
-    EXPECT_EQ(gather({kDataAvailable}, {app(27, 2)}), std::vector<int>{27});
-    EXPECT_DOUBLE_EQ(host_.elapsed(), 1.0);
-}
-
-TEST_F(BlockReaderTest, DataAvailableInTheMiddleOfAnInterruptRunIsFollowed) {
-    EXPECT_EQ(gather({app(255), kDataAvailable}, {app(248, 70), app(253, 60), kEmpty}),
-              (std::vector<int>{255, 248, 253}));
 }
 
 TEST_F(BlockReaderTest, BlocksOfNoModeAreTracedAndSkipped) {
@@ -127,16 +136,6 @@ TEST_F(BlockReaderTest, BlocksOfNoModeAreTracedAndSkipped) {
         std::vector<int>{35});
     EXPECT_EQ(traced("Mode Ind\xE9termin\xE9 pid: 6\r"), 1);
     EXPECT_EQ(traced("Mode Ind\xE9termin\xE9 pid: 300\r"), 1);
-}
-
-TEST_F(BlockReaderTest, AnEmptyBlockEndsAnInterruptRun) {
-    EXPECT_EQ(gather({app(35), kEmpty, app(36)}), std::vector<int>{35});
-}
-
-TEST_F(BlockReaderTest, PaddingIsDropped) {
-    Bytes padded = app(35, 10);
-    padded.resize(64);
-    EXPECT_EQ(gather({padded, app(36)}), (std::vector<int>{35, 36}));
 }
 
 TEST_F(BlockReaderTest, LyingSizesNeitherLoopNorFillTheMemory) {

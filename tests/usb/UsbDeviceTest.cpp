@@ -48,6 +48,8 @@ public:
 class UsbDeviceTest : public testing::Test {
 protected:
     void plugIn(EmulatedUsbBus::Settings settings = {}) {
+        device_.reset();
+        bus_.reset();
         bus_.emplace(answers_, settings);
         device_ = makeSystemUsbDevice(traced_.trace);
     }
@@ -72,6 +74,11 @@ protected:
         Bytes block(4096);
         block.resize(static_cast<std::size_t>(device_->readBulkBlock(block, timeout)));
         return block;
+    }
+    void expectNothingToRead() {
+        Bytes block(64);
+        EXPECT_EQ(device_->readInterruptBlock(block, 1), -1);
+        EXPECT_EQ(device_->readBulkBlock(block, 1), 0);
     }
 
     GpsControlEvents events_;
@@ -100,9 +107,7 @@ TEST_F(UsbDeviceTest, NoReceiverIsNoPath) {
     EXPECT_EQ(device_->findDevicePath(), "");
     EXPECT_FALSE(device_->open());
     EXPECT_EQ(device_->writeBlock(Bytes{1}), 0);
-    Bytes block(64);
-    EXPECT_EQ(device_->readInterruptBlock(block, 1000), -1);
-    EXPECT_EQ(device_->readBulkBlock(block, 1000), 0);
+    expectNothingToRead();
 }
 
 TEST_F(UsbDeviceTest, ReadsBlocksAndTracesThem) {
@@ -125,8 +130,7 @@ TEST_F(UsbDeviceTest, InterruptBlocksAreTheSixtyFourBytesAskedFor) {
     EXPECT_EQ(readInterrupt().size(), 64U);
     EXPECT_EQ(readInterrupt().size(), 64U);
     EXPECT_EQ(readInterrupt().size(), 9U);
-    Bytes block(64);
-    EXPECT_EQ(device_->readInterruptBlock(block, 1), -1) << "silence";
+    expectNothingToRead();
 }
 
 TEST_F(UsbDeviceTest, CopesWithOtherPacketSizes) {
@@ -140,8 +144,6 @@ TEST_F(UsbDeviceTest, CopesWithOtherPacketSizes) {
     EXPECT_EQ(device_->queryPacketSize(), 512U);
 
     // A pipe of larger packets than a block: nothing is overrun, the rest comes with the next read.
-    device_.reset();
-    bus_.reset();
     plugInAndOpen({.packetSizes = {.bulk = 512, .interrupt = 128}});
     ask({{UsbPipe::interruptIn, bytes(100)}});
     EXPECT_EQ(readInterrupt(), bytes(64));
@@ -174,10 +176,11 @@ TEST_F(UsbDeviceTest, AStalledOrOverrunPipeGoesOnAfterItsFault) {
                 (stall ? faults.stall : faults.babble) = endpoint;
             });
             Bytes block(64);
-            const bool interrupt = endpoint == UsbPipes::kInterruptIn;
-            EXPECT_EQ(interrupt ? device_->readInterruptBlock(block, 1000)
-                                : device_->readBulkBlock(block, 1000),
-                      interrupt ? -1 : 0);
+            if (endpoint == UsbPipes::kInterruptIn) {
+                EXPECT_EQ(device_->readInterruptBlock(block, 1000), -1);
+            } else {
+                EXPECT_EQ(device_->readBulkBlock(block, 1000), 0);
+            }
             EXPECT_EQ(readInterrupt(), bytes(5));
             EXPECT_EQ(readBulk(), bytes(6));
         }
@@ -194,9 +197,7 @@ TEST_F(UsbDeviceTest, DiscardsWhatIsStale) {
          {UsbPipe::bulkIn, {}}});
     EXPECT_EQ(readInterrupt().size(), 64U);
     device_->discard();
-    Bytes block(4096);
-    EXPECT_EQ(device_->readInterruptBlock(std::span(block).first(64), 1), -1);
-    EXPECT_EQ(device_->readBulkBlock(block, 1), 0);
+    expectNothingToRead();
 }
 
 // Pulls the device out at its first request, its second, and so on, until everything went well.
@@ -212,15 +213,11 @@ TEST_F(UsbDeviceTest, CanBeUnpluggedAtAnyTime) {
     };
     bool whole = false;
     for (int request = 1; !whole; ++request) {
-        device_.reset();
-        bus_.reset();
         plugInAndOpen({.unplugAtRequest = request});
         whole = transfer();
         if (!whole) {
-            Bytes block(64);
             EXPECT_LE(device_->writeBlock(bytes(5)), 0);
-            EXPECT_EQ(device_->readInterruptBlock(block, 1000), -1);
-            EXPECT_EQ(device_->readBulkBlock(block, 1000), 0);
+            expectNothingToRead();
             EXPECT_EQ(device_->findDevicePath(), "");
         }
         device_->close();

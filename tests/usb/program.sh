@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # marlune itself, unmodified, over an emulated USB bus: what it tells is what it tells over a serial
 # line to the same unit, and what it uploads is what the unit then holds.
-#   program.sh MARLUNE MARLUNE-RECEIVER
+#   program.sh MARLUNE MARLUNE-RECEIVER UNIT PIPES
 set -euo pipefail
 marlune=$1
 receiver=$2
@@ -52,7 +52,7 @@ same() {
         -e 's/(-?[0-9]+\.[0-9]{3})[0-9]*/\1/g' "$1"
 }
 
-unit=(--unit "${UNIT:-map60}" --now "01/06/2007 12:00:00" --rate 50)
+unit=(--unit "$3" --now "01/06/2007 12:00:00" --rate 50)
 "$receiver" "${unit[@]}" --link "$folder/gps" --print >"$folder/serial.kept" 2>"$folder/errors" &
 serial=$!
 for _ in $(seq 500); do [ -e "$folder/gps" ] && break; sleep 0.01; done
@@ -60,7 +60,7 @@ for _ in $(seq 500); do [ -e "$folder/gps" ] && break; sleep 0.01; done
 kill "$serial"
 wait "$serial" || fail "the serial receiver failed"
 serial=
-"$receiver" --family usb "${unit[@]}" --print -- bash -c '"$0" host --mark GRM_USB <"$1" >"$2"' \
+"$receiver" --family usb --pipes "$4" "${unit[@]}" --print -- bash -c '"$0" host --mark GRM_USB <"$1" >"$2"' \
     "$marlune" "$folder/calls" "$folder/usb.told" >"$folder/usb.kept" 2>>"$folder/errors" ||
     fail "marlune on USB failed: $(cat "$folder/errors")"
 
