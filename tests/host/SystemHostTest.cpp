@@ -31,20 +31,6 @@ TEST(SystemHost, FoldersStandInForTheSystemsDrives) {
     EXPECT_TRUE(host.drives()[1].isReady) << "plugged in later";
 }
 
-TEST(SystemHost, KeepsWhatTheProgramSets) {
-    SystemHost host;
-    const std::string builtIn = host.portDevice(3);
-    host.bindPort(3, "/dev/pts/7");
-    host.bindPort(77, "/dev/pts/8");
-    EXPECT_EQ(host.portDevice(3), "/dev/pts/7");
-    EXPECT_EQ(host.portDevice(77), "/dev/pts/8");
-    EXPECT_NE(host.portDevice(4), builtIn);
-    host.setDocumentsFolder("/somewhere");
-    EXPECT_EQ(host.documentsFolder(), "/somewhere");
-    host.setDecimalSeparator(',');
-    EXPECT_EQ(host.decimalSeparator(), ',');
-}
-
 class StoppedHost : public SystemHost {
 public:
     bool stopRequested() override { return true; }
@@ -53,15 +39,6 @@ public:
 TEST(SystemHost, APauseEndsWhenAStopIsRequested) {
     StoppedHost host;
     host.pause(1e6);  // the test's own time limit would tell
-}
-
-TEST(SystemHost, ItsClockStartsAtTheLocalTimeOfDay) {
-    SystemHost host;
-    const double first = host.secondsClock();
-    const double second = host.secondsClock();
-    EXPECT_GE(first, 0);
-    EXPECT_LT(first, 2 * 86400.0);
-    EXPECT_GE(second, first);
 }
 
 TEST(SystemErrorText, IsShortAndTrimmed) {

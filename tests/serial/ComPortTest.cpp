@@ -14,16 +14,14 @@ using Bytes = ScriptedPort::Bytes;
 class ComPortTest : public testing::Test {
 protected:
     ComPortTest() {
-        auto line = std::make_unique<ScriptedPort>(host_);
-        line_ = line.get();
-        port_ = std::make_unique<ComPort>(host_, std::move(line));
         port_->setNumber(7);
         port_->setLine("baud=4800 parity=n data=8 stop=2", {2048, 512});
     }
 
     FakeHost host_;
-    ScriptedPort* line_ = nullptr;
-    std::unique_ptr<ComPort> port_;
+    ScriptedPort* line_ = new ScriptedPort(host_);
+    std::unique_ptr<ComPort> port_ =
+        std::make_unique<ComPort>(host_, std::unique_ptr<SerialPort>(line_));
 };
 
 TEST_F(ComPortTest, OpensTheDeviceOfItsNumberWithTheLastSettings) {
