@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 
 #include "support/Dialogue.h"
@@ -54,15 +55,9 @@ inline Bytes text0(const std::string& text) {
 // The lines that a dialogue is played over, for parameterised suites.
 inline const auto kEveryLine = testing::Values(Line::serial, Line::usbInterrupt, Line::usbBulk);
 inline std::string lineName(const testing::TestParamInfo<Line>& line) {
-    switch (line.param) {
-        case Line::serial:
-            return "Serial";
-        case Line::usbInterrupt:
-            return "UsbInterrupt";
-        case Line::usbBulk:
-            return "UsbBulk";
-    }
-    return "?";
+    static const std::map<Line, std::string> kNames = {
+        {Line::serial, "Serial"}, {Line::usbInterrupt, "UsbInterrupt"}, {Line::usbBulk, "UsbBulk"}};
+    return kNames.at(line.param);
 }
 
 inline Step acks(std::uint8_t pid) {

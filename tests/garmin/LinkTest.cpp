@@ -71,24 +71,17 @@ protected:
         return link_.grmReadPacket(1.0);
     }
 
-private:
-    std::unique_ptr<SerialPort> makeLine() {
-        auto line = std::make_unique<ScriptedPort>(host_);
-        line_ = line.get();
-        return line;
-    }
     // A lease holds for the opening that it was taken in.
     ComPort& opened() {
         port_.open();
         return port_;
     }
 
-protected:
     GpsControlEvents events_;
     TracedServices services_{events_};
     FakeHost& host_ = services_.host;
-    ScriptedPort* line_ = nullptr;
-    ComPort port_{host_, makeLine()};
+    ScriptedPort* line_ = new ScriptedPort(host_);
+    ComPort port_{host_, std::unique_ptr<SerialPort>(line_)};
     PortLease lease_{opened()};
     SerialGarminLink link_{services_.services, lease_};
 };

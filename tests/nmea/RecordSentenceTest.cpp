@@ -231,15 +231,14 @@ TEST(RouteSentences, CarryTwoOrFourPoints) {
 TEST(RouteSentences, AreRead) {
     const RoutePhrase magellan =
         RouteMGN("$PMGNRTE,2,1,c,3, Tour d'\xE9t\xE9,HOME,a, B ,x,,a,C*00");
-    EXPECT_EQ(magellan.total, 2);
-    EXPECT_EQ(magellan.index, 1);
-    EXPECT_EQ(magellan.number, 3);
+    EXPECT_THAT((std::vector<int>{magellan.total, magellan.index, magellan.number}),
+                ElementsAre(2, 1, 3));
     EXPECT_EQ(magellan.name, "Tour d'été");
-    EXPECT_EQ(magellan.points, (std::vector<std::string>{"HOME", "B", "C"}));
+    EXPECT_THAT(magellan.points, ElementsAre("HOME", "B", "C"));
     const RoutePhrase mlr = RouteMLR("$GPRTE,2,2,c,255,HOME,,B*00");
     EXPECT_EQ(mlr.number, 255);
     EXPECT_EQ(mlr.name, "");
-    EXPECT_EQ(mlr.points, (std::vector<std::string>{"HOME", "B"}));
+    EXPECT_THAT(mlr.points, ElementsAre("HOME", "B"));
     for (const char* bad :
          {"$GPRTE,2,1,c,256,A*00", "$GPRTE,99999,1,c,1,A*00", "$GPRTE,1,1,c,-1,A*00"}) {
         EXPECT_THROW((void)RouteMLR(bad), RunTimeError) << bad;

@@ -13,8 +13,6 @@ ScriptedPort::Bytes bytesOf(std::string_view text) {
 
 SentenceStage::SentenceStage()
     : events([this](const std::string& text) { log_.push_back(text); }), traced_(events) {
-    auto scripted = std::make_unique<ScriptedPort>(host);
-    line = scripted.get();
     line->observer.open = [this](const auto& opening) {
         log_.push_back("open " + opening.settings);
     };
@@ -25,7 +23,6 @@ SentenceStage::SentenceStage()
     host.onMessageBox = [this](const FakeHost::Box& box) {
         log_.push_back("box " + boxText(box.icon, box.text));
     };
-    port = std::make_unique<ComPort>(host, std::move(scripted));
     port->setNumber(1);
     port->open();
     takeLog();

@@ -49,8 +49,9 @@ public:
     FakeHost& host = traced_.host;
     DebugTrace& trace = traced_.trace;
     Services& services = traced_.services;
-    std::unique_ptr<ComPort> port;
-    ScriptedPort* line = nullptr;
+    ScriptedPort* line = new ScriptedPort(host);
+    std::unique_ptr<ComPort> port =
+        std::make_unique<ComPort>(host, std::unique_ptr<SerialPort>(line));
 
     ConnectionState connection;
     NmeaState nmea;

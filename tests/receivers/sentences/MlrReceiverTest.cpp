@@ -2,6 +2,7 @@
 
 #include "receivers/mlr/MlrReceiver.h"
 #include "receivers/sentences/Talk.h"
+#include "support/Image.h"
 
 namespace marlune::receivers::mlr {
 namespace {
@@ -75,18 +76,12 @@ TEST(MlrReceiver, HearsNothingWithoutTheRightCheckField) {
 
 TEST(MlrReceiver, SendsTracksAsBlocksAtTheHigherSpeed) {
     Talk unit = talk(MlrKind::blocks);
-    const auto bytes = [](std::string_view hex) {
-        std::string text;
-        for (std::size_t at = 0; at + 1 < hex.size(); at += 3) {
-            text += static_cast<char>(std::stoi(std::string(hex.substr(at, 2)), nullptr, 16));
-        }
-        return text;
-    };
-    const std::string first = bytes("00 01 00 2C 0D 7E 00 0A 8B 38 00 98 55 00 36 87 ");
-    const std::string second = bytes("00 01 00 2C 0D 80 00 0A 8B 38 00 00 00 00 00 00 ");
-    using namespace std::string_literals;
-    EXPECT_EQ(textOf(saidAfter(unit, kTracks)), "\x8B"s + "0000\0DEBUT\r\n"s + "\x8B" + "0001\x02" +
-                                                    first + second + "\r\n\x8B" + "0000\0FIN\r\n"s);
+    const std::string text = textOf(saidAfter(unit, kTracks));
+    EXPECT_EQ(std::vector<std::uint8_t>(text.begin(), text.end()),
+              image("8B '0000' 00 'DEBUT' 0D0A 8B '0001' 02"
+                    "00 01 00 2C 0D 7E 00 0A 8B 38 00 98 55 00 36 87"
+                    "00 01 00 2C 0D 80 00 0A 8B 38 00 00 00 00 00 00"
+                    "0D0A 8B '0000' 00 'FIN' 0D0A"));
     EXPECT_EQ(unit.receiver().baud(), 4800);
     EXPECT_THAT(unit.wait(60), IsEmpty()) << "nothing behind the closing block";
 }

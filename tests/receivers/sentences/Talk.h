@@ -60,8 +60,6 @@ public:
         now_ = end;
         return linesOf(receiver_->takeOutput());
     }
-    // Lets it say the next piece of what it is saying.
-    void step() { receiver_->elapse(now_); }
     std::vector<std::string> answers() { return wait(0); }
 
 private:
