@@ -10,7 +10,15 @@ namespace {
 const std::string kTags = "A100 D100 A200 D201 A300 D300 A400 D400";
 const std::string kWaypointsHeader =
     "---- W;id;lat;lon;comment;altitude;symbole;display opt. ------";
-const std::string kTracksHeader = "--- T;lat;lon;heure;altitude;debut -----";
+
+struct Kind {
+    std::uint8_t command;
+    std::string letter;
+    std::string header;
+};
+const Kind kWaypoints = {7, "W", kWaypointsHeader};
+const Kind kTracks = {6, "T", "--- T;lat;lon;heure;altitude;debut -----"};
+const Kind kRoutes = {4, "R", "-------- Routes --------"};
 
 class DownloadTest : public testing::Test, protected Stage {
 protected:
@@ -38,15 +46,19 @@ protected:
     static Script record(std::uint8_t pid, const Bytes& data, const std::string& told) {
         return {answers(pid, data), event(told + "|D"), acks(pid)};
     }
-    // The opening of a waypoint download of so many records.
-    static Script opening(std::uint8_t count) {
-        return {sends(10, {7, 0}), answers(6, {10, 0}), answers(27, {count, 0}), acks(27),
-                event("StartDownload|W|" + std::to_string(count) + "|" + kWaypointsHeader)};
+    // The opening of a download of so many records.
+    static Script opening(std::uint8_t count, const Kind& kind = kWaypoints) {
+        return {sends(10, {kind.command, 0}), answers(6, {10, 0}), answers(27, {count, 0}),
+                acks(27),
+                event("StartDownload|" + kind.letter + "|" + std::to_string(count) + "|" +
+                      kind.header)};
     }
     static Script waypoint(int number, const std::string& ident) {
         return taken(number, ident) + Script{acks(35)};
     }
-    static Script complete() { return {answers(12, {7, 0}), acks(12), event("EndDownload|W")}; }
+    static Script complete(const Kind& kind = kWaypoints) {
+        return {answers(12, {kind.command, 0}), acks(12), event("EndDownload|" + kind.letter)};
+    }
 };
 
 class EveryLineDownloadTest : public DownloadTest, public testing::WithParamInterface<Line> {
@@ -56,6 +68,8 @@ protected:
 INSTANTIATE_TEST_SUITE_P(, EveryLineDownloadTest, kEveryLine, lineName);
 
 const Step kWaypointsInterrupted = box(BoxIcon::information, "Transfert Interrompu");
+const Script kTracksInterrupted = {box(BoxIcon::information, "Transfert interrompu"),
+                                   event("EndDownload|T")};
 
 TEST_P(EveryLineDownloadTest, HandsOverWaypointsOneByOne) {
     getWaypts(opening(2) + waypoint(1, "PT1") + waypoint(2, "PT2") + complete());
@@ -65,14 +79,12 @@ TEST_P(EveryLineDownloadTest, HandsOverWaypointsOneByOne) {
 }
 
 TEST_P(EveryLineDownloadTest, SkipsAtMostFivePacketsInFrontOfTheCount) {
-    Script script = {sends(10, {7, 0})};
-    script.insert(script.end(), 5, answers(255));
+    const Script script = Script{sends(10, {7, 0})} + Script(5, answers(255));
     getWaypts(
         script +
         Script{answers(27, {1, 0}), acks(27), event("StartDownload|W|1|" + kWaypointsHeader)} +
         waypoint(1, "PT1") + complete());
-    script.push_back(answers(255));
-    getWaypts(script + Script{answers(27, {1, 0}), protocolError(255)});
+    getWaypts(script + Script{answers(255), answers(27, {1, 0}), protocolError(255)});
 }
 
 TEST_F(DownloadTest, IsRefusedOrNotAnswered) {
@@ -105,19 +117,14 @@ TEST_F(DownloadTest, WaypointsGoOnListeningThroughSilence) {
     // A late record is still taken.
     events.when("StartDownload", 1, [this] { port().arrive(garminFrame(35, d100("LATE")), 9.0); });
     getWaypts(
-        Script{sends(10, {7, 0}), answers(27, {8, 0}), acks(27),
-               event("StartDownload|W|8|" + kWaypointsHeader)} +
-        Script(8, kWaypointsInterrupted) +
+        opening(8) + Script(8, kWaypointsInterrupted) +
         Script{event("WayptData|9|" + d100Line("LATE") + "|D"), acks(35), event("EndDownload|W")});
 }
 
 TEST_F(DownloadTest, TracksAndRoutesEndAtTheFirstSilence) {
-    getTracks({sends(10, {6, 0}), answers(27, {2, 0}), acks(27),
-               event("StartDownload|T|2|" + kTracksHeader),
-               box(BoxIcon::information, "Transfert interrompu"), event("EndDownload|T")});
-    GetRoutes({sends(10, {4, 0}), answers(27, {2, 0}), acks(27),
-               event("StartDownload|R|2|-------- Routes --------"),
-               box(BoxIcon::information, "Transfert Interrompu"), event("EndDownload|R")});
+    getTracks(opening(2, kTracks) + kTracksInterrupted);
+    GetRoutes(opening(2, kRoutes) +
+              Script{box(BoxIcon::information, "Transfert Interrompu"), event("EndDownload|R")});
 }
 
 TEST_P(EveryLineDownloadTest, ARecordThatCannotBeReadIsAcknowledgedWithoutAnEvent) {
@@ -135,11 +142,10 @@ TEST_F(DownloadTest, AcceptsAWrongChecksumAndReadsAnOverlongRecord) {
     ++wrong[wrong.size() - 3];
     Bytes longer = d100("PT2");
     longer.resize(200, 'x');
-    getWaypts(opening(2) +
-              Script{answersBytes(wrong), event("WayptData|1|" + d100Line("PT1") + "|D"), acks(35),
-                     answers(35, longer), event("WayptData|2|" + d100Line("PT2") + "|D"),
-                     acks(35)} +
-              complete());
+    getWaypts(
+        opening(2) +
+        Script{answersBytes(wrong), event("WayptData|1|" + d100Line("PT1") + "|D"), acks(35)} +
+        record(35, longer, "WayptData|2|" + d100Line("PT2")) + complete());
 }
 
 TEST_F(DownloadTest, ACountAbove32767MakesNoPass) {
@@ -149,47 +155,37 @@ TEST_F(DownloadTest, ACountAbove32767MakesNoPass) {
 
 TEST_P(EveryLineDownloadTest, TracksCarryHeadersAndSkipPointsWithoutPosition) {
     connectGarmin("A301 D310 D300");
-    getTracks({sends(10, {6, 0}), answers(27, {4, 0}), acks(27),
-               event("StartDownload|T|4|" + kTracksHeader),
-               answers(99, join({{1, 5}, text0("C\xF4te")})), event("TrackHeader|1|N;Côte|D"),
-               acks(99), answers(34, d300(true)), event("TrackData|2|" + kD300Line + "-1|D"),
-               acks(34), answers(34, d300WithoutPosition()), acks(34), answers(34, d300(false)),
-               event("TrackData|4|" + kD300Line + "0|D"), acks(34), answers(12, {6, 0}), acks(12),
-               event("EndDownload|T")});
+    getTracks(opening(4, kTracks) +
+              record(99, join({{1, 5}, text0("C\xF4te")}), "TrackHeader|1|N;Côte") +
+              record(34, d300(true), "TrackData|2|" + kD300Line + "-1") +
+              Script{answers(34, d300WithoutPosition()), acks(34)} +
+              record(34, d300(false), "TrackData|4|" + kD300Line + "0") + complete(kTracks));
 }
 
 TEST_P(EveryLineDownloadTest, RoutesNumberHeadersPointsAndLinksTogether) {
     connectGarmin("A100 D100 A201 D202 D210");
     const Bytes link = join({{255, 0}, Bytes(18, 0), text0("LNK")});
-    GetRoutes(Script{sends(10, {4, 0}), answers(27, {5, 0}), acks(27),
-                     event("StartDownload|R|5|-------- Routes --------")} +
-              record(29, text0("ALPES"), "RouteHeader|1|R;1;ALPES") +
+    GetRoutes(opening(5, kRoutes) + record(29, text0("ALPES"), "RouteHeader|1|R;1;ALPES") +
               record(30, d100("PT1"), "RouteData|2|" + d100Line("PT1")) +
               record(98, link, "RouteLink|3|L;RteLink LNK") +
               record(30, d100("PT2"), "RouteData|4|" + d100Line("PT2")) +
-              record(29, text0("JURA"), "RouteHeader|5|R;2;JURA") +
-              Script{answers(12, {4, 0}), acks(12), event("EndDownload|R")});
+              record(29, text0("JURA"), "RouteHeader|5|R;2;JURA") + complete(kRoutes));
 }
 
 TEST_P(EveryLineDownloadTest, RoutePointsHaveATypeOfTheirOwn) {
     connectGarmin("A100 D108 D106 A200 D201");
     // D106: position at 14, symbol at 22, ident at 24.
     const Bytes point = join({Bytes(14, 0), k45, k45, {10, 0}, text0("WPT"), text0("LINK")});
-    GetRoutes({sends(10, {4, 0}), answers(27, {2, 0}), acks(27),
-               event("StartDownload|R|2|-------- Routes --------"),
-               answers(29, join({{3}, padded(std::string("A") + '\0', 20)})),
-               event("RouteHeader|1|R;3;A|D"), acks(29), answers(30, point),
-               event("RouteData|2|W;WPT;45;45;;0;10;0|D"), acks(30), answers(12), acks(12),
-               event("EndDownload|R")});
+    GetRoutes(opening(2, kRoutes) +
+              record(29, join({{3}, padded(std::string("A") + '\0', 20)}), "RouteHeader|1|R;3;A") +
+              record(30, point, "RouteData|2|W;WPT;45;45;;0;10;0") + complete(kRoutes));
 }
 
 TEST_F(DownloadTest, ProximitiesHaveTheirOwnWay) {
     const Script start = {sends(10, {3, 0}), answers(6, {10, 0}), answers(27, {2, 0}), acks(27),
                           event("StartDownload|P|2|--- Proximites ------")};
-    const Script first = {answers(19, d100("PX1")), event("ProxData|1|" + d100Line("PX1") + "|D"),
-                          acks(19)};
-    const Script second = {answers(19, d100("PX2")), event("ProxData|2|" + d100Line("PX2") + "|D"),
-                           acks(19)};
+    const Script first = record(19, d100("PX1"), "ProxData|1|" + d100Line("PX1"));
+    const Script second = record(19, d100("PX2"), "ProxData|2|" + d100Line("PX2"));
     const Step end = event("EndDownload|P");
     // All came: transfer complete is left unread.
     getProximites(start + first + second + Script{answers(12, {3, 0}), end});
@@ -270,9 +266,7 @@ TEST_F(DownloadTest, AHandlerMayStartAnotherTransfer) {
 TEST_F(DownloadTest, AnUnpluggedLineEndsTheDownloadAtOnce) {
     const double before = host.elapsed();
     events.when("WayptData", 1, [this] { port().unplug(); });
-    getTracks({sends(10, {6, 0}), answers(27, {2, 0}), acks(27),
-               event("StartDownload|T|2|" + kTracksHeader),
-               box(BoxIcon::information, "Transfert interrompu"), event("EndDownload|T")});
+    getTracks(opening(2, kTracks) + kTracksInterrupted);
     getWaypts(opening(2) + taken(1, "PT1") + Script(2, kWaypointsInterrupted) +
               Script{event("EndDownload|W")});
     EXPECT_LT(host.elapsed() - before, 1.5);

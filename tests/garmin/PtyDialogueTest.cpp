@@ -86,34 +86,23 @@ Bytes awkward(const Bytes& latitude, const Bytes& longitude, const Bytes& unused
 
 Script download() {
     const std::string line = "W;PT1;22.588235;26.812349;A" + kControls + ";0;18;0";
-    return {sends(10, {7, 0}),
-            answers(6, {10, 0}),
-            answers(27, {2, 0}),
-            acks(27),
-            kStart,
-            answers(35, awkward(kManyDles, kReturns, {3, 16, 3, 0xFF})),
-            event("WayptData|1|" + line + "|D"),
-            acks(35),
-            answers(35, d100("PT2")),
-            event("WayptData|2|" + d100Line("PT2") + "|D"),
-            acks(35),
-            answers(12, {7, 0}),
-            acks(12),
-            event("EndDownload|W")};
+    const Script opening = {sends(10, {7, 0}), answers(6, {10, 0}), answers(27, {2, 0}), acks(27),
+                            kStart};
+    const Script first = {answers(35, awkward(kManyDles, kReturns, {3, 16, 3, 0xFF})),
+                          event("WayptData|1|" + line + "|D"), acks(35)};
+    const Script second = {answers(35, d100("PT2")), event("WayptData|2|" + d100Line("PT2") + "|D"),
+                           acks(35)};
+    return opening + first + second + Script{answers(12, {7, 0}), acks(12), event("EndDownload|W")};
 }
 
 Script upload() {
     const std::string line = "W;PT1;45;45;A" + kControls + ";0;18;0";
     const Bytes k45Short = {0xFF, 0xFF, 0xFF, 0x1F};
-    return {sends(27, {1, 0}),
-            answers(6, {27, 0}),
-            event("StartUpload|W|1|Waypoints"),
-            event("WayptData|1|" + line + "|U"),
-            sends(35, awkward(k45Short, k45Short, Bytes(4, 0))),
-            answers(6, {35, 0}),
-            sends(12, {0}),
-            answers(6, {12, 0}),
-            event("EndUpload|W")};
+    const Script opening = {sends(27, {1, 0}), answers(6, {27, 0}),
+                            event("StartUpload|W|1|Waypoints")};
+    const Script only = {event("WayptData|1|" + line + "|U"),
+                         sends(35, awkward(k45Short, k45Short, Bytes(4, 0))), answers(6, {35, 0})};
+    return opening + only + Script{sends(12, {0}), answers(6, {12, 0}), event("EndUpload|W")};
 }
 
 template <class AnyStage>

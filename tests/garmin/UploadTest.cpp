@@ -71,10 +71,10 @@ const Step kWaypoint2 = event("WayptData|2|W;PT2;45;45;;0;18;0|U");
 
 TEST_P(EveryLineUploadTest, SendsWaypoints) {
     SendWaypts(file(kTwoWaypoints),
-               {sends(27, {2, 0}), answers(6, {27, 0}), event("StartUpload|W|2|Waypoints"),
-                kWaypoint1, sends(35, d100Sent("PT1", "NOTE")), answers(6, {35, 0}), kWaypoint2,
-                sends(35, d100Sent("PT2", "")), answers(6, {35, 0}), sends(12, {0}),
-                answers(6, {12, 0}), event("EndUpload|W")});
+               opening(2, "W|2|Waypoints") +
+                   record("WayptData|1|W;PT1;45;45;NOTE;0;18;0", 35, d100Sent("PT1", "NOTE")) +
+                   record("WayptData|2|W;PT2;45;45;;0;18;0", 35, d100Sent("PT2", "")) +
+                   Script{sends(12, {0}), answers(6, {12, 0}), event("EndUpload|W")});
 }
 
 TEST_F(UploadTest, GivesASilentUnitASecondChancePerWaypoint) {
@@ -120,9 +120,8 @@ TEST_P(EveryLineUploadTest, SendsNothingWithoutAFileOrRecords) {
 
 TEST_P(EveryLineUploadTest, ShowsRunTimeErrorsAndSendsNoEnd) {
     connectGarmin("A100 D154 A200 D201");
-    const Step wpt = event("WayptData|1|W;PT1;45;45;NOTE;0;18;0|U");
     SendWaypts(file(kTwoWaypoints),
-               {sends(27, {2, 0}), answers(6), event("StartUpload|W|2|Waypoints"), wpt,
+               {sends(27, {2, 0}), answers(6), event("StartUpload|W|2|Waypoints"), kWaypoint1,
                 box(BoxIcon::critical,
                     "Erreur Upload Waypoints 9 L'indice n'appartient pas à la sélection")});
     SendRoutes(
