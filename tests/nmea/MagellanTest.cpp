@@ -191,13 +191,13 @@ TEST_F(MagellanTest, RoutesNeedWaypoints) {
 
 TEST_F(MagellanTest, UploadsWaypoints) {
     expect(uploaded("A"), "$PMGNCSM,00*1C\r\n");
-    expect(uploaded("B"));
+    expect(uploaded("\xC9"));
     expect(kEnd);
-    device.mgnSendWaypoints({waypoint("A"), waypoint("B")});
+    device.mgnSendWaypoints({waypoint("A"), waypoint("É")});
     EXPECT_EQ(takeLog(),
               (Log{"StartUpload|W|2|Waypoints", writes(uploaded("A")),
-                   "WayptData|1|" + pointLine("A") + "|U", writes(uploaded("B")),
-                   "WayptData|2|" + pointLine("B") + "|U", writes(kEnd), "EndUpload|W"}));
+                   "WayptData|1|" + pointLine("A") + "|U", writes(uploaded("\xC9")),
+                   "WayptData|2|" + pointLine("É") + "|U", writes(kEnd), "EndUpload|W"}));
     EXPECT_EQ(host.elapsed(), 0) << "acknowledgements are not waited for";
 }
 

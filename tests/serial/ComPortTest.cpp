@@ -4,7 +4,6 @@
 
 #include "serial/ComPort.h"
 #include "support/ScriptedPort.h"
-#include "support/TracedServices.h"
 
 namespace marlune {
 namespace {
@@ -89,16 +88,6 @@ TEST_F(ComPortTest, ReopeningKeepsTheLeaseThatAskedForIt) {
     EXPECT_TRUE(lease.holds());
     EXPECT_FALSE(other.holds());
     EXPECT_EQ(line_->openings.back().settings, "baud=38400 parity=n data=8 stop=1");
-}
-
-TEST_F(ComPortTest, TextsGoOutAsSingleBytesAndAreTraced) {
-    GpsControlEvents events;
-    TracedServices traced(events);
-    port_->open();
-    PortLease lease(*port_);
-    sendText(lease, traced.trace, "É\r\n");
-    EXPECT_EQ(line_->written, (Bytes{0xC9, '\r', '\n'}));
-    EXPECT_EQ(traced.host.traced(), std::vector<std::string>{"SEND: \xC9"});
 }
 
 }  // namespace

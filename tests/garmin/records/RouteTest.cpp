@@ -60,20 +60,6 @@ TEST(Route, ReadsItsLine) {
     EXPECT_EQ(errorOf([&] { route.SetAttributes("R;1"); }), RunTimeError::index);
 }
 
-TEST(Route, KeepsItsPointsInOrder) {
-    Route route;
-    EXPECT_EQ(route.NbWayPts(), 0);
-    for (const std::string name : {"A", "B", "C"}) {
-        Waypoint point;
-        point.SetIdent(name);
-        route.AddWaypt(point);
-    }
-    EXPECT_EQ(route.NbWayPts(), 3);
-    EXPECT_THAT(route.Waypoints(), testing::ElementsAre(testing::Field(&Waypoint::ident, "A"),
-                                                        testing::Field(&Waypoint::ident, "B"),
-                                                        testing::Field(&Waypoint::ident, "C")));
-}
-
 TEST(RteLink, IsReceivedAndSent) {
     RteLink link;
     link.GetAttributes("D210", image("0300 6x01 12x02 'A-B' 00 'x'"));
