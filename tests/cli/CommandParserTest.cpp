@@ -6,7 +6,6 @@
 namespace marlune::cli {
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 // What a line asks for, as a text.
@@ -102,25 +101,6 @@ TEST(CommandParser, NamesTheFaultOfEveryOtherLine) {
         EXPECT_THAT(meaning, HasSubstr(c.fault)) << c.line.substr(0, 200);
     }
     EXPECT_THAT(std::get<Fault>(parseCommand({"", true})).text, HasSubstr("longer than"));
-}
-
-// The declarations that hosts rely on: names, order, and what each member takes.
-TEST(MemberTable, HoldsTheWholeInterface) {
-    std::vector<std::string> rows;
-    for (const Member& member : members()) {
-        std::string row(member.name);
-        for (const Parameter parameter : member.parameters) {
-            row += parameter == Parameter::text ? " text" : " integer";
-        }
-        rows.push_back(row);
-    }
-    EXPECT_THAT(
-        rows,
-        ElementsAre("GetTime", "SetDebug text", "SetGpsMark text", "StartPvtData", "gpsConnect",
-                    "gpsDisconnect", "getTracks", "getWaypts", "GetRoutes", "getIdent",
-                    "getProximites", "getPosition", "setNumPort integer", "StopPvtData",
-                    "StopTransfert", "SendWaypts text", "getProtocoles", "SendRoutes text",
-                    "SendTraces text", "StartNMEA text integer", "StopNMEA", "ResetComBuffers"));
 }
 
 }  // namespace

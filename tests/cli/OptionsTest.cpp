@@ -19,15 +19,14 @@ std::variant<Options, ExitStatus> parse(std::vector<const char*> arguments) {
 }
 
 TEST(Options, StandBeforeOrBehindTheCommand) {
-    for (const std::vector<const char*>& arguments : std::vector<std::vector<const char*>>{
-             {"--port",        "3",    "--mark",  "mgn;9600",    "--port-device", "3=/dev/x",
-              "--port-device", "4=y",  "--drive", "/tmp",        "--drive",       "/",
-              "--decimal",     ",",    "--debug", "--documents", "docs",          "tracks",
-              "--gpx",         "a.gpx"},
-             {"tracks",    "--gpx",    "a.gpx",         "--port",      "3",
-              "--mark",    "mgn;9600", "--port-device", "3=/dev/x",    "--port-device",
-              "4=y",       "--drive",  "/tmp",          "--drive",     "/",
-              "--decimal", ",",        "--debug",       "--documents", "docs"}}) {
+    const std::vector<const char*> words = {
+        "--port",        "3",   "--mark",  "mgn;9600",    "--port-device", "3=/dev/x",
+        "--port-device", "4=y", "--drive", "/tmp",        "--drive",       "/",
+        "--decimal",     ",",   "--debug", "--documents", "docs"};
+    const auto command = {"tracks", "--gpx", "a.gpx"};
+    for (const bool before : {true, false}) {
+        std::vector<const char*> arguments = words;
+        arguments.insert(before ? arguments.end() : arguments.begin(), command);
         const auto parsed = parse(arguments);
         ASSERT_TRUE(std::holds_alternative<Options>(parsed));
         const auto& options = std::get<Options>(parsed);

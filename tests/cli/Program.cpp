@@ -1,6 +1,7 @@
 #include "cli/Program.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/mman.h>
@@ -11,6 +12,8 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -164,13 +167,15 @@ int Program::wait() {
 }
 
 std::string Program::errors() const {
-    std::string text;
-    std::array<char, 4096> block{};
-    for (ssize_t count = 0; (count = pread(errors_, block.data(), block.size(),
-                                           static_cast<off_t>(text.size()))) > 0;) {
-        text.append(block.data(), static_cast<std::size_t>(count));
-    }
-    return text;
+    std::ifstream text("/proc/self/fd/" + std::to_string(errors_));
+    return {std::istreambuf_iterator<char>(text), {}};
+}
+
+std::string outputOf(std::vector<std::string> arguments) {
+    Program program(std::move(arguments));
+    std::string printed = program.rest();
+    EXPECT_EQ(program.wait(), 0) << program.errors();
+    return printed;
 }
 
 }  // namespace marlune::cli

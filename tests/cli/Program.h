@@ -53,4 +53,7 @@ private:
     std::string unread_;
 };
 
+// What marlune prints with these arguments; it must end with status 0.
+std::string outputOf(std::vector<std::string> arguments);
+
 }  // namespace marlune::cli

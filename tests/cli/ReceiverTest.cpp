@@ -23,10 +23,7 @@ protected:
     // Runs a command to its end and returns what it printed.
     static std::string run(const BuiltIn& receiver, std::vector<std::string> arguments) {
         arguments.insert(arguments.end(), {"--port", receiver.path(), "--decimal", "."});
-        Program program(std::move(arguments));
-        std::string printed = program.rest();
-        EXPECT_EQ(program.wait(), 0) << program.errors();
-        return printed;
+        return outputOf(std::move(arguments));
     }
 
     TempFolder folder;
@@ -101,12 +98,10 @@ TEST_F(ReceiverTest, MagellanRoutesComeWithoutTheWaypointsThatTheyNeed) {
 
 TEST_F(ReceiverTest, TheHostServesABuiltInReceiver) {
     Program program({"host", "--port", "virtual"});
-    program.write(R"({"call":"gpsConnect","args":[]})"
-                  "\n"
-                  R"({"when":"WayptData","nth":1,"call":"StopTransfert","args":[]})"
-                  "\n"
-                  R"({"call":"getWaypts","args":[]})"
-                  "\n");
+    program.write(R"({"call":"gpsConnect"}
+{"when":"WayptData","nth":1,"call":"StopTransfert"}
+{"call":"getWaypts"}
+)");
     EXPECT_EQ(program.line(), R"({"call":"gpsConnect","result":true})");
     EXPECT_THAT(program.line().value_or(""),
                 StartsWith(R"({"event":"StartDownload","DataType":"W","nbitem":)"));

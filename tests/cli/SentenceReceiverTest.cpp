@@ -39,10 +39,7 @@ protected:
                            std::vector<std::string> arguments) {
         arguments.insert(arguments.end(),
                          {"--mark", mark, "--port", receiver.path(), "--decimal", "."});
-        Program program(std::move(arguments));
-        std::string printed = program.rest();
-        EXPECT_EQ(program.wait(), 0) << program.errors();
-        return printed;
+        return outputOf(std::move(arguments));
     }
 
     // Makes the calls through the scriptable host and returns its answers.
@@ -152,21 +149,6 @@ TEST_F(SentenceReceiverTest, StopsABlockDownloadThatNeverEnds) {
     program.signal(SIGINT);
     EXPECT_EQ(program.wait(), 130);
     EXPECT_THAT(run("MLR", receiver, {"ident"}), HasSubstr("MLR SP24 XC"));
-}
-
-TEST_F(SentenceReceiverTest, ListensUntilALaterLineStopsIt) {
-    ReceiverOptions options;
-    options.rate = 10;
-    const BuiltIn receiver("nmea", options, false);
-    Program program({"host", "--port", receiver.path()});
-    program.write(call("StartNMEA", "\"$gpgga\",30") + "\n");
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_THAT(program.line().value_or(""), HasSubstr("PhraseNMEA\",\"Chaine\":\"$GPGGA,"));
-    }
-    program.write(call("StopNMEA") + "\n");
-    EXPECT_THAT(program.linesUpTo("\"call\":\"StartNMEA\""), HasSubstr("NMEA_END"));
-    program.closeInput();
-    EXPECT_EQ(program.wait(), 0);
 }
 
 }  // namespace
