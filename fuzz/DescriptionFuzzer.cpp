@@ -1,9 +1,9 @@
 // The description file of a unit that is a drive, and the folders that it names.
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <string_view>
 
+#include "Require.h"
 #include "host/FilePath.h"
 #include "marlune/Gpx.h"
 #include "storage/DeviceDescription.h"
@@ -20,14 +20,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             const auto inside = insideDrive(root, folder);
             const fs::path normal = inside ? inside->lexically_normal() : root;
             const fs::path way = normal.lexically_relative(root.lexically_normal());
-            if (way.empty() || *way.begin() == "..") {
-                std::abort();
-            }
+            require(!way.empty() && *way.begin() != "..");
         }
     } catch (const GpxParseError& error) {
-        if (error.place().offset > size) {
-            std::abort();
-        }
+        require(error.place().offset <= size);
     }
     return 0;
 }

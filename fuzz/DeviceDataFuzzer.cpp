@@ -2,11 +2,11 @@
 // read again and printed alike.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "Require.h"
 #include "receivers/DeviceData.h"
 
 namespace {
@@ -29,8 +29,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     } catch (const std::invalid_argument&) {
         return 0;
     }
-    if (printed(marlune::receivers::readData(first)) != first) {
-        std::abort();
-    }
+    marlune::require(printed(marlune::receivers::readData(first)) == first);
     return 0;
 }

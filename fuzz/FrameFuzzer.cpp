@@ -2,9 +2,7 @@
 // arrives on the line; its bytes are a packet's id and data as well.
 #include <algorithm>
 #include <cstdint>
-#include <memory>
 #include <span>
-#include <utility>
 #include <vector>
 
 #include "FuzzPort.h"
@@ -29,45 +27,22 @@ void parse(Data frame) {
     require(packet.GetData().size() <= 255);
 }
 
-// A line with a control's host behind it, and a link on it.
-class Reader {
-public:
-    explicit Reader(Data bytes)
-        : input_(bytes), trace_(""), port_(host_, makePort()), lease_(opened(port_)) {
-        device_->sayAll();
-    }
+// A link on a line.
+struct Reader {
+    explicit Reader(Data bytes, std::size_t tellsAhead = FuzzPort::kAll)
+        : line(bytes, tellsAhead) {}
 
-    [[nodiscard]] bool somethingWaits() const { return device_->left() > 0; }
-    void readByteByByte() { device_->tellsAhead = false; }
-    SerialGarminLink& link() { return link_; }
+    [[nodiscard]] bool somethingWaits() const { return line.device->left() > 0; }
 
-private:
-    // A lease holds for the opening that it was taken in.
-    static ComPort& opened(ComPort& port) {
-        port.open();
-        return port;
-    }
-    std::unique_ptr<SerialPort> makePort() {
-        auto port = std::make_unique<FuzzPort>(host_, input_);
-        device_ = port.get();
-        return port;
-    }
-
-    FuzzInput input_;
-    FakeHost host_;
-    GpsControlEvents events_;
-    DebugTrace trace_;
-    Services services_{host_, events_, trace_};
-    FuzzPort* device_ = nullptr;
-    ComPort port_;
-    PortLease lease_;
-    SerialGarminLink link_{services_, lease_};
+    FuzzLine line;
+    PortLease lease{line.port};
+    SerialGarminLink link{line.services, lease};
 };
 
 std::vector<std::vector<std::uint8_t>> framesOf(Reader& reader) {
     std::vector<std::vector<std::uint8_t>> frames;
     while (reader.somethingWaits()) {
-        frames.push_back(reader.link().grmReadPacket(1));
+        frames.push_back(reader.link.grmReadPacket(1));
         require(!frames.back().empty() && frames.back().size() <= 9 + 2 * 255);
         parse(frames.back());
     }
@@ -77,15 +52,14 @@ std::vector<std::vector<std::uint8_t>> framesOf(Reader& reader) {
 // What was read ahead is taken in one piece, and that makes no difference.
 void readFrames(Data bytes) {
     Reader inPieces(bytes);
-    Reader byteByByte(bytes);
-    byteByByte.readByteByByte();
+    Reader byteByByte(bytes, 0);
     require(framesOf(inPieces) == framesOf(byteByByte));
 }
 
 void readTimedFrames(Data bytes) {
     Reader reader(bytes);
     while (reader.somethingWaits()) {
-        const auto frame = reader.link().grmReadPacketTimed(2);
+        const auto frame = reader.link.grmReadPacketTimed(2);
         require(frame.size() >= 5);  // one without its checksum ends, too
         parse(frame);
     }
@@ -104,7 +78,7 @@ void thereAndBack(std::uint8_t pid, Data data) {
     require(parsed.Parse(frame) && isPacket(parsed, pid, data));
     if (pid != kDle && data.size() != kDle) {
         Reader reader(frame);
-        const LinkPacket received = reader.link().receive();
+        const LinkPacket received = reader.link.receive();
         require(received.pid == pid &&
                 std::equal(received.data.begin(), received.data.end(), data.begin(), data.end()));
     }

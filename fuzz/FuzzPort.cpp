@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "support/Dialogue.h"
-
 namespace marlune {
 namespace {
 

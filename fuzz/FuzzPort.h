@@ -5,13 +5,16 @@
 // without a word in between the user asks to stop, so that every service comes to an end.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "serial/SerialPort.h"
-#include "support/FakeHost.h"
+#include "host/Services.h"
+#include "serial/ComPort.h"
+#include "support/Dialogue.h"
 
 namespace marlune {
 
@@ -37,8 +40,9 @@ public:
     // Both must outlive the port.
     FuzzPort(FakeHost& host, FuzzInput& input) : host_(host), input_(input) {}
 
-    // Whether the port tells what it has read ahead.
-    bool tellsAhead = true;
+    static constexpr std::size_t kAll = SIZE_MAX;
+    // How much of what it has read ahead the port tells.
+    std::size_t tellsAhead = kAll;
 
     // What the device has said and nobody has read.
     [[nodiscard]] std::size_t left() const { return said_.size() - taken_; }
@@ -55,7 +59,7 @@ public:
         return handle_ < 1 || (unplugged_ && left() == 0);
     }
     std::size_t read(std::span<std::uint8_t> into) override;
-    [[nodiscard]] std::size_t available() const override { return tellsAhead ? left() : 0; }
+    [[nodiscard]] std::size_t available() const override { return std::min(tellsAhead, left()); }
     std::size_t write(std::span<const std::uint8_t> bytes) override;
     void purge() override;
 
@@ -72,6 +76,24 @@ private:
     std::int64_t handle_ = -1;
     bool unplugged_ = false;
     int silentReads_ = 0;
+};
+
+// An open line that brings these bytes, then silence, and what a procedure on it is handed.
+struct FuzzLine {
+    FuzzLine(std::span<const std::uint8_t> bytes, std::size_t tellsAhead) : input(bytes) {
+        device->tellsAhead = tellsAhead;
+        device->sayAll();
+        port.open();
+    }
+
+    FuzzInput input;
+    FakeHost host;
+    RecordedEvents events{[this](const std::string& text) { heard.push_back(text); }};
+    std::vector<std::string> heard;
+    DebugTrace trace{""};
+    Services services{host, events, trace};
+    FuzzPort* device = new FuzzPort(host, input);
+    ComPort port{host, std::unique_ptr<SerialPort>(device)};
 };
 
 }  // namespace marlune

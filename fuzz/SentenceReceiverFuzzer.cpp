@@ -2,12 +2,12 @@
 // chooses the receiver. Whatever was uploaded, what it holds can be read back as text lines.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "Require.h"
 #include "receivers/DeviceData.h"
 #include "receivers/magellan/MagellanReceiver.h"
 #include "receivers/mlr/MlrReceiver.h"
@@ -51,9 +51,7 @@ void check(const VirtualReceiver& receiver) {
     for (const std::string& line : lines) {
         text += line + '\n';
     }
-    if (linesOf(readData(text)) != lines) {
-        std::abort();
-    }
+    require(linesOf(readData(text)) == lines);
 }
 
 void run(std::span<const std::uint8_t> bytes) {
