@@ -1,6 +1,9 @@
 #include "EventSource.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
+#include <vector>
 
 #include "Bstr.h"
 #include "ConnectionPoint.h"
@@ -8,105 +11,35 @@
 namespace marlune::activex {
 namespace {
 
-VARIANT parameter(std::int16_t number) {
-    VARIANT value{};
-    value.vt = VT_I2;
-    value.iVal = number;
-    return value;
-}
+// In the order of their dispatch ids, which begin with 1.
+constexpr std::array<std::string_view, 16> kEvents = {
+    "StartDownload", "StartUpload", "EndDownload", "EndUpload", "GpsInfo",   "TrackData",
+    "TrackHeader",   "WayptData",   "RouteHeader", "RouteData", "RouteLink", "ProxData",
+    "Startpvt",      "PvtData",     "EndPvt",      "PhraseNMEA"};
 
-VARIANT parameter(const std::string& text) {
+VARIANT valueOf(const NamedEvents::Parameter& parameter) {
     VARIANT value{};
-    value.vt = VT_BSTR;
-    value.bstrVal = Bstr(text).release();
+    if (const auto* number = std::get_if<std::int16_t>(&parameter.value)) {
+        value.vt = VT_I2;
+        value.iVal = *number;
+    } else {
+        value.vt = VT_BSTR;
+        value.bstrVal = Bstr(std::get<std::string_view>(parameter.value)).release();
+    }
     return value;
 }
 
 }  // namespace
 
-template <class... Parameters>
-void EventSource::raise(DISPID event, const Parameters&... parameters) {
-    std::array<VARIANT, sizeof...(Parameters)> reversed;
-    [[maybe_unused]] auto at = reversed.end();
-    ((*--at = parameter(parameters)), ...);
-    sinks_.raise(event, reversed);
+void EventSource::raise(std::string_view name, std::initializer_list<Parameter> parameters) {
+    const auto event = std::find(kEvents.begin(), kEvents.end(), name) - kEvents.begin() + 1;
+    std::vector<VARIANT> reversed;
+    std::transform(std::rbegin(parameters), std::rend(parameters), std::back_inserter(reversed),
+                   valueOf);
+    sinks_.raise(static_cast<DISPID>(event), reversed);
     for (VARIANT& value : reversed) {
         VariantClear(&value);
     }
-}
-
-// The numbers are the events' dispatch ids.
-void EventSource::StartDownload(const std::string& DataType, std::int16_t nbitem,
-                                const std::string& Entete) {
-    raise(1, DataType, nbitem, Entete);
-}
-
-void EventSource::StartUpload(const std::string& DataType, std::int16_t nbitem,
-                              const std::string& Entete) {
-    raise(2, DataType, nbitem, Entete);
-}
-
-void EventSource::EndDownload(const std::string& DataType) {
-    raise(3, DataType);
-}
-
-void EventSource::EndUpload(const std::string& DataType) {
-    raise(4, DataType);
-}
-
-void EventSource::GpsInfo(const std::string& txtInfo) {
-    raise(5, txtInfo);
-}
-
-void EventSource::TrackData(std::int16_t numitem, const std::string& trackItem,
-                            const std::string& sens) {
-    raise(6, numitem, trackItem, sens);
-}
-
-void EventSource::TrackHeader(std::int16_t numitem, const std::string& TrkHeader,
-                              const std::string& sens) {
-    raise(7, numitem, TrkHeader, sens);
-}
-
-void EventSource::WayptData(std::int16_t numitem, const std::string& WayptItem,
-                            const std::string& sens) {
-    raise(8, numitem, WayptItem, sens);
-}
-
-void EventSource::RouteHeader(std::int16_t numitem, const std::string& HeaderItem,
-                              const std::string& sens) {
-    raise(9, numitem, HeaderItem, sens);
-}
-
-void EventSource::RouteData(std::int16_t numitem, const std::string& RouteItem,
-                            const std::string& sens) {
-    raise(10, numitem, RouteItem, sens);
-}
-
-void EventSource::RouteLink(std::int16_t numitem, const std::string& RouteLinkItem,
-                            const std::string& sens) {
-    raise(11, numitem, RouteLinkItem, sens);
-}
-
-void EventSource::ProxData(std::int16_t numitem, const std::string& ProxItem,
-                           const std::string& sens) {
-    raise(12, numitem, ProxItem, sens);
-}
-
-void EventSource::Startpvt(const std::string& Entete) {
-    raise(13, Entete);
-}
-
-void EventSource::PvtData(const std::string& PvtItem) {
-    raise(14, PvtItem);
-}
-
-void EventSource::EndPvt() {
-    raise(15);
-}
-
-void EventSource::PhraseNMEA(const std::string& Chaine) {
-    raise(16, Chaine);
 }
 
 }  // namespace marlune::activex
