@@ -21,23 +21,19 @@ TEST(Automation, MembersGiveTheirKindOfValue) {
     EXPECT_EQ(control.get(L"getIdent").value.text(),
               "text Marlune Version 1.0.0 -  GPSId:  Version:  - ");
     EXPECT_EQ(control.get(L"getProtocoles").value.text(), "text ");
-    EXPECT_EQ(control.call(L"gpsDisconnect").value.text(), "empty");
-    EXPECT_EQ(control.call(L"StopNMEA").value.text(), "empty");
-    EXPECT_EQ(control.call(L"StopPvtData").value.text(), "empty");
     EXPECT_EQ(control.call(L"ResetComBuffers").value.text(), "bool false");
+    for (const wchar_t* member : {L"gpsDisconnect", L"StopNMEA", L"StopPvtData"}) {
+        EXPECT_EQ(control.call(member).value.text(), "empty") << fromWide(member);
+    }
 }
 
-TEST(Automation, NamesAreFoundInAnyCaseAndMarkedInTheProtocols) {
-    Control control;
-    EXPECT_HRESULT_SUCCEEDED(control.put(L"setgpsmark", "mgn;9600").result);
-    EXPECT_EQ(control.get(L"GETPROTOCOLES").value.text(),
-              "text Protocole NMEA propriétaire MAGELLAN");
-}
-
-TEST(Automation, ValuesAreConverted) {
+TEST(Automation, NamesComeInAnyCaseAndValuesAreConverted) {
     Control control;
     EXPECT_HRESULT_SUCCEEDED(control.put(L"setNumPort", "3").result);
     EXPECT_HRESULT_SUCCEEDED(control.put(L"SetDebug", 1).result);
+    EXPECT_HRESULT_SUCCEEDED(control.put(L"setgpsmark", "mgn;9600").result);
+    EXPECT_EQ(control.get(L"GETPROTOCOLES").value.text(),
+              "text Protocole NMEA propriétaire MAGELLAN");
 }
 
 TEST(Automation, TellsWhyAMemberCannotBeCalled) {

@@ -7,7 +7,6 @@
 namespace marlune {
 namespace {
 
-constexpr wchar_t kClass[] = L"MarluneBoxReader";
 constexpr UINT kEveryMilliseconds = 10;
 
 struct BoxContent {
@@ -48,28 +47,17 @@ BOOL CALLBACK readItem(HWND item, LPARAM content) {
 }  // namespace
 
 BoxReader::BoxReader(Reader reader) : reader_(std::move(reader)) {
-    WNDCLASSW kind{};
-    kind.lpfnWndProc = procedure;
-    kind.hInstance = GetModuleHandleW(nullptr);
-    kind.lpszClassName = kClass;
-    RegisterClassW(&kind);
-    window_ = CreateWindowW(kClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+    window_ = CreateWindowW(L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
                             GetModuleHandleW(nullptr), nullptr);
-    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    SetTimer(window_, 1, kEveryMilliseconds, nullptr);
+    SetTimer(window_, reinterpret_cast<UINT_PTR>(this), kEveryMilliseconds, look);
 }
 
 BoxReader::~BoxReader() {
     DestroyWindow(window_);
 }
 
-LRESULT CALLBACK BoxReader::procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
-    const LONG_PTR self = GetWindowLongPtrW(window, GWLP_USERDATA);
-    if (message == WM_TIMER && self != 0) {
-        EnumThreadWindows(GetCurrentThreadId(), lookAt, self);
-        return 0;
-    }
-    return DefWindowProcW(window, message, first, second);
+void CALLBACK BoxReader::look(HWND /*window*/, UINT /*message*/, UINT_PTR self, DWORD /*now*/) {
+    EnumThreadWindows(GetCurrentThreadId(), lookAt, static_cast<LPARAM>(self));
 }
 
 BOOL CALLBACK BoxReader::lookAt(HWND window, LPARAM self) {

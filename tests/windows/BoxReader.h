@@ -20,12 +20,12 @@ public:
     ~BoxReader();
 
 private:
-    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second);
+    static void CALLBACK look(HWND window, UINT message, UINT_PTR self, DWORD now);
     static BOOL CALLBACK lookAt(HWND window, LPARAM self);
     void read(HWND box);
 
     Reader reader_;
-    // Gets a timer's messages, which the box's own message loop hands out as well.
+    // Has a timer whose messages the box's own message loop hands out as well.
     HWND window_;
     HWND last_ = nullptr;  // the box that was read
 };

@@ -111,11 +111,7 @@ TEST_F(ContainerTest, ShowsAtThePicturesSizeInPlace) {
 
 TEST_F(ContainerTest, DrawsAtThePicturesSizeWhateverIsAsked) {
     Bitmap bitmap(100, 90);
-    const RECT all = {0, 0, 100, 90};
     SendMessageW(form_, WM_ERASEBKGND, reinterpret_cast<WPARAM>(bitmap.context()), 0);
-    const HBRUSH brush = CreateSolidBrush(RGB(kPaper >> 16, kPaper >> 8 & 0xFF, kPaper & 0xFF));
-    FillRect(bitmap.context(), &all, brush);
-    DeleteObject(brush);
     const RECTL bounds = {7, 9, 95, 12};
     EXPECT_HRESULT_SUCCEEDED(as<IViewObject2>()->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr,
                                                       nullptr, bitmap.context(), &bounds, nullptr,

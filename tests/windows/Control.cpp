@@ -79,13 +79,8 @@ Outcome Control::call(const wchar_t* member, std::initializer_list<Value> argume
         parameters.rgdispidNamedArgs = &put;
         parameters.cNamedArgs = 1;
     }
-    EXCEPINFO exception{};
     outcome.result = control_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, how, &parameters,
-                                      &outcome.value, &exception, &outcome.argumentAtFault);
-    outcome.description =
-        fromWide({exception.bstrDescription, SysStringLen(exception.bstrDescription)});
-    SysFreeString(exception.bstrDescription);
-    SysFreeString(exception.bstrSource);
+                                      &outcome.value, nullptr, nullptr);
     return outcome;
 }
 

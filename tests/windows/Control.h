@@ -41,8 +41,6 @@ struct Value : VARIANT {
 struct Outcome {
     HRESULT result = S_OK;
     Value value;
-    UINT argumentAtFault = 99;
-    std::string description;  // of the exception, when there is one
 };
 
 class Control {

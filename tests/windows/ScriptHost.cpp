@@ -13,9 +13,9 @@
 #include <shellapi.h>
 #include <wrl/client.h>
 
-#include <array>
 #include <cstdio>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -35,10 +35,14 @@ void print(std::FILE* out, const std::wstring& line) {
     std::fflush(out);
 }
 
-// An object for scripts whose members are named in a list. It belongs to its maker.
-class ScriptObject : public IDispatch {
+// An object for scripts whose members are named in a list; the place in it is a member's id. It
+// belongs to its maker.
+class ScriptObject final : public IDispatch {
 public:
-    explicit ScriptObject(std::vector<std::wstring> members) : members_(std::move(members)) {}
+    using Call = std::function<HRESULT(DISPID id, DISPPARAMS& parameters, VARIANT* result)>;
+
+    ScriptObject(std::vector<std::wstring> members, Call call)
+        : members_(std::move(members)), call_(std::move(call)) {}
     ScriptObject(const ScriptObject&) = delete;
     ScriptObject& operator=(const ScriptObject&) = delete;
 
@@ -70,57 +74,24 @@ public:
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID /*reserved*/, LCID /*locale*/,
                                      WORD /*flags*/, DISPPARAMS* parameters, VARIANT* result,
                                      EXCEPINFO* /*exception*/, UINT* /*atFault*/) override {
-        return call(id, *parameters, result);
+        return call_(id, *parameters, result);
     }
-
-protected:
-    ~ScriptObject() = default;
-    virtual HRESULT call(DISPID id, DISPPARAMS& parameters, VARIANT* result) = 0;
 
 private:
     std::vector<std::wstring> members_;
+    Call call_;
 };
 
-// WScript.Arguments
-class Words final : public ScriptObject {
+class ScriptHost final : public IActiveScriptSite {
 public:
-    explicit Words(std::vector<std::wstring> words)
-        : ScriptObject({L"Item", L"Count", L"length"}), words_(std::move(words)) {}
-
-private:
-    HRESULT call(DISPID id, DISPPARAMS& parameters, VARIANT* result) override {
-        result->vt = VT_I4;
-        result->lVal = static_cast<LONG>(words_.size());
-        if (id != DISPID_VALUE) {
-            return S_OK;
-        }
-        const std::vector<std::wstring> given = parameterTexts(parameters);
-        const std::size_t at = given.empty() ? words_.size() : std::stoul(given[0]);
-        if (at >= words_.size()) {
-            return DISP_E_BADINDEX;
-        }
-        result->vt = VT_BSTR;
-        result->bstrVal = SysAllocString(words_[at].c_str());
-        return S_OK;
-    }
-
-    std::vector<std::wstring> words_;
-};
-
-class ScriptHost final : public IActiveScriptSite, public ScriptObject {
-public:
-    explicit ScriptHost(std::vector<std::wstring> words)
-        : ScriptObject({L"Echo", L"CreateObject", L"Arguments", L"Quit"}),
-          words_(std::move(words)) {}
+    explicit ScriptHost(std::vector<std::wstring> words) : words_(std::move(words)) {}
 
     int run(const wchar_t* engine, const std::wstring& text);
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
-        if (iid == __uuidof(IActiveScriptSite)) {
-            *result = static_cast<IActiveScriptSite*>(this);
-            return S_OK;
-        }
-        return ScriptObject::QueryInterface(iid, result);
+        const bool known = iid == __uuidof(IUnknown) || iid == __uuidof(IActiveScriptSite);
+        *result = known ? this : nullptr;
+        return known ? S_OK : E_NOINTERFACE;
     }
     ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
     ULONG STDMETHODCALLTYPE Release() override { return 1; }
@@ -130,7 +101,7 @@ public:
         if ((mask & SCRIPTINFO_IUNKNOWN) == 0) {
             return TYPE_E_ELEMENTNOTFOUND;
         }
-        *item = static_cast<ScriptObject*>(this);
+        *item = &object_;
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE GetDocVersionString(BSTR* /*version*/) override { return E_NOTIMPL; }
@@ -144,12 +115,18 @@ public:
     HRESULT STDMETHODCALLTYPE OnLeaveScript() override { return S_OK; }
 
 private:
-    HRESULT call(DISPID id, DISPPARAMS& parameters, VARIANT* result) override;
+    // WScript's members, and those of WScript.Arguments.
+    HRESULT call(DISPID id, DISPPARAMS& parameters, VARIANT* result);
+    HRESULT callArguments(DISPID id, DISPPARAMS& parameters, VARIANT* result) const;
     HRESULT createObject(const std::vector<std::wstring>& given, VARIANT* result);
     // Calls the script's procedure for an event, if it has one.
     void onEvent(const std::wstring& procedure, DISPPARAMS& parameters);
 
-    Words words_;
+    std::vector<std::wstring> words_;
+    ScriptObject object_{{L"Echo", L"CreateObject", L"Arguments", L"Quit"},
+                         [this](auto&&... given) { return call(given...); }};
+    ScriptObject arguments_{{L"Item", L"Count", L"length"},
+                            [this](auto&&... given) { return callArguments(given...); }};
     ComPtr<IActiveScript> script_;
     std::vector<std::unique_ptr<EventSink>> sinks_;
     bool quit_ = false;
@@ -206,11 +183,10 @@ HRESULT ScriptHost::call(DISPID id, DISPPARAMS& parameters, VARIANT* result) {
             return createObject(given, result);
         case 2:
             if (parameters.cArgs > 0) {  // WScript.Arguments(0)
-                return words_.Invoke(DISPID_VALUE, IID_NULL, 0, DISPATCH_PROPERTYGET, &parameters,
-                                     result, nullptr, nullptr);
+                return callArguments(DISPID_VALUE, parameters, result);
             }
             result->vt = VT_DISPATCH;
-            result->pdispVal = &words_;
+            result->pdispVal = &arguments_;
             return S_OK;
         default:
             quit_ = true;
@@ -218,6 +194,22 @@ HRESULT ScriptHost::call(DISPID id, DISPPARAMS& parameters, VARIANT* result) {
             script_->InterruptScriptThread(SCRIPTTHREADID_CURRENT, nullptr, 0);
             return E_ABORT;  // an error is what ends a script
     }
+}
+
+HRESULT ScriptHost::callArguments(DISPID id, DISPPARAMS& parameters, VARIANT* result) const {
+    result->vt = VT_I4;
+    result->lVal = static_cast<LONG>(words_.size());
+    if (id != DISPID_VALUE) {
+        return S_OK;
+    }
+    const std::vector<std::wstring> given = parameterTexts(parameters);
+    const std::size_t at = given.empty() ? words_.size() : std::stoul(given[0]);
+    if (at >= words_.size()) {
+        return DISP_E_BADINDEX;
+    }
+    result->vt = VT_BSTR;
+    result->bstrVal = SysAllocString(words_[at].c_str());
+    return S_OK;
 }
 
 HRESULT ScriptHost::createObject(const std::vector<std::wstring>& given, VARIANT* result) {
