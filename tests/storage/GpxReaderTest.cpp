@@ -1,10 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <system_error>
-
+#include "ErrorOf.h"
 #include "marlune/Gpx.h"
 
 namespace marlune {
@@ -174,12 +171,7 @@ TEST(GpxReader, TellsWhereAFileIsBroken) {
 
 TEST(GpxReader, TellsTheSystemsErrors) {
     const auto codeOf = [](const std::string& path) {
-        try {
-            GpxReader(GpxKind::waypoints).readFile(path);
-        } catch (const std::system_error& error) {
-            return error.code();
-        }
-        return std::error_code();
+        return errorOf([&] { GpxReader(GpxKind::waypoints).readFile(path); });
     };
     EXPECT_EQ(codeOf(testing::TempDir() + "/no/such.gpx"), std::errc::no_such_file_or_directory);
     const auto folder = codeOf(testing::TempDir());

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <system_error>
 
+#include "ErrorOf.h"
 #include "host/FilePath.h"
 #include "marlune/Gpx.h"
 #include "support/TempFolder.h"
@@ -152,12 +152,7 @@ TEST_F(GpxWriterTest, ReplacesTheFileAtOnceAndLeavesNothingBeside) {
 
 TEST_F(GpxWriterTest, AFailureLeavesWhatWasThere) {
     const auto codeOf = [](const std::string& target) {
-        try {
-            GpxWriter().save(target);
-        } catch (const std::system_error& error) {
-            return error.code();
-        }
-        return std::error_code();
+        return errorOf([&] { GpxWriter().save(target); });
     };
     EXPECT_EQ(codeOf(path("no/such.gpx")), std::errc::no_such_file_or_directory);
     fs::create_directories(path("taken.gpx/inside"));

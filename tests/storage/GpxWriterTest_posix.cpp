@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <system_error>
 
+#include "ErrorOf.h"
 #include "marlune/Gpx.h"
 #include "support/TempFolder.h"
 
@@ -27,12 +27,7 @@ TEST(GpxWriterOnLinux, FollowsALinkAndWritesIntoADevice) {
 TEST(GpxWriterOnLinux, TellsTheSystemsError) {
     const TempFolder folder;
     const auto codeOf = [](const fs::path& target) {
-        try {
-            GpxWriter().save(target);
-        } catch (const std::system_error& error) {
-            return error.code();
-        }
-        return std::error_code();
+        return errorOf([&] { GpxWriter().save(target); });
     };
     EXPECT_EQ(codeOf(folder.path()), std::errc::is_a_directory);
     EXPECT_EQ(codeOf("/dev/full"), std::errc::no_space_on_device);
