@@ -55,10 +55,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         checkSaid(receiver, reader);
     }
-    // What was stored can be told, and read again.
-    std::string text;
-    for (const std::string& line : receiver.lines()) {
-        text += line + "\n";
-    }
-    return text.empty() ? -1 : 0;
+    // What was stored can be told.
+    return receiver.lines().empty() ? -1 : 0;
 }
