@@ -161,8 +161,9 @@ void endWhatRuns(ControlState& control) {
 }
 
 void closeHandles(ControlState& control) {
-    if (control.port.isOpen()) {
-        control.port.close();
+    const bool wasOpen = control.port.isOpen();
+    control.port.close();
+    if (wasOpen) {
         control.trace.traceLine(present(control) + " Port Fermé: " + control.port.name());
     }
     control.usb.close();

@@ -33,6 +33,7 @@ public:
     // Opens the port. On failure shows the system's text in a critical box. Returns the system's
     // error code, 0 for success.
     std::int32_t open();
+    // Closing a closed port takes it away, too, from a procedure that is about to open it again.
     void close();
     [[nodiscard]] bool isOpen() const { return port_->isOpen(); }
     [[nodiscard]] bool isGone() const { return port_->isGone(); }

@@ -92,6 +92,20 @@ TEST(Control, SentenceFamiliesOfferWhatTheyHave) {
     stage.play({kNotAvailable}, [&] { EXPECT_FALSE(stage.control().StartPvtData()); });
 }
 
+TEST(Control, DisconnectsWhileADownloadHasThePortClosed) {
+    Stage stage;
+    stage.control().SetGpsMark("MLR");
+    stage.play(
+        {sendsText("$PMLR,26,01,01,0339\r\n"), answersText("$PMLR,IDGPS,x,SP24,a,b,1.20,X*00\r\n"),
+         sendsText("$PMLR,06,00,02A9\r\n")},
+        [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
+    stage.events.when("GpsInfo", 1, [&] { stage.control().gpsDisconnect(); });
+    stage.play({sendsText("$PMLR,24,02,0101,0399\r\n"), event("GpsInfo|Download en cours ....")},
+               [&] { EXPECT_FALSE(stage.control().getTracks()); });
+    EXPECT_FALSE(stage.port().isOpen());
+    EXPECT_EQ(stage.port().openings.size(), 1U);
+}
+
 TEST(Control, TellsAPortThatDoesNotOpenAndStillTriesToIdentify) {
     Stage stage;
     stage.host.ports[1] = "";

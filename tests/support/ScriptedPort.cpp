@@ -55,9 +55,9 @@ std::int32_t ScriptedPort::open(const std::string& device, const std::string& se
 }
 
 void ScriptedPort::close() {
+    closings += isOpen() ? 1 : 0;
     handle_ = -1;
     settingsFailed_ = false;
-    ++closings;
     if (observer.close) {
         observer.close();
     }

@@ -66,7 +66,7 @@ public:
     Observer observer;
 
     std::vector<Opening> openings;
-    int closings = 0;
+    int closings = 0;  // of an open port
     int purges = 0;
     int settlings = 0;
     Bytes written;  // everything the control wrote
