@@ -43,7 +43,9 @@ bool GarminRealTime::receiveAnswer(LinkPacket& packet) {
 
 std::string GarminRealTime::getPosition() {
     constexpr std::size_t kDouble = 8;
-    services_.trace.traceLine("GetPosition");
+    if (link_.acknowledges()) {
+        services_.trace.traceLine("GetPosition");
+    }
     link_.discard();
     sendCommand(link_, command::kTransferPosition);
     LinkPacket packet;

@@ -332,6 +332,7 @@ TEST_F(UsbTransferTest, ThePositionComesOnEitherPipe) {
         EXPECT_TRUE(hasTraced(c.mode)) << c.what;
     }
     EXPECT_TRUE(hasTraced("Get Position  20 0 0 0 10 0 0 0 2 0 0 0 2 0"));
+    EXPECT_FALSE(hasTraced("GetPosition")) << "that one is the serial line's";
     usb().opens = false;
     play({kNoSession}, [&] { EXPECT_EQ(control().getPosition(), ""); });
 }
