@@ -132,14 +132,17 @@ TEST_F(MlrTest, DownloadsTrackBlocks) {
 
 TEST_F(MlrTest, DownloadsWaypointBlocks) {
     std::string home = wpl("HOME   MY HOUSE");
+    std::string noChecksum = home.substr(0, home.find('*')) + "\r\n";
     std::string odd = "no sentence";
     home.resize(64, ' ');
+    noChecksum.resize(64, '\0');
     odd.resize(64, '\0');
-    expectBlocks(kAskWaypoints, kFirstBlock + block(2, home + odd) + kClosing);
+    expectBlocks(kAskWaypoints, kFirstBlock + block(3, home + odd + noChecksum) + kClosing);
     EXPECT_TRUE(device.mlrGetWaypoints());
-    const Log events = {"StartDownload|W|2|Waypoints MLR SP",
-                        "WayptData|1|" + pointLine("HOME  ", "MY HOUSE") + "|D", "EndDownload|W"};
-    EXPECT_EQ(takeLog(), blockDownload(kAskWaypoints, {"2"}) + events);
+    const Log events = {"StartDownload|W|3|Waypoints MLR SP",
+                        "WayptData|1|" + pointLine("HOME  ", "MY HOUSE") + "|D",
+                        "WayptData|2|" + pointLine("HOME  ", "MY HOUSE") + "|D", "EndDownload|W"};
+    EXPECT_EQ(takeLog(), blockDownload(kAskWaypoints, {"3"}) + events);
 }
 
 TEST_F(MlrTest, ATransferWithoutRecordsHasNothing) {

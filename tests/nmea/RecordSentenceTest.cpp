@@ -90,7 +90,8 @@ TEST(MlrWaypoint, KeepsSixCharactersOfName) {
     EXPECT_EQ(GetAttributes_MLR(waypoint, "$GPWPL,4807.038,N,01131.000,E,\xC9*5A"), "5A");
     EXPECT_EQ(waypoint.ident, "É");
     EXPECT_EQ(waypoint.comment, "");
-    EXPECT_EQ(GetAttributes_MLR(waypoint, "$GPWPL,001e99,N,01131.000,E,X*5A"), "");
+    EXPECT_EQ(GetAttributes_MLR(waypoint, "$GPWPL,4807.038,N,01131.000,E,X"), "");
+    EXPECT_EQ(GetAttributes_MLR(waypoint, "$GPWPL,001e99,N,01131.000,E,X*5A"), std::nullopt);
 }
 
 TEST(MlrWaypoint, IsWritten) {

@@ -236,7 +236,7 @@ bool Mlr::finish(const List& list) {
 
 // Decodes and remembers a waypoint; a sentence that is none is traced and left out.
 bool Mlr::decodeWaypoint(std::string_view sentence, Waypoint& waypoint) {
-    if (GetAttributes_MLR(waypoint, sentence).empty()) {
+    if (!GetAttributes_MLR(waypoint, sentence)) {
         reject(sentence);
         return false;
     }
@@ -257,18 +257,20 @@ void Mlr::takeWaypoint(std::string_view sentence, List& list) {
 }
 
 void Mlr::takeWaypointRecord(std::string_view record, List& list) {
+    using namespace std::string_view_literals;
     // What pads a record stands around the sentence.
     const std::size_t start = record.find("$GPWPL");
     if (start == std::string_view::npos) {
         reject(record);
         return;
     }
-    takeWaypoint(record.substr(start), list);
+    const std::size_t end = record.find_last_not_of(" \r\n\0"sv) + 1;
+    takeWaypoint(record.substr(start, end - start), list);
 }
 
 void Mlr::takeTrackPoint(std::string_view sentence, List& list) {
     Trace point;
-    if (GetAttributes_MLR(point, sentence, today()).empty()) {
+    if (!GetAttributes_MLR(point, sentence, today())) {
         reject(sentence);
         return;
     }

@@ -67,13 +67,13 @@ void readTrackLine(Trace& point, std::string_view line, double today) {
 
 }  // namespace
 
-std::string GetAttributes_MLR(Waypoint& waypoint, std::string_view sentence) {
+std::optional<std::string> GetAttributes_MLR(Waypoint& waypoint, std::string_view sentence) {
     const Sentence fields(sentence);
     try {
         waypoint.latitude = readLatitude(fields.field(1), fields.field(2));
         waypoint.longitude = readLongitude(fields.field(3), fields.field(4));
     } catch (const RunTimeError&) {
-        return {};
+        return std::nullopt;
     }
     const std::string_view texts = fields.field(5);
     waypoint.ident = fromAnsi(texts.substr(0, kNameLength));
@@ -92,13 +92,14 @@ std::string Coder_MLR(const Waypoint& waypoint) {
 }
 
 // Through the waypoint's text line, whose six decimals are the point's precision.
-std::string GetAttributes_MLR(Trace& point, std::string_view sentence, double today) {
+std::optional<std::string> GetAttributes_MLR(Trace& point, std::string_view sentence,
+                                             double today) {
     Waypoint waypoint;
-    std::string checksum = GetAttributes_MLR(waypoint, sentence);
+    std::optional<std::string> checksum = GetAttributes_MLR(waypoint, sentence);
     try {
         readTrackLine(point, waypoint.getIdent('.'), today);
     } catch (const RunTimeError&) {
-        return {};
+        return std::nullopt;
     }
     return checksum;
 }

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,9 +19,9 @@
 namespace marlune {
 
 // Fills the waypoint; the name keeps its blanks, the symbol becomes 18, the altitude stays as it
-// is. Returns what followed "*", unverified. A number that does not fit ends the reading there and
-// returns an empty checksum.
-std::string GetAttributes_MLR(Waypoint& waypoint, std::string_view sentence);
+// is. Returns what followed "*", unverified, empty when nothing did. A number that does not fit
+// ends the reading there and returns nothing.
+std::optional<std::string> GetAttributes_MLR(Waypoint& waypoint, std::string_view sentence);
 
 // The waypoint's sentence, ready to be sent; the name is cut or padded to six characters. Raises
 // overflow for impossible coordinates.
@@ -29,7 +30,7 @@ std::string Coder_MLR(const Waypoint& waypoint);
 // A track point that was sent as a waypoint: its name is "TRC012" or "TR0123", and a comment that
 // begins with "C" marks a new segment. The sentence has no time: points are dated today (whole days
 // since 30/12/1899) plus their number in ten-thousandths of a day, which keeps their order.
-std::string GetAttributes_MLR(Trace& point, std::string_view sentence, double today);
+std::optional<std::string> GetAttributes_MLR(Trace& point, std::string_view sentence, double today);
 
 // The shortest track point record of a data block.
 inline constexpr std::size_t kMlrTrackRecordLength = 16;
