@@ -8,7 +8,7 @@
 
 namespace marlune {
 
-std::int32_t DebugTrace::counter_ = 0;
+std::atomic<std::int32_t> DebugTrace::counter_ = 0;
 
 DebugTrace::DebugTrace(const std::string& folder) : path_(folder + "/Palimor/OcxDebug.txt") {}
 
@@ -28,9 +28,9 @@ void DebugTrace::close() {
 }
 
 void DebugTrace::traceLine(std::string_view text) {
-    ++counter_;
+    const std::int32_t number = ++counter_;
     if (writes()) {
-        file_ << std::to_string(counter_) << ':' << toAnsi(text) << "\r\n" << std::flush;
+        file_ << std::to_string(number) << ':' << toAnsi(text) << "\r\n" << std::flush;
     }
 }
 

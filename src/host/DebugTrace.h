@@ -1,10 +1,12 @@
 // The debug trace: a text file that tells, when the host switches debugging on, every frame and
 // sentence exchanged and each step of the handshakes.
 //
-// Lines are numbered by one counter for all controls of the process; it advances at every line that
-// would be traced, also while debugging is off, so callers trace every step unconditionally.
+// Lines are numbered by one counter for all controls of the process, on whatever threads they live;
+// it advances at every line that would be traced, also while debugging is off, so callers trace
+// every step unconditionally.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <fstream>
 #include <span>
@@ -48,7 +50,7 @@ private:
     std::string path_;
     std::ofstream file_;
     bool debug_ = false;
-    static std::int32_t counter_;
+    static std::atomic<std::int32_t> counter_;
 };
 
 // Each byte as a blank and its decimal number: " 16 10 2".
