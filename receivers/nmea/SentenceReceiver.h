@@ -50,7 +50,6 @@ protected:
     void wakeAt(double time) { due_ = time; }
     // Forgets what was waiting to be said, and the wake-up.
     void fallSilent();
-    [[nodiscard]] bool isSaying() const { return !outgoing_.empty(); }
 
     [[nodiscard]] Memory& memory() { return memory_; }
     [[nodiscard]] const Settings& settings() const { return settings_; }

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "control/Families.h"
+#include "control/Messages.h"
 #include "garmin/Identification.h"
 #include "garmin/link/SerialGarminLink.h"
 #include "garmin/values/NumberText.h"
@@ -27,8 +28,6 @@ constexpr LineRow kLines[] = {
     // Two stop bits are what these receivers want.
     {"MLR", "4800", 2, {2048, 512}},
 };
-
-constexpr const char* kNoUsbFile = "Fichier USB non Trouvé";
 
 std::string capitals(std::string_view text) {
     std::string out(text);
@@ -75,10 +74,10 @@ void openSerial(ControlState& control) {
         control.port.close();
     }
     if (control.port.open() != 0) {
-        control.host.messageBox("Connexion Impossible", BoxIcon::critical);
+        control.host.messageBox(controltext::kNoConnection, BoxIcon::critical);
     }
-    control.trace.traceLine(present(control) + " Port Connecté: " + control.port.name() +
-                            " Handle: " + std::to_string(control.port.handle()));
+    control.trace.traceLine(present(control) + controltext::kPortOpened + control.port.name() +
+                            controltext::kHandle + std::to_string(control.port.handle()));
 }
 
 // Opens the USB device, else looks for a unit that is a drive; what was found decides the code.
@@ -88,19 +87,19 @@ bool openUsb(ControlState& control) {
     const std::string path = control.usb.findDevicePath();
     if (!path.empty()) {
         const bool opened = control.usb.open();
-        control.trace.traceLine("Clef USB " + path);
-        control.trace.traceLine(opened ? "Ouverture Fichier USB OK" : kNoUsbFile);
+        control.trace.traceLine(controltext::kUsbPath + path);
+        control.trace.traceLine(opened ? controltext::kUsbOpened : controltext::kNoUsbFile);
         code = opened && code == "GRM_USB_GPX" ? "GRM_USB" : code;
         return opened;
     }
     control.usb.close();
     if (control.storage.find(control.services)) {
-        control.trace.traceLine("Ouverture Fichier USB GPX OK");
+        control.trace.traceLine(controltext::kDriveFound);
         code = "GRM_USB_GPX";
         return true;
     }
-    control.trace.traceLine(kNoUsbFile);
-    control.trace.traceLine("Clef de Registre USB GARMIN non trouvée");
+    control.trace.traceLine(controltext::kNoUsbFile);
+    control.trace.traceLine(controltext::kNoUsbUnit);
     return false;
 }
 
@@ -164,7 +163,7 @@ void closeHandles(ControlState& control) {
     const bool wasOpen = control.port.isOpen();
     control.port.close();
     if (wasOpen) {
-        control.trace.traceLine(present(control) + " Port Fermé: " + control.port.name());
+        control.trace.traceLine(present(control) + controltext::kPortClosed + control.port.name());
     }
     control.usb.close();
     control.storage.close();

@@ -10,6 +10,7 @@
 #include "garmin/Uploads.h"
 #include "garmin/link/SerialGarminLink.h"
 #include "garmin/link/UsbGarminLink.h"
+#include "nmea/Messages.h"
 #include "nmea/magellan/Magellan.h"
 #include "nmea/mlr/Mlr.h"
 #include "storage/StorageTransfers.h"
@@ -200,7 +201,7 @@ const Family kMagellan = {
     .matches = [](const std::string& code) { return code == "MGN"; },
     .identify = onMagellan<&Magellan::mgnVersion>,
     .refreshIdent = onMagellan<&Magellan::mgnVersion>,
-    .protocols = [](ControlState&) { return std::string("Protocole NMEA propriétaire MAGELLAN"); },
+    .protocols = [](ControlState&) { return std::string(nmeatext::kMgnProtocols); },
     .getWaypts = onMagellan<&Magellan::mgnGetWaypoints>,
     .getTracks = onMagellan<&Magellan::mgnGetTracks>,
     .GetRoutes = onMagellan<&Magellan::mgnGetRoutes>,
@@ -245,7 +246,7 @@ const Family kMlr = {
     .matches = [](const std::string& code) { return code == "MLR"; },
     .identify = onMlr<&Mlr::mlrIdent>,
     .refreshIdent = onMlr<&Mlr::mlrIdent>,
-    .protocols = [](ControlState&) { return std::string("Protocole NMEA propriétaire MLR"); },
+    .protocols = [](ControlState&) { return std::string(nmeatext::kMlrProtocols); },
     .getWaypts = onMlr<&Mlr::mlrGetWaypoints>,
     .getTracks = onMlr<&Mlr::mlrGetTracks>,
     .GetRoutes = onMlr<&Mlr::mlrGetRoutes>,

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "control/ControlState.h"
+#include "host/Contains.h"
 
 namespace marlune {
 
@@ -35,9 +36,5 @@ struct Family {
 
 // The row of a protocol code; a row without services for a code that no family knows.
 const Family& familyOf(const std::string& protocolCode);
-
-inline bool contains(const std::string& text, const char* part) {
-    return text.find(part) != std::string::npos;
-}
 
 }  // namespace marlune

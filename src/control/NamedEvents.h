@@ -1,5 +1,5 @@
-// The sixteen events as one function, for hosts that hand every event on: to another language, over
-// a pipe, into a log.
+// The sixteen events as one function, for the hosts of this tree that hand every event on: to
+// another language, over a pipe, into a log.
 #pragma once
 
 #include <initializer_list>

@@ -186,8 +186,8 @@ void GarminIdentification::grmGetVoltages() {
         return;
     }
     const char separator = services_.host.decimalSeparator();
-    garmin_.voltages = "Tensions " + numberText(wordAt(voltages.data, 0) / 100.0, separator) + " " +
-                       numberText(wordAt(voltages.data, 2) / 100.0, separator);
+    garmin_.voltages = text::kVoltages + numberText(wordAt(voltages.data, 0) / 100.0, separator) +
+                       " " + numberText(wordAt(voltages.data, 2) / 100.0, separator);
 }
 
 }  // namespace marlune

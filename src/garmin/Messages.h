@@ -41,7 +41,11 @@ inline constexpr const char* kWaypointsHeader =
 inline constexpr const char* kTracksHeader = "--- T;lat;lon;heure;altitude;debut -----";
 inline constexpr const char* kRoutesHeader = "-------- Routes --------";
 inline constexpr const char* kProximitiesHeader = "--- Proximites ------";
+inline constexpr const char* kUploadWaypoints = "Waypoints";
+inline constexpr const char* kUploadRoutes = "Upload Routes";
+inline constexpr const char* kUploadTracks = "Upload Traces";
 inline constexpr const char* kRealTimeHeader = "N;Trace tps réel - ";
+inline constexpr const char* kVoltages = "Tensions ";
 inline constexpr const char* kPositionName = " - Position du GPS: ";
 
 }  // namespace marlune::text

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <string>
 
-#include "garmin/GarminState.h"
 #include "garmin/link/GarminLink.h"
 #include "garmin/records/PvtData.h"
 #include "host/ConnectionState.h"

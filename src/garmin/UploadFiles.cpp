@@ -1,17 +1,16 @@
 #include "garmin/UploadFiles.h"
 
-#include <cerrno>
 #include <cstdint>
 #include <fstream>
 #include <ios>
 #include <optional>
-#include <system_error>
 #include <utility>
 
 #include "garmin/values/Fichier.h"
 #include "host/CodePage.h"
 #include "host/FilePath.h"
 #include "host/RunTimeError.h"
+#include "host/Services.h"
 
 namespace marlune {
 namespace {
@@ -30,7 +29,7 @@ public:
         : commaReplacement_(std::move(commaReplacement)),
           file_(filePath(file.Chemin), std::ios::binary) {
         if (!file_) {
-            throw NotOpened{std::generic_category().message(errno)};
+            throw NotOpened{systemErrorText(lastSystemError())};
         }
         isUtf8_ = readsAsUtf8();
         file_.clear();

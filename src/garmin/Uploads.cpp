@@ -68,7 +68,7 @@ bool GarminUploads::sendRecord(std::uint8_t pid, const Bytes& record) {
 }
 
 bool GarminUploads::SendWaypts() {
-    if (!announce("W", garmin_.waypoints.size(), "Waypoints")) {
+    if (!announce("W", garmin_.waypoints.size(), text::kUploadWaypoints)) {
         return false;
     }
     // Handlers may start another transfer that replaces the collection: hence the index and copies.
@@ -111,7 +111,7 @@ std::size_t GarminUploads::routeRecords() const {
 }
 
 bool GarminUploads::SendRoutes() {
-    if (!announce("R", routeRecords(), "Upload Routes")) {
+    if (!announce("R", routeRecords(), text::kUploadRoutes)) {
         return false;
     }
     routeItem_ = 0;
@@ -158,7 +158,7 @@ bool GarminUploads::sendRouteLink(const Waypoint& point) {
 }
 
 bool GarminUploads::SendTraces() {
-    if (!announce("T", garmin_.tracks.size(), "Upload Traces")) {
+    if (!announce("T", garmin_.tracks.size(), text::kUploadTracks)) {
         return false;
     }
     bool going = true;

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/Contains.h"
+
 namespace marlune {
 
 // No reader keeps more of a sentence than this; what follows is read and dropped. Real ones have
@@ -36,10 +38,6 @@ private:
     std::string_view received_;
     std::vector<std::string_view> fields_;
 };
-
-inline bool contains(std::string_view text, std::string_view part) {
-    return text.find(part) != std::string_view::npos;
-}
 
 // Wire text in capitals, accented letters too.
 std::string upperCase(std::string_view wireText);

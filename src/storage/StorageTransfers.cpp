@@ -7,6 +7,7 @@
 #include "garmin/Messages.h"
 #include "host/FilePath.h"
 #include "storage/DriveFolder.h"
+#include "storage/Messages.h"
 #include "storage/NoCase.h"
 #include "storage/WholeFile.h"
 
@@ -60,7 +61,7 @@ const StorageTransfers::Kind StorageTransfers::kWaypoints = {
     .letter = "W",
     .header = text::kWaypointsHeader,
     .nothing = text::kNoWaypoints,
-    .uploadLabel = "Waypoints",
+    .uploadLabel = text::kUploadWaypoints,
     .data = &GpsControlEvents::WayptData,
 };
 
@@ -69,7 +70,7 @@ const StorageTransfers::Kind StorageTransfers::kTracks = {
     .letter = "T",
     .header = text::kTracksHeader,
     .nothing = text::kNoTracks,
-    .uploadLabel = "Upload Traces",
+    .uploadLabel = text::kUploadTracks,
     .headLetter = 'N',
     .head = &GpsControlEvents::TrackHeader,
     .data = &GpsControlEvents::TrackData,
@@ -80,7 +81,7 @@ const StorageTransfers::Kind StorageTransfers::kRoutes = {
     .letter = "R",
     .header = text::kRoutesHeader,
     .nothing = text::kNoRoutes,
-    .uploadLabel = "Upload Routes",
+    .uploadLabel = text::kUploadRoutes,
     .headLetter = 'R',
     .head = &GpsControlEvents::RouteHeader,
     .data = &GpsControlEvents::RouteData,
@@ -252,7 +253,7 @@ UploadFormat storageUploadFormat(const std::string& protocolCode,
 }
 
 std::string storageProtocols(const ConnectionState& state) {
-    return "Donnees au format GPX - " + state.description;
+    return storagetext::kProtocols + state.description;
 }
 
 }  // namespace marlune

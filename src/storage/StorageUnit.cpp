@@ -6,6 +6,7 @@
 #include "host/FilePath.h"
 #include "storage/DeviceDescription.h"
 #include "storage/DriveFolder.h"
+#include "storage/Messages.h"
 #include "storage/NoCase.h"
 #include "storage/WholeFile.h"
 
@@ -58,7 +59,7 @@ std::optional<fs::path> folderOf(DebugTrace& trace, const fs::path& root, const 
     }
     auto folder = insideDrive(root, name);
     if (!folder) {
-        trace.traceLine("Chemin refusé: " + name);
+        trace.traceLine(storagetext::kPathRefused + name);
     }
     return folder;
 }
@@ -124,16 +125,16 @@ bool StorageUnit::identify(Services& services, ConnectionState& state) {
 
 void traceParseError(DebugTrace& trace, const std::string& path, const GpxParseError& error) {
     const GpxParseError::Place& place = error.place();
-    trace.traceLine("Erreur: " + path);
-    trace.traceLine("source:" + place.source);
-    trace.traceLine(std::string("motid: ") + error.what());
-    trace.traceLine("ligne: " + std::to_string(place.line));
-    trace.traceLine("position: " + std::to_string(place.position));
-    trace.traceLine("Position dans le fichier: " + std::to_string(place.offset));
+    trace.traceLine(storagetext::kError + path);
+    trace.traceLine(storagetext::kErrorSource + place.source);
+    trace.traceLine(std::string(storagetext::kErrorText) + error.what());
+    trace.traceLine(storagetext::kErrorLine + std::to_string(place.line));
+    trace.traceLine(storagetext::kErrorPosition + std::to_string(place.position));
+    trace.traceLine(storagetext::kErrorOffset + std::to_string(place.offset));
 }
 
 void traceReadError(DebugTrace& trace, const std::string& path, const std::system_error& error) {
-    trace.traceLine("Erreur: " + path + " - " + systemText(error));
+    trace.traceLine(storagetext::kError + path + " - " + systemText(error));
 }
 
 std::string systemText(const std::system_error& error) {

@@ -60,7 +60,7 @@ void takeWaiting(PortLease& port, std::vector<std::uint8_t>& frame, FrameEnd& en
     }
 }
 
-// The same for the timed read, which counts positions in the whole frame.
+// As FrameEnd, for the timed read, which counts positions in the whole frame.
 class TimedFrameEnd {
 public:
     explicit TimedFrameEnd(std::uint8_t size) : expected_(size + std::size_t{3}) {}

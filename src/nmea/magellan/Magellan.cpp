@@ -143,8 +143,12 @@ bool Magellan::accepts(std::string_view sentence, std::string_view checksum) {
     if (lastTwo(sentence) == checksum) {
         return true;
     }
-    services_.trace.traceLineOf([&] { return nmeatext::kRejected + fromAnsi(sentence); });
+    reject(sentence);
     return false;
+}
+
+void Magellan::reject(std::string_view sentence) {
+    services_.trace.traceLineOf([&] { return nmeatext::kRejected + fromAnsi(sentence); });
 }
 
 void Magellan::endDownload(const char* letter) {
@@ -241,7 +245,7 @@ void Magellan::takeRouteSentence(const std::string& sentence, RouteAssembly& rou
     try {
         phrase = RouteMGN(sentence);
     } catch (const RunTimeError&) {
-        (void)accepts(sentence, {});
+        reject(sentence);
         return;
     }
     routes.take(phrase);

@@ -69,6 +69,7 @@ private:
 
     bool readList(std::string_view prefix, const TakeSentence& take);
     bool accepts(std::string_view sentence, std::string_view checksum);
+    void reject(std::string_view sentence);
     void takeWaypoint(const std::string& sentence, int received);
     void takeTrackPoint(const std::string& sentence, TrackProgress& progress);
     void takeRouteSentence(const std::string& sentence, RouteAssembly& routes);
