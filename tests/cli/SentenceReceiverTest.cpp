@@ -76,22 +76,28 @@ protected:
 
 TEST_F(SentenceReceiverTest, MagellanWaypointsAndTracksGoRound) {
     const BuiltIn first("magellan");
-    ReceiverOptions options = empty();
-    options.baud = 9600;  // at any other speed it hears noise
-    const BuiltIn second("magellan", options, false);
+    const BuiltIn second("magellan", empty(), false);
     const std::string places = run("MGN", first, {"waypoints"});
     EXPECT_EQ(std::count(places.begin(), places.end(), '\n'), 12);
-    EXPECT_EQ(run("MGN;9600", second, {"send-waypoints", file(places)}), places);
-    EXPECT_EQ(run("MGN;9600", second, {"waypoints"}), places);
+    EXPECT_EQ(run("MGN", second, {"send-waypoints", file(places)}), places);
+    EXPECT_EQ(run("MGN", second, {"waypoints"}), places);
 
     // No sentence of an upload has a day, and names go in capitals: the tracks come back dated
     // today, under names that say so.
     const std::string tracks = run("MGN", first, {"tracks"});
     EXPECT_THAT(tracks, StartsWith("N;Montenvers - 14/07/2006\nT;45.924782;6.877033;38912.277"));
-    (void)run("MGN;9600", second, {"send-tracks", file(tracks)});
-    EXPECT_THAT(run("MGN;9600", second, {"tracks"}),
+    (void)run("MGN", second, {"send-tracks", file(tracks)});
+    EXPECT_THAT(run("MGN", second, {"tracks"}),
                 ContainsRegex("^N;MONTENVERS - 14/07/2006 - .*\nT;45.924782;6.877033;"));
     EXPECT_TRUE(second.complaints().empty());
+}
+
+TEST_F(SentenceReceiverTest, MagellanIsHeardAtItsOwnSpeed) {
+    ReceiverOptions options;
+    options.baud = 9600;  // paced: at any other speed it hears noise
+    const BuiltIn receiver("magellan", options, true);
+    EXPECT_THAT(run("MGN;9600", receiver, {"ident"}), HasSubstr("GPSId: "));
+    EXPECT_TRUE(receiver.complaints().empty());
 }
 
 TEST_F(SentenceReceiverTest, MagellanRoutesGoRound) {

@@ -82,8 +82,8 @@ public:
     [[nodiscard]] bool isGone() const override;
     std::size_t read(std::span<std::uint8_t> into) override;
     std::size_t write(std::span<const std::uint8_t> bytes) override;
-    // Discards what has arrived by now, not what is still on its way.
     void settle() override { ++settlings; }
+    // Discards what has arrived by now, not what is still on its way.
     void purge() override;
 
 private:

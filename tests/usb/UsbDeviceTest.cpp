@@ -227,6 +227,7 @@ TEST_F(UsbDeviceTest, CanBeUnpluggedAtAnyTime) {
 
 TEST_F(UsbDeviceTest, UnpluggingEndsARead) {
     plugInAndOpen();
+    // In the middle of it, or just before: the read ends either way, and long before its time.
     std::thread puller([&] { bus_->unplug(); });
     Bytes block(64);
     EXPECT_EQ(device_->readInterruptBlock(block, 60000), -1);
