@@ -1,4 +1,4 @@
-# Sourced by ./run and ./test: installs the packages of the given lists that are not there yet.
+# Sourced by ./run, ./test and ./lint: installs the packages of the given lists that are not there yet.
 install_packages() {
     local missing=() package
     for package in $(grep -hv '^#' "$@"); do

@@ -13,8 +13,8 @@ namespace marlune::cli {
 
 class UploadFile {
 public:
-    // Throws std::runtime_error, with a text for the user, when a GPX file cannot be read or holds
-    // nothing of that kind. Other files are the control's to judge.
+    // Throws std::runtime_error, with a text for the user, when the file cannot be read, or is a
+    // GPX file that holds nothing of that kind. What other files hold is the control's to judge.
     UploadFile(const std::string& path, GpxKind kind);
     UploadFile(const UploadFile&) = delete;
     UploadFile& operator=(const UploadFile&) = delete;

@@ -2,10 +2,10 @@
 // exchanges waypoints, routes, tracks and positions with it.
 //
 // Life: construct, SetGpsMark, setNumPort, gpsConnect, transfers, gpsDisconnect, destroy. Members
-// run to their end on the caller's thread and raise events on it meanwhile; the control is not
-// thread-safe and needs no lock. Members never throw errors of their own: what goes wrong is told
-// to the user in a message box (Host::messageBox), in French, and the member returns false or an
-// empty value.
+// run to their end on the caller's thread and raise events on it meanwhile. A control belongs to
+// one thread and takes no lock; several controls may live on several threads. Members never throw
+// errors of their own: what goes wrong is told to the user in a message box (Host::messageBox), in
+// French, and the member returns false or an empty value.
 //
 // Records are text lines, UTF-8, described in docs/formats.md.
 #pragma once
@@ -71,7 +71,8 @@ public:
     // host and events stay the caller's and must outlive every call of a member, also one that is
     // still running when a handler destroys the control.
     GpsControl(Host& host, GpsControlEvents& events);
-    // The same over other devices than the platform's; the control owns them.
+    // The same over other devices than the platform's, for this tree's own tests; the control owns
+    // them. Their interfaces are not installed.
     GpsControl(Host& host, GpsControlEvents& events, std::unique_ptr<SerialPort> port,
                std::unique_ptr<UsbDevice> usb);
     GpsControl(const GpsControl&) = delete;
@@ -88,7 +89,8 @@ public:
     // multiple of 1200) or "MLR"; any case.
     void SetGpsMark(const std::string& value);
     // Follows the receiver's position: Startpvt, PvtData per position, EndPvt. Runs until
-    // StopPvtData is called in a handler or the receiver falls silent.
+    // StopPvtData is called in a handler or the receiver falls silent; a Magellan receiver may be
+    // silent for as long as it likes.
     bool StartPvtData();
     // Opens the port or the USB device and identifies the receiver. True when that succeeded.
     bool gpsConnect();
@@ -106,7 +108,8 @@ public:
     // Chooses the port that gpsConnect opens.
     void setNumPort(numPort n);
     void StopPvtData();
-    // Aborts a running Garmin transfer: the loop ends after the record in hand.
+    // Aborts a running transfer of a Garmin receiver on a serial line: the loop ends after the
+    // record in hand. Elsewhere it does nothing.
     void StopTransfert();
     // Uploads the records of a text file of lines (docs/formats.md).
     bool SendWaypts(const std::string& Fic);
@@ -116,7 +119,9 @@ public:
     bool SendTraces(const std::string& Fic);
     // Listens to a stream of NMEA sentences that contain NMEACode ("$GPGGA") and carry a position,
     // one PhraseNMEA each, until none came for Delai seconds or StopNMEA is called. It closes the
-    // connection and uses the chosen port at 4800 baud. True when positions came to the end.
+    // connection and uses the chosen port at 4800 baud. True when positions came to the end: a line
+    // that falls silent for a second counts as one without position, so a stream that simply stops
+    // ends in false.
     bool StartNMEA(const std::string& NMEACode, std::int16_t Delai);
     void StopNMEA();
     // Discards what waits in the port's queues. Always returns false.

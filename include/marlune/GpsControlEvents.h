@@ -7,7 +7,7 @@
 //
 // Kind letters: "W" waypoints, "T" tracks, "R" routes, "P" proximity waypoints.
 // sens: "D" for a record that was downloaded, "U" for one that is being uploaded.
-// numitem: the record's position in the transfer, from 1 (Magellan waypoints carry 100).
+// numitem: the record's position in the transfer, from 1 (Magellan waypoints and tracks carry 100).
 #pragma once
 
 #include <cstdint>
@@ -22,7 +22,8 @@ public:
     GpsControlEvents& operator=(const GpsControlEvents&) = delete;
     virtual ~GpsControlEvents() = default;
 
-    // A transfer begins: its kind letter, the announced number of records, a header line.
+    // A transfer begins: its kind letter, the announced number of records (100 when the receiver
+    // announces none), a header line.
     virtual void StartDownload(const std::string& /*DataType*/, std::int16_t /*nbitem*/,
                                const std::string& /*Entete*/) {}
     virtual void StartUpload(const std::string& /*DataType*/, std::int16_t /*nbitem*/,

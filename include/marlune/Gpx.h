@@ -68,6 +68,7 @@ public:
     explicit GpxReader(GpxKind kind, char decimalSeparator = '.')
         : kind_(kind), decimalSeparator_(decimalSeparator) {}
 
+    // Refuses files of more than 256 MiB, as it does those that cannot be read.
     std::vector<std::string> readFile(const std::string& path);
     // The same for a file's content.
     std::vector<std::string> readText(std::string_view content);

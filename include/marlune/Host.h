@@ -15,8 +15,8 @@
 
 namespace marlune {
 
-// The icon of a message box: "critical" for errors, "exclamation" for what the receiver does not
-// support, "information" for notices, "none" for a plain box.
+// The icon of a message box: "critical" for errors, "exclamation" for a receiver without
+// proximity waypoints, "information" for notices, "none" for a plain box.
 enum class BoxIcon { none, critical, exclamation, information };
 
 enum class MousePointer { normal, hourglass };
