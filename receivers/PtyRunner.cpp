@@ -71,6 +71,12 @@ std::vector<std::string> PtyRunner::complaints() const {
 }
 
 void PtyRunner::run() {
+    serve();
+    const std::scoped_lock lock(mutex_);
+    receiver_->end();
+}
+
+void PtyRunner::serve() {
     {
         // A stream may be due before anything is heard.
         const std::scoped_lock lock(mutex_);

@@ -49,6 +49,7 @@ public:
     [[nodiscard]] std::vector<std::string> complaints() const;
 
 private:
+    void serve();
     void wait();
     [[nodiscard]] bool isClogged() const {
         return pacer_.backlog() + unwritten_.size() >= mostAhead_;

@@ -42,6 +42,9 @@ public:
     // Tells the receiver that time has passed. Harmless when nothing is due.
     void elapse(double now);
 
+    // Tells the receiver that its line has come to an end: what is under way is broken off.
+    void end() { ended(); }
+
     // When elapse() must be called next (streams, time-outs); nothing when the receiver only waits
     // for the other end.
     [[nodiscard]] std::optional<double> nextDeadline() const;
@@ -70,6 +73,7 @@ protected:
     // The family's work. Called with what the faults have left of the bytes.
     virtual void heard(std::span<const std::uint8_t> bytes, double now) = 0;
     virtual void elapsed(double /*now*/) {}
+    virtual void ended() {}
     [[nodiscard]] virtual std::optional<double> deadline() const { return std::nullopt; }
     // A well-formed packet or sentence of a kind that no host knows, for the fault of that name.
     [[nodiscard]] virtual std::vector<std::uint8_t> unknownPacket() const = 0;

@@ -24,6 +24,9 @@ ExitStatus OneShot::run() {
     }
     stop_.disconnect();
     saveGpx();
+    if (records_.error() != 0) {
+        fail("standard output: " + std::generic_category().message(records_.error()));
+    }
     return failed_ || records_.broken() ? kFailed : kDone;
 }
 

@@ -32,6 +32,10 @@ std::string checkDecimal(const std::string& text) {
     return text == "." || text == "," ? "" : "\"" + text + "\" is neither . nor ,";
 }
 
+std::string checkFileName(const std::string& text) {
+    return text.empty() ? "an empty name" : "";
+}
+
 std::string checkFolder(const std::string& text) {
     std::error_code error;
     const std::filesystem::directory_iterator readable(text, error);
@@ -117,6 +121,7 @@ private:
     void addDownload(const char* name, const char* description, Action action) {
         add(name, description, action)
             ->add_option("--gpx", options_.gpxFile, "Write the records to a GPX file as well")
+            ->check(checkFileName)
             ->type_name("FILE");
     }
 

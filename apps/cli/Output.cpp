@@ -22,6 +22,7 @@ void Output::write(std::string_view text) {
             text.remove_prefix(static_cast<std::size_t>(taken));
         } else if (errno != EINTR && errno != EAGAIN) {
             broken_ = true;
+            error_ = errno == EPIPE ? 0 : errno;
         }
     }
 }

@@ -18,6 +18,8 @@ public:
 
     // True once a text could not be written to its end.
     [[nodiscard]] bool broken() const { return broken_; }
+    // The system's error when that was not the reader's going away, a full disk for one; else 0.
+    [[nodiscard]] int error() const { return error_; }
     // Looks whether the reader has gone, without writing.
     void checkReader();
 
@@ -29,6 +31,7 @@ private:
     int descriptor_;
     const Interrupt& interrupt_;
     bool broken_ = false;
+    int error_ = 0;
 };
 
 }  // namespace marlune::cli

@@ -10,6 +10,7 @@
 #include <optional>
 #include <system_error>
 
+#include "Signals.h"
 #include "receivers/garmin/GarminUsbReceiver.h"
 #include "receivers/usb/EmulatedUsbBus.h"
 
@@ -39,7 +40,11 @@ public:
         sigset_t none;
         ::sigemptyset(&none);
         posix_spawnattr_setsigmask(&attributes, &none);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
+        sigset_t ignored;
+        ::sigemptyset(&ignored);
+        ::sigaddset(&ignored, SIGPIPE);
+        posix_spawnattr_setsigdefault(&attributes, &ignored);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
         const int error = posix_spawnp(&id_, argv[0], nullptr, &attributes, argv.data(), environ);
         posix_spawnattr_destroy(&attributes);
         if (error != 0) {
@@ -84,8 +89,8 @@ int waitForEnd(EmulatedUsbBus& bus, const ReceiverFunction& function,
             if (const auto status = child->ended()) {
                 return *status;
             }
-        } else if (signal == SIGTERM && child) {
-            child->signal(SIGTERM);
+        } else if ((signal == SIGTERM || signal == SIGHUP) && child) {
+            child->signal(signal);
         } else if (signal != SIGCHLD && !child) {
             return 0;
         }
@@ -96,14 +101,7 @@ int waitForEnd(EmulatedUsbBus& bus, const ReceiverFunction& function,
 }  // namespace
 
 int runOnUsb(const UsbChoices& choices) {
-    sigset_t signals;
-    ::sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGUSR1, SIGCHLD}) {
-        ::sigaddset(&signals, signal);
-    }
-    // Before the bus has its threads, which inherit this.
-    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-
+    const sigset_t signals = blockSignals({SIGUSR1, SIGCHLD});
     ReceiverFunction function(garmin::makeGarminUsbReceiver(choices.receiver), choices.habit);
     EmulatedUsbBus bus(function, {});
     std::optional<Child> child;
@@ -114,6 +112,7 @@ int runOnUsb(const UsbChoices& choices) {
         child.emplace(choices.command);
     }
     const int status = waitForEnd(bus, function, child, signals);
+    bus.locked([&] { function.end(); });
     if (choices.print) {
         print(bus, function);
     }

@@ -13,8 +13,8 @@ struct UsbChoices {
     ReceiverOptions receiver;
     ReceiverFunction::Habit habit = ReceiverFunction::Habit::mixed;
     bool print = false;
-    // The program that sees the bus and its arguments; without one, the bus stands until SIGINT or
-    // SIGTERM and its folder is printed, for programs that are started by other means.
+    // The program that sees the bus and its arguments; without one, the bus stands until SIGINT,
+    // SIGTERM or SIGHUP and its folder is printed, for programs that are started by other means.
     std::vector<std::string> command;
 };
 

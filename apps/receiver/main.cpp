@@ -3,7 +3,8 @@
 // docs/receivers.md is its manual.
 //
 // The path to open stands alone on the first line of the output. SIGUSR1 prints what the receiver
-// holds; SIGINT and SIGTERM end it with status 0, as does a hang-up that was ordered as a fault.
+// holds; SIGINT, SIGTERM and SIGHUP end it with status 0, as does a hang-up that was ordered as a
+// fault.
 #include <pthread.h>
 
 #include <CLI/CLI.hpp>
@@ -19,6 +20,7 @@
 #include <string>
 #include <thread>
 
+#include "Signals.h"
 #include "UsbRun.h"
 #include "receivers/Families.h"
 #include "receivers/Faults.h"
@@ -87,6 +89,10 @@ std::string checkFamily(const std::string& name) {
     return known ? "" : "\"" + name + "\" is none of " + familyNames();
 }
 
+std::string checkFileName(const std::string& name) {
+    return name.empty() ? "an empty name" : "";
+}
+
 std::string unitsHelp() {
     std::ostringstream help;
     for (const Family& family : receiverFamilies()) {
@@ -110,7 +116,9 @@ void describe(CLI::App& app, Choices& choices) {
     app.add_option("--tags", receiver.tags,
                    "and the protocols that it announces, \"A100 D108 ...\"; without them it "
                    "announces none and the published table tells what it speaks");
-    app.add_option("--data", receiver.dataFile, "What it holds, as text lines")->type_name("FILE");
+    app.add_option("--data", receiver.dataFile, "What it holds, as text lines")
+        ->check(checkFileName)
+        ->type_name("FILE");
     app.add_option("--baud", receiver.baud,
                    "Line speed in bits per second; bytes then take their time as on a real line")
         ->check(CLI::IsMember({1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200}));
@@ -125,6 +133,7 @@ void describe(CLI::App& app, Choices& choices) {
         ->type_name("FAULT")
         ->allow_extra_args(false);
     app.add_option("--link", choices.link, "Makes a symbolic link of that name to the pty")
+        ->check(checkFileName)
         ->type_name("PATH");
     app.add_option("--pipes", choices.pipes,
                    "On USB: the input pipe that its packets take: interrupt, bulk or mixed")
@@ -138,7 +147,7 @@ void describe(CLI::App& app, Choices& choices) {
         "is\n"
         "a Garmin unit on a USB bus that only the program behind \"--\" sees:\n"
         "  marlune-receiver --family usb -- marlune waypoints --mark GRM_USB\n"
-        "SIGUSR1 prints what the receiver holds; SIGINT and SIGTERM end it.\n" +
+        "SIGUSR1 prints what the receiver holds; SIGINT, SIGTERM and SIGHUP end it.\n" +
         unitsHelp() + "\n" + Faults::help());
 }
 
@@ -172,13 +181,7 @@ private:
 };
 
 int runReceiver(const Choices& choices) {
-    sigset_t signals;
-    ::sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGUSR1, kEnd}) {
-        ::sigaddset(&signals, signal);
-    }
-    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-
+    const sigset_t signals = blockSignals({SIGUSR1, kEnd});
     const ReceiverOptions& options = choices.receiver;
     PtyRunner runner(receiverFamily(choices.family).make(options),
                      {options.baud.has_value(), choices.link});
@@ -215,6 +218,9 @@ int parseAndRun(int argc, char** argv) {
     }
     if (!choices.command.empty() && choices.family != kUsb) {
         throw std::invalid_argument("only a receiver on USB takes a program to run");
+    }
+    if (!choices.link.empty() && choices.family == kUsb) {
+        throw std::invalid_argument("a receiver on USB has no pseudo-terminal to link to");
     }
     if (!choices.now.empty()) {
         choices.receiver.now = dateOf(choices.now);

@@ -16,6 +16,9 @@ namespace {
 // A frame that stops in its middle for that long, in seconds, is given up.
 constexpr double kStalled = 1.0;
 
+// No unit has room for more than can be announced.
+constexpr std::size_t kMostRecords = 65535;
+
 constexpr RecordKind kKinds[] = {
     RecordKind::waypoint,    RecordKind::routeHeader, RecordKind::routePoint, RecordKind::routeLink,
     RecordKind::trackHeader, RecordKind::trackPoint,  RecordKind::proximity,
@@ -51,6 +54,13 @@ GarminReceiver::GarminReceiver(Settings settings)
       holdings_(abilitiesOf(settings_.unit.tags), settings_.data) {
     if (!(settings_.rate > 0 && settings_.rate <= 1000)) {
         throw std::invalid_argument("the rate lies above 0 and up to 1000 records per second");
+    }
+    for (const Command list :
+         {Command::waypoints, Command::routes, Command::tracks, Command::proximities}) {
+        if (holdings_.listOf(list).value_or(std::vector<Record>()).size() > kMostRecords) {
+            throw std::invalid_argument("the unit has no room for lists of more than " +
+                                        std::to_string(kMostRecords) + " records");
+        }
     }
 }
 
@@ -335,8 +345,7 @@ void GarminReceiver::onUpload(const Packet& packet) {
     }
     const std::optional<RecordKind> kind = kindOf(packet.id);
     if (upload_ && kind) {
-        // No unit has room for more than can be announced.
-        if (upload_->records.size() <= 65535) {
+        if (upload_->records.size() <= kMostRecords) {
             upload_->records.push_back({*kind, packet.data});
         }
     } else if (upload_ && packet.id == dialect_->complete) {

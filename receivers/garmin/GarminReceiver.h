@@ -45,6 +45,7 @@ public:
 protected:
     void heard(std::span<const std::uint8_t> bytes, double now) override;
     void elapsed(double now) override;
+    void ended() override { endTransfer(); }
     [[nodiscard]] std::optional<double> deadline() const override { return pvtDue_; }
     [[nodiscard]] std::vector<std::uint8_t> unknownPacket() const override;
 

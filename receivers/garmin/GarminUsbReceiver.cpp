@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -60,6 +61,11 @@ std::vector<std::uint8_t> GarminUsbReceiver::framed(std::uint8_t id,
 }
 
 std::unique_ptr<VirtualReceiver> makeGarminUsbReceiver(const ReceiverOptions& options) {
+    for (const std::string& fault : options.faults) {
+        if (fault.starts_with("refuse")) {
+            throw std::invalid_argument("\"" + fault + "\": nothing is refused over USB");
+        }
+    }
     return std::make_unique<GarminUsbReceiver>(garminSettings(options));
 }
 

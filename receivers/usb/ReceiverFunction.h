@@ -24,6 +24,8 @@ public:
         : receiver_(std::move(receiver)), habit_(habit) {}
 
     [[nodiscard]] const VirtualReceiver& receiver() const { return *receiver_; }
+    // The receiver's line has come to an end.
+    void end() { receiver_->end(); }
 
     void hostWrote(std::span<const std::uint8_t> message, double now) override {
         receiver_->hear(message, now);

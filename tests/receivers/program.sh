@@ -23,8 +23,30 @@ wait "$pid" || status=$?
 [ "$(grep -c "^W;CUSCO" <&5)" = 2 ] || fail "did not print its lines again at its end"
 [ ! -e "$folder/gps" ] || fail "left its link behind"
 
+# Whoever read the path may close the pipe: the receiver goes on, and clears up when the terminal
+# closes. What was broken off by its end it tells.
+exec 5<&-
+coproc receiver { exec "$program" --unit gps45 --link "$folder/gps" --print 2>"$folder/err"; }
+pid=$receiver_PID
+exec 5<&"${receiver[0]}"
+read -r path <&5
+exec 5<&- {receiver[0]}<&-
+exec 6<>"$path"
+stty raw -echo <&6
+printf '\020\033\002\001\000\342\020\003' >&6  # a count of one record
+head -c 8 <&6 >"$folder/out"                      # its acknowledgement
+exec 6<&-
+kill -USR1 "$pid"
+kill -HUP "$pid"
+status=0
+wait "$pid" || status=$?
+[ "$status" = 0 ] || fail "without a reader it ended with status $status"
+[ ! -e "$folder/gps" ] || fail "left its link behind without a reader"
+grep -q "an upload was broken off" "$folder/err" || fail "said nothing of the broken upload"
+
 for wrong in "--fault nonsense" "--baud 99" "--unit nonesuch" "--family nonesuch" "--tags A100" \
-             "--data $folder/none" "--now yesterday" "--rate 0" "--nonesuch"; do
+             "--data $folder/none" "--now yesterday" "--rate 0" "--nonesuch" \
+             "--family usb --link $folder/usb" "--family usb --fault refuse:packet=1"; do
     status=0
     # shellcheck disable=SC2086  # options and their values
     "$program" $wrong >"$folder/out" 2>"$folder/err" || status=$?

@@ -358,6 +358,11 @@ TEST_F(GarminReceiverTest, HoldsWhatItsRecordsHaveRoomFor) {
     EXPECT_THAT(receiver_->lines(),
                 ElementsAre("W;LONGNA;45;-90;;;18;0", "N;Track 1", "T;0;0;0;;-1", "T;1;1;0;;-1",
                             "N;Track 2", "T;0;0;0;;-1"));
+    std::string crowd;
+    for (int i = 0; i < 65536; ++i) {
+        crowd += "W;" + std::to_string(i) + ";0;0\n";
+    }
+    EXPECT_THROW(start(kAll, crowd), std::invalid_argument) << "more than a count can tell";
 }
 
 TEST_F(GarminReceiverTest, EveryUnitGivesBackWhatItGave) {
