@@ -91,6 +91,7 @@ TEST(MlrWaypoint, KeepsSixCharactersOfName) {
     EXPECT_EQ(waypoint.ident, "É");
     EXPECT_EQ(waypoint.comment, "");
     EXPECT_EQ(GetAttributes_MLR(waypoint, "$GPWPL,4807.038,N,01131.000,E,X"), "");
+    EXPECT_EQ(GetAttributes_MLR(waypoint, "$GPWPL,4807.038,N,0113"), std::nullopt);
     EXPECT_EQ(GetAttributes_MLR(waypoint, "$GPWPL,001e99,N,01131.000,E,X*5A"), std::nullopt);
 }
 

@@ -75,7 +75,11 @@ std::optional<std::string> GetAttributes_MLR(Waypoint& waypoint, std::string_vie
     } catch (const RunTimeError&) {
         return std::nullopt;
     }
-    const std::string_view texts = fields.field(5);
+    constexpr std::size_t kTexts = 5;
+    if (fields.receivedChecksum().empty() && fields.fieldCount() <= kTexts) {
+        return std::nullopt;
+    }
+    const std::string_view texts = fields.field(kTexts);
     waypoint.ident = fromAnsi(texts.substr(0, kNameLength));
     waypoint.comment = fromAnsi(texts.substr(std::min(kNameLength + 1, texts.size())));
     waypoint.symbol = kSymbol;

@@ -20,7 +20,7 @@ namespace marlune {
 
 // Fills the waypoint; the name keeps its blanks, the symbol becomes 18, the altitude stays as it
 // is. Returns what followed "*", unverified, empty when nothing did. A number that does not fit
-// ends the reading there and returns nothing.
+// ends the reading there and returns nothing, as does a sentence cut off in front of its name.
 std::optional<std::string> GetAttributes_MLR(Waypoint& waypoint, std::string_view sentence);
 
 // The waypoint's sentence, ready to be sent; the name is cut or padded to six characters. Raises
