@@ -1,6 +1,7 @@
 #include "receivers/PtyLine.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/inotify.h>
 #include <sys/ioctl.h>
 #include <termios.h>
@@ -172,6 +173,12 @@ std::size_t PtyLine::write(std::span<const std::uint8_t> bytes) const {
     }
     const ssize_t put = ::write(master_, bytes.data(), bytes.size());
     return put < 0 ? 0 : static_cast<std::size_t>(put);
+}
+
+bool PtyLine::hasUnread() const {
+    // Not FIONREAD, which does not count what the kernel is still passing on.
+    pollfd input{slave_, POLLIN, 0};
+    return slave_ >= 0 && ::poll(&input, 1, 0) > 0;
 }
 
 void PtyLine::hangUp() {

@@ -45,7 +45,10 @@ public:
     // is taken, and lost, while nobody has the path open.
     [[nodiscard]] std::size_t write(std::span<const std::uint8_t> bytes) const;
 
-    // Ends the line: the host sees its port disappear.
+    // Whether something written stands there that no host has read yet.
+    [[nodiscard]] bool hasUnread() const;
+
+    // Ends the line: the host sees its port disappear, and what it has not read yet with it.
     void hangUp();
 
 private:

@@ -21,6 +21,11 @@ namespace {
 constexpr std::size_t kAheadPaced = 64;
 constexpr std::size_t kAheadUnpaced = 65536;
 
+// In seconds: how long a host may take to read what was said last before a hang-up, and how often
+// to look.
+constexpr double kLongestReading = 2;
+constexpr double kReadingSlice = 0.002;
+
 }  // namespace
 
 PtyRunner::PtyRunner(std::unique_ptr<VirtualReceiver> receiver, const Options& options)
@@ -87,11 +92,21 @@ void PtyRunner::serve() {
         wait();
         listen();
         speak();
-        if (receiver_->hungUp() && pacer_.backlog() == 0 && unwritten_.empty()) {
+        if (mayHangUp()) {
             line_.hangUp();
             return;
         }
     }
+}
+
+// Hanging up takes away what the host has not read yet, so it is given time to.
+bool PtyRunner::mayHangUp() {
+    if (!receiver_->hungUp() || pacer_.backlog() > 0 || !unwritten_.empty()) {
+        return false;
+    }
+    const double now = clock();
+    hangUpDue_ = hangUpDue_.value_or(now + kLongestReading);
+    return now >= *hangUpDue_ || !line_.hasUnread();
 }
 
 std::optional<double> PtyRunner::nextWake() const {
@@ -102,6 +117,10 @@ std::optional<double> PtyRunner::nextWake() const {
     const std::optional<double> deadline = receiver_->nextDeadline();
     if (deadline && !isClogged()) {
         wake = wake ? std::min(*wake, *deadline) : *deadline;
+    }
+    if (hangUpDue_) {
+        const double look = clock() + kReadingSlice;
+        wake = std::min(wake.value_or(look), look);
     }
     return wake;
 }

@@ -50,6 +50,7 @@ public:
 
 private:
     void serve();
+    [[nodiscard]] bool mayHangUp();
     void wait();
     [[nodiscard]] bool isClogged() const {
         return pacer_.backlog() + unwritten_.size() >= mostAhead_;
@@ -71,6 +72,7 @@ private:
     std::size_t mostAhead_;  // bytes said that the host has not got yet, before streams wait
     int wake_ = -1;
     std::atomic<bool> stopping_ = false;
+    std::optional<double> hangUpDue_;
     std::vector<std::uint8_t> heard_;
     std::vector<std::uint8_t> unwritten_;  // came out of the pacer, found no room in the pty
     std::minstd_rand noise_{1};
