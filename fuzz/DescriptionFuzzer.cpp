@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "Require.h"
-#include "host/FilePath.h"
+#include "base/FilePath.h"
 #include "marlune/Gpx.h"
 #include "storage/DeviceDescription.h"
 #include "storage/DriveFolder.h"

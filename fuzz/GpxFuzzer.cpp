@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "Require.h"
-#include "host/CodePage.h"
+#include "base/CodePage.h"
 #include "marlune/Gpx.h"
 #include "support/TempFolder.h"
 

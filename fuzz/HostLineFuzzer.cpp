@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "Require.h"
+#include "base/CodePage.h"
 #include "cli/host/CommandParser.h"
-#include "host/CodePage.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "host/RunTimeError.h"
+#include "base/RunTimeError.h"
 
 namespace marlune {
 

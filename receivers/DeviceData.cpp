@@ -11,7 +11,7 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "host/CodePage.h"
+#include "base/CodePage.h"
 
 namespace marlune::receivers {
 namespace {

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <utility>
 
-#include "host/WideText_windows.h"
+#include "base/WideText_windows.h"
 
 namespace marlune::activex {
 

@@ -3,6 +3,7 @@
 #include <wrl/client.h>
 
 #include "Bstr.h"
+#include "base/SystemError.h"
 #include "host/Services.h"
 #include "marlune_com.h"
 

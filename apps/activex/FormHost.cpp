@@ -6,7 +6,7 @@
 
 #include <array>
 
-#include "host/WideText_windows.h"
+#include "base/WideText_windows.h"
 
 namespace marlune::activex {
 namespace {

@@ -12,7 +12,7 @@
 #include <system_error>
 #include <vector>
 
-#include "host/CodePage.h"
+#include "base/CodePage.h"
 
 namespace marlune::cli {
 namespace {

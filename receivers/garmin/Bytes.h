@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/CodePage.h"
+#include "base/CodePage.h"
 
 namespace marlune::receivers::garmin {
 

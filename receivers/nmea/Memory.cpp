@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/CodePage.h"
+#include "base/CodePage.h"
 
 namespace marlune::receivers::nmea {
 namespace {

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <numeric>
 
-#include "host/CodePage.h"
+#include "base/CodePage.h"
 
 namespace marlune::receivers::nmea {
 namespace {

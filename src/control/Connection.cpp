@@ -6,6 +6,7 @@
 #include <limits>
 #include <string_view>
 
+#include "base/VersionText.h"
 #include "control/Families.h"
 #include "control/Messages.h"
 #include "garmin/Identification.h"

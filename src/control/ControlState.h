@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "family/ConnectionState.h"
 #include "garmin/GarminState.h"
-#include "host/ConnectionState.h"
 #include "host/Services.h"
 #include "nmea/NmeaState.h"
 #include "nmea/magellan/MagellanState.h"

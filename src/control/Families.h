@@ -4,8 +4,8 @@
 
 #include <string>
 
+#include "base/Contains.h"
 #include "control/ControlState.h"
-#include "host/Contains.h"
 
 namespace marlune {
 

@@ -1,9 +1,9 @@
 #include "control/Transfers.h"
 
+#include "base/RunTimeError.h"
 #include "garmin/Messages.h"
 #include "garmin/UploadFiles.h"
 #include "garmin/values/Fichier.h"
-#include "host/RunTimeError.h"
 #include "storage/StorageTransfers.h"
 
 namespace marlune {

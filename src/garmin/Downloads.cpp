@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 
+#include "base/RunTimeError.h"
 #include "garmin/Identification.h"
 #include "garmin/Messages.h"
 #include "garmin/link/PacketIds.h"
-#include "host/RunTimeError.h"
 
 namespace marlune {
 namespace {

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
+#include "family/ConnectionState.h"
 #include "garmin/GarminState.h"
 #include "garmin/link/GarminLink.h"
-#include "host/ConnectionState.h"
 #include "host/Services.h"
 
 namespace marlune {

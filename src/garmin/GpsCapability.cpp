@@ -6,8 +6,8 @@
 #include <optional>
 #include <string_view>
 
+#include "base/CodePage.h"
 #include "garmin/values/LineFields.h"
-#include "host/CodePage.h"
 #include "resources/ProductTable.h"
 
 namespace marlune {

@@ -4,10 +4,10 @@
 #include <array>
 #include <string>
 
+#include "base/CodePage.h"
 #include "garmin/Messages.h"
 #include "garmin/link/PacketIds.h"
 #include "garmin/values/NumberText.h"
-#include "host/CodePage.h"
 
 namespace marlune {
 namespace {

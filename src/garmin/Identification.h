@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <span>
 
+#include "family/ConnectionState.h"
 #include "garmin/GarminState.h"
 #include "garmin/link/GarminLink.h"
-#include "host/ConnectionState.h"
 #include "host/Services.h"
 
 namespace marlune {

@@ -2,13 +2,13 @@
 
 #include <span>
 
+#include "base/RunTimeError.h"
 #include "garmin/Identification.h"
 #include "garmin/Messages.h"
 #include "garmin/link/PacketIds.h"
 #include "garmin/records/Waypoint.h"
 #include "garmin/values/Nombre.h"
 #include "garmin/values/jour.h"
-#include "host/RunTimeError.h"
 
 namespace marlune {
 

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string>
 
+#include "family/ConnectionState.h"
 #include "garmin/link/GarminLink.h"
 #include "garmin/records/PvtData.h"
-#include "host/ConnectionState.h"
 #include "host/Services.h"
 
 namespace marlune {

@@ -6,10 +6,11 @@
 #include <optional>
 #include <utility>
 
+#include "base/CodePage.h"
+#include "base/FilePath.h"
+#include "base/RunTimeError.h"
+#include "base/SystemError.h"
 #include "garmin/values/Fichier.h"
-#include "host/CodePage.h"
-#include "host/FilePath.h"
-#include "host/RunTimeError.h"
 #include "host/Services.h"
 
 namespace marlune {

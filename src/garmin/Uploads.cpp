@@ -4,9 +4,9 @@
 #include <limits>
 #include <utility>
 
+#include "base/RunTimeError.h"
 #include "garmin/Messages.h"
 #include "garmin/link/PacketIds.h"
-#include "host/RunTimeError.h"
 
 namespace marlune {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
-#include "host/CodePage.h"
-#include "host/FilePath.h"
+#include "base/CodePage.h"
+#include "base/FilePath.h"
 
 namespace marlune {
 

@@ -6,7 +6,7 @@
 #include <thread>
 #include <utility>
 
-#include "host/DateText.h"
+#include "base/DateText.h"
 #include "host/FolderDrive.h"
 #include "host/Platform.h"
 

@@ -5,9 +5,9 @@
 #include <array>
 #include <filesystem>
 
-#include "host/FilePath.h"
+#include "base/FilePath.h"
+#include "base/WideText_windows.h"
 #include "host/Platform.h"
-#include "host/WideText_windows.h"
 
 namespace marlune::platform {
 namespace {

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 
-#include "host/CodePage.h"
-#include "host/ConnectionState.h"
+#include "base/CodePage.h"
+#include "base/SystemError.h"
+#include "base/VersionText.h"
+#include "family/ConnectionState.h"
 #include "nmea/Messages.h"
 #include "nmea/Sentence.h"
 #include "nmea/Waiting.h"

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "base/CodePage.h"
 #include "garmin/values/NumberText.h"
-#include "host/CodePage.h"
 #include "nmea/NmeaPacket.h"
 #include "nmea/Sentence.h"
 

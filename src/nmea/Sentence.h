@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/Contains.h"
+#include "base/Contains.h"
 
 namespace marlune {
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "base/CodePage.h"
 #include "garmin/values/LineFields.h"
-#include "host/CodePage.h"
 #include "nmea/Messages.h"
 #include "nmea/Sentence.h"
 #include "nmea/Waiting.h"

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "host/CodePage.h"
+#include "base/CodePage.h"
 #include "nmea/Messages.h"
 #include "nmea/RouteAssembly.h"
 #include "nmea/Waiting.h"

@@ -2,7 +2,8 @@
 
 #include <utility>
 
-#include "host/CodePage.h"
+#include "base/CodePage.h"
+#include "base/SystemError.h"
 
 namespace marlune {
 

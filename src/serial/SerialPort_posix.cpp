@@ -16,7 +16,7 @@
 #include "serial/ReadAhead.h"
 #include "serial/ReadDeadline.h"
 #include "serial/SerialPort.h"
-#include "serial/TerminalLine_posix.h"
+#include "serial/TerminalLine_linux.h"
 
 namespace marlune {
 namespace {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 
+#include "base/VersionText.h"
 #include "storage/GpxValues.h"
 #include "storage/XmlText.h"
 

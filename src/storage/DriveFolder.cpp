@@ -4,7 +4,7 @@
 #include <string>
 #include <system_error>
 
-#include "host/FilePath.h"
+#include "base/FilePath.h"
 #include "storage/NoCase.h"
 
 namespace marlune {

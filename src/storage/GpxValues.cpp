@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "host/CodePage.h"
+#include "base/CodePage.h"
 
 namespace marlune {
 namespace {

@@ -4,9 +4,10 @@
 #include <pugixml.hpp>
 #include <system_error>
 
+#include "base/FilePath.h"
+#include "base/SystemError.h"
 #include "garmin/values/LineFields.h"
 #include "garmin/values/NumberText.h"
-#include "host/FilePath.h"
 #include "host/Services.h"
 #include "marlune/Gpx.h"
 #include "storage/GpxValues.h"

@@ -4,8 +4,8 @@
 #include <limits>
 #include <system_error>
 
+#include "base/FilePath.h"
 #include "garmin/Messages.h"
-#include "host/FilePath.h"
 #include "storage/DriveFolder.h"
 #include "storage/Messages.h"
 #include "storage/NoCase.h"

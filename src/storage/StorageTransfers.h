@@ -8,8 +8,8 @@
 #include <system_error>
 #include <vector>
 
+#include "family/ConnectionState.h"
 #include "garmin/UploadFiles.h"
-#include "host/ConnectionState.h"
 #include "host/Services.h"
 #include "marlune/Gpx.h"
 #include "storage/StorageUnit.h"

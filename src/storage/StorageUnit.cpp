@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <system_error>
 
-#include "host/FilePath.h"
+#include "base/FilePath.h"
+#include "base/SystemError.h"
 #include "storage/DeviceDescription.h"
 #include "storage/DriveFolder.h"
 #include "storage/Messages.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <system_error>
 
-#include "host/ConnectionState.h"
+#include "family/ConnectionState.h"
 #include "host/Services.h"
 #include "marlune/Gpx.h"
 

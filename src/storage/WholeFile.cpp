@@ -5,7 +5,8 @@
 #include <system_error>
 #include <vector>
 
-#include "host/FilePath.h"
+#include "base/FilePath.h"
+#include "base/SystemError.h"
 #include "host/Services.h"
 #include "storage/GpxValues.h"
 

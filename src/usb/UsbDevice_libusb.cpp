@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/SystemError.h"
 #include "host/DebugTrace.h"
 #include "host/Services.h"
 #include "usb/BlockTrace.h"

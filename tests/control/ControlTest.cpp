@@ -1,6 +1,7 @@
 // The control as a host sees it: marks, ports, connecting, what unknown families answer.
 #include <gtest/gtest.h>
 
+#include "base/SystemError.h"
 #include "host/Services.h"
 #include "support/Dialogue.h"
 

@@ -3,11 +3,11 @@
 
 #include <array>
 
+#include "base/RunTimeError.h"
 #include "garmin/GarminState.h"
 #include "garmin/Identification.h"
 #include "garmin/link/GpsPacket.h"
 #include "garmin/link/SerialGarminLink.h"
-#include "host/RunTimeError.h"
 #include "support/Dialogue.h"
 #include "support/TracedServices.h"
 

@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <regex>
 
-#include "host/DateText.h"
+#include "base/DateText.h"
+#include "base/FilePath.h"
 #include "host/DebugTrace.h"
-#include "host/FilePath.h"
 #include "support/TempFolder.h"
 
 namespace marlune {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/SystemError.h"
 #include "host/Services.h"
 #include "marlune/SystemHost.h"
 #include "support/TempFolder.h"

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "host/MountedDrives_posix.h"
+#include "host/MountedDrives_linux.h"
 #include "host/UserFolders_posix.h"
 #include "marlune/SystemHost.h"
 #include "support/TempFolder.h"

@@ -1,7 +1,7 @@
 // The MLR transfers as dialogues.
 #include <gtest/gtest.h>
 
-#include "host/RunTimeError.h"
+#include "base/RunTimeError.h"
 #include "nmea/SentenceStage.h"
 #include "nmea/mlr/Mlr.h"
 

@@ -1,6 +1,7 @@
 // The listener: which sentences it reports, when it ends, and what it leaves behind.
 #include <gtest/gtest.h>
 
+#include "base/SystemError.h"
 #include "nmea/NmeaListener.h"
 #include "nmea/SentenceStage.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/RunTimeError.h"
+#include "base/RunTimeError.h"
 #include "nmea/NmeaPacket.h"
 #include "nmea/RouteSentence.h"
 #include "nmea/magellan/FixSentence.h"

@@ -16,7 +16,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/ConnectionState.h"
+#include "family/ConnectionState.h"
 #include "nmea/NmeaState.h"
 #include "nmea/magellan/MagellanState.h"
 #include "nmea/mlr/MlrState.h"

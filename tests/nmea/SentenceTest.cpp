@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/RunTimeError.h"
+#include "base/RunTimeError.h"
 #include "nmea/Geo.h"
 #include "nmea/NmeaPacket.h"
 #include "nmea/Sentence.h"

@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "ErrorOf.h"
-#include "host/FilePath.h"
+#include "base/FilePath.h"
 #include "marlune/Gpx.h"
 #include "support/TempFolder.h"
 

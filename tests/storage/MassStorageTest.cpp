@@ -4,8 +4,9 @@
 
 #include <filesystem>
 
+#include "base/FilePath.h"
+#include "base/VersionText.h"
 #include "garmin/UploadFiles.h"
-#include "host/FilePath.h"
 #include "storage/DeviceDescription.h"
 #include "storage/DriveFolder.h"
 #include "storage/StorageTransfers.h"

@@ -4,7 +4,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "host/DateText.h"
+#include "base/DateText.h"
 
 namespace marlune {
 namespace {

@@ -5,7 +5,7 @@
 #include <random>
 #include <system_error>
 
-#include "host/FilePath.h"
+#include "base/FilePath.h"
 
 namespace marlune {
 

@@ -9,6 +9,7 @@
 #include <optional>
 #include <thread>
 
+#include "base/SystemError.h"
 #include "host/Services.h"
 #include "receivers/usb/EmulatedUsbBus.h"
 #include "support/OrdinaryUser_posix.h"

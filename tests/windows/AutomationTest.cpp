@@ -7,7 +7,7 @@
 #include <iterator>
 
 #include "Control.h"
-#include "host/WideText_windows.h"
+#include "base/WideText_windows.h"
 #include "marlune_com.h"
 
 namespace marlune {

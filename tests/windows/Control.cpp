@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/WideText_windows.h"
+#include "base/WideText_windows.h"
 
 namespace marlune {
 namespace {

@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "Control.h"
-#include "host/WideText_windows.h"
+#include "base/WideText_windows.h"
 
 namespace marlune {
 namespace {

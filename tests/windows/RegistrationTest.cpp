@@ -5,7 +5,7 @@
 
 #include "Control.h"
 #include "Library.h"
-#include "host/WideText_windows.h"
+#include "base/WideText_windows.h"
 
 namespace marlune {
 namespace {

@@ -23,7 +23,7 @@
 
 #include "BoxReader.h"
 #include "EventSink.h"
-#include "host/WideText_windows.h"
+#include "base/WideText_windows.h"
 
 namespace marlune {
 namespace {

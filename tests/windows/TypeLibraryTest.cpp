@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Control.h"
-#include "host/WideText_windows.h"
+#include "base/WideText_windows.h"
 
 namespace marlune {
 namespace {

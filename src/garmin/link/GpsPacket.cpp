@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "host/RunTimeError.h"
+#include "base/RunTimeError.h"
 
 namespace marlune {
 

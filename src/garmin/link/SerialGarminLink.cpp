@@ -5,9 +5,9 @@
 #include <cmath>
 #include <string>
 
+#include "base/RunTimeError.h"
 #include "garmin/link/GpsPacket.h"
 #include "garmin/link/PacketIds.h"
-#include "host/RunTimeError.h"
 
 namespace marlune {
 namespace {

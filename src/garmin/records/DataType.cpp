@@ -4,7 +4,7 @@
 #include <array>
 #include <charconv>
 
-#include "host/RunTimeError.h"
+#include "base/RunTimeError.h"
 #include "resources/WaypointLayouts.h"
 
 namespace marlune {

@@ -3,10 +3,10 @@
 #include <limits>
 #include <utility>
 
+#include "base/CodePage.h"
 #include "garmin/values/ByteAccess.h"
 #include "garmin/values/LineFields.h"
 #include "garmin/values/NumberText.h"
-#include "host/CodePage.h"
 
 namespace marlune {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "base/CodePage.h"
 #include "garmin/values/ByteAccess.h"
 #include "garmin/values/Nombre.h"
-#include "host/CodePage.h"
 
 namespace marlune {
 namespace {

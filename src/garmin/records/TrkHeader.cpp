@@ -1,9 +1,9 @@
 #include "garmin/records/TrkHeader.h"
 
+#include "base/CodePage.h"
 #include "garmin/values/ByteAccess.h"
 #include "garmin/values/LineFields.h"
 #include "garmin/values/Nombre.h"
-#include "host/CodePage.h"
 
 namespace marlune {
 namespace {

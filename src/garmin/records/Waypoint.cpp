@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/CodePage.h"
 #include "garmin/values/ByteAccess.h"
 #include "garmin/values/Chaine.h"
 #include "garmin/values/DegreeMinuteText.h"
@@ -10,7 +11,6 @@
 #include "garmin/values/Nombre.h"
 #include "garmin/values/NumberText.h"
 #include "garmin/values/Semicircles.h"
-#include "host/CodePage.h"
 
 namespace marlune {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "host/CodePage.h"
-#include "host/RunTimeError.h"
+#include "base/CodePage.h"
+#include "base/RunTimeError.h"
 
 namespace marlune {
 namespace {

@@ -1,6 +1,6 @@
 #include "garmin/values/Chaine.h"
 
-#include "host/CodePage.h"
+#include "base/CodePage.h"
 
 namespace marlune {
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "host/FilePath.h"
+#include "base/FilePath.h"
 
 namespace marlune {
 

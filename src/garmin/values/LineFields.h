@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/RunTimeError.h"
+#include "base/RunTimeError.h"
 
 namespace marlune {
 

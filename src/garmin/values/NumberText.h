@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/RunTimeError.h"
+#include "base/RunTimeError.h"
 
 namespace marlune {
 

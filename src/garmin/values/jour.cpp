@@ -7,10 +7,10 @@
 #include <cmath>
 #include <string>
 
+#include "base/CodePage.h"
 #include "garmin/values/ByteAccess.h"
 #include "garmin/values/LineFields.h"
 #include "garmin/values/NumberText.h"
-#include "host/CodePage.h"
 
 namespace marlune {
 namespace {

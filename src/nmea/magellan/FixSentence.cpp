@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "base/RunTimeError.h"
 #include "garmin/values/NumberText.h"
-#include "host/RunTimeError.h"
 #include "nmea/PositionFields.h"
 #include "nmea/Sentence.h"
 #include "nmea/magellan/TimeFields.h"

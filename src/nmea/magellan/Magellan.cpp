@@ -7,10 +7,10 @@
 #include <utility>
 #include <variant>
 
+#include "base/CodePage.h"
+#include "base/DateText.h"
+#include "base/RunTimeError.h"
 #include "garmin/values/LineFields.h"
-#include "host/CodePage.h"
-#include "host/DateText.h"
-#include "host/RunTimeError.h"
 #include "nmea/Messages.h"
 #include "nmea/NmeaPacket.h"
 #include "nmea/RouteAssembly.h"

@@ -11,10 +11,10 @@
 #include <string_view>
 #include <vector>
 
+#include "family/ConnectionState.h"
 #include "garmin/UploadFiles.h"
 #include "garmin/records/Route.h"
 #include "garmin/records/Waypoint.h"
-#include "host/ConnectionState.h"
 #include "host/Services.h"
 #include "nmea/NmeaState.h"
 #include "nmea/SentenceReader.h"

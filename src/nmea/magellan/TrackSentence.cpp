@@ -5,10 +5,10 @@
 #include <cmath>
 #include <cstddef>
 
+#include "base/CodePage.h"
+#include "base/DateText.h"
+#include "base/RunTimeError.h"
 #include "garmin/values/NumberText.h"
-#include "host/CodePage.h"
-#include "host/DateText.h"
-#include "host/RunTimeError.h"
 #include "nmea/Geo.h"
 #include "nmea/NmeaPacket.h"
 #include "nmea/PositionFields.h"

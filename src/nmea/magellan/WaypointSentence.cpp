@@ -2,9 +2,9 @@
 
 #include <cmath>
 
+#include "base/CodePage.h"
+#include "base/RunTimeError.h"
 #include "garmin/values/NumberText.h"
-#include "host/CodePage.h"
-#include "host/RunTimeError.h"
 #include "nmea/Geo.h"
 #include "nmea/NmeaPacket.h"
 #include "nmea/PositionFields.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "host/CodePage.h"
+#include "base/CodePage.h"
 #include "nmea/Messages.h"
 #include "nmea/Sentence.h"
 #include "nmea/Waiting.h"

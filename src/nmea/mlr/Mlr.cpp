@@ -4,10 +4,10 @@
 #include <cstddef>
 #include <utility>
 
+#include "base/CodePage.h"
+#include "base/RunTimeError.h"
 #include "garmin/values/LineFields.h"
 #include "garmin/values/NumberText.h"
-#include "host/CodePage.h"
-#include "host/RunTimeError.h"
 #include "nmea/Messages.h"
 #include "nmea/RouteAssembly.h"
 #include "nmea/RouteSentence.h"

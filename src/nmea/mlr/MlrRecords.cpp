@@ -4,11 +4,11 @@
 #include <array>
 #include <vector>
 
+#include "base/CodePage.h"
+#include "base/RunTimeError.h"
 #include "garmin/values/LineFields.h"
 #include "garmin/values/NumberText.h"
 #include "garmin/values/jour.h"
-#include "host/CodePage.h"
-#include "host/RunTimeError.h"
 #include "nmea/Geo.h"
 #include "nmea/NmeaPacket.h"
 #include "nmea/PositionFields.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "base/CodePage.h"
 #include "garmin/records/PvtData.h"
-#include "host/CodePage.h"
 #include "support/Image.h"
 #include "support/TracedServices.h"
 

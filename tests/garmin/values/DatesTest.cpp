@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "base/DateText.h"
 #include "garmin/values/ErrorOf.h"
 #include "garmin/values/jour.h"
-#include "host/DateText.h"
 
 namespace marlune {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/RunTimeError.h"
+#include "base/RunTimeError.h"
 
 namespace marlune {
 

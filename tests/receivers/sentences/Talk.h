@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/CodePage.h"
+#include "base/CodePage.h"
 #include "receivers/DeviceData.h"
 #include "receivers/VirtualReceiver.h"
 

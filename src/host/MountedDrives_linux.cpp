@@ -1,4 +1,4 @@
-#include "host/MountedDrives_posix.h"
+#include "host/MountedDrives_linux.h"
 
 #include <mntent.h>
 

@@ -1,4 +1,4 @@
-#include "host/RunTimeError.h"
+#include "base/RunTimeError.h"
 
 namespace marlune {
 namespace {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
 
-#include "serial/TerminalLine_posix.h"
+#include "serial/TerminalLine_linux.h"
 #include "support/Pty.h"
 
 namespace marlune {

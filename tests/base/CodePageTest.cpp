@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "host/CodePage.h"
+#include "base/CodePage.h"
 
 namespace marlune {
 namespace {

@@ -1,10 +1,8 @@
-#include "host/ConnectionState.h"
+#include "family/ConnectionState.h"
+
+#include "base/VersionText.h"
 
 namespace marlune {
-
-std::string versionText() {
-    return MARLUNE_VERSION;
-}
 
 std::string identText(const ConnectionState& state) {
     return "Marlune Version " + versionText() + " -  GPSId: " + state.productId +

@@ -1,4 +1,4 @@
-#include "host/CodePage.h"
+#include "base/CodePage.h"
 
 #include <algorithm>
 #include <array>

@@ -22,7 +22,4 @@ struct ConnectionState {
 // "Marlune Version 1.0.0 -  GPSId: ... Version: ... - ...".
 std::string identText(const ConnectionState& state);
 
-// This library's version as "major.minor.revision".
-std::string versionText();
-
 }  // namespace marlune

@@ -1,4 +1,4 @@
-#include "host/FilePath.h"
+#include "base/FilePath.h"
 
 namespace marlune {
 

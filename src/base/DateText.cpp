@@ -1,4 +1,4 @@
-#include "host/DateText.h"
+#include "base/DateText.h"
 
 #include <chrono>
 #include <cmath>

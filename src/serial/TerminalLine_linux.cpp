@@ -1,6 +1,6 @@
 // The kernel's own structure is used, because the C library's has no place for a rate that is not
 // one of its constants, and the two declarations exclude each other in one file.
-#include "serial/TerminalLine_posix.h"
+#include "serial/TerminalLine_linux.h"
 
 #include <asm/termbits.h>
 #include <sys/ioctl.h>

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "host/MountedDrives_posix.h"
+#include "host/MountedDrives_linux.h"
 #include "host/Platform.h"
 #include "host/UserFolders_posix.h"
 

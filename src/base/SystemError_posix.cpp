@@ -1,8 +1,8 @@
 #include <cerrno>
 #include <system_error>
 
-#include "host/CodePage.h"
-#include "host/Services.h"
+#include "base/CodePage.h"
+#include "base/SystemError.h"
 
 namespace marlune {
 

@@ -2,9 +2,9 @@
 
 #include <array>
 
-#include "host/CodePage.h"
-#include "host/Services.h"
-#include "host/WideText_windows.h"
+#include "base/CodePage.h"
+#include "base/SystemError.h"
+#include "base/WideText_windows.h"
 
 namespace marlune {
 

@@ -1,0 +1,9 @@
+#include "base/VersionText.h"
+
+namespace marlune {
+
+std::string versionText() {
+    return MARLUNE_VERSION;
+}
+
+}  // namespace marlune
