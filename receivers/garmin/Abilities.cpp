@@ -114,7 +114,6 @@ Abilities abilitiesOf(const std::string& tags) {
         abilities.time |= protocol == "A600";
         abilities.position |= protocol == "A700";
         abilities.pvt |= protocol == "A800";
-        abilities.panel |= protocol == "L002" || protocol == "A011";
     }
     return abilities;
 }

@@ -19,8 +19,6 @@ struct Abilities {
     bool time = false;
     bool position = false;
     bool pvt = false;
-    // Also understands the packet ids and commands of panel-mounted aviation units (L002, A011).
-    bool panel = false;
 };
 
 // Throws std::invalid_argument naming the tag that cannot be: not a letter and three digits, or a

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -19,10 +20,14 @@ constexpr double kStalled = 1.0;
 // No unit has room for more than can be announced.
 constexpr std::size_t kMostRecords = 65535;
 
-constexpr RecordKind kKinds[] = {
-    RecordKind::waypoint,    RecordKind::routeHeader, RecordKind::routePoint, RecordKind::routeLink,
-    RecordKind::trackHeader, RecordKind::trackPoint,  RecordKind::proximity,
-};
+bool isRecord(std::uint8_t id) {
+    constexpr RecordKind kKinds[] = {
+        RecordKind::waypoint,  RecordKind::routeHeader, RecordKind::routePoint,
+        RecordKind::routeLink, RecordKind::trackHeader, RecordKind::trackPoint,
+        RecordKind::proximity,
+    };
+    return std::find(std::begin(kKinds), std::end(kKinds), RecordKind{id}) != std::end(kKinds);
+}
 
 std::vector<std::uint8_t> bytesOf(int number) {
     return {static_cast<std::uint8_t>(number & 0xFF),
@@ -163,11 +168,9 @@ void GarminReceiver::onAck(const Packet& packet) {
 }
 
 void GarminReceiver::onRequest(const Packet& packet, double now) {
-    const bool panel = holdings_.abilities().panel;
     if (packet.id == kProductRequest) {
         sendProduct();
-    } else if (packet.id == kHandHeld.command || (panel && packet.id == kPanel.command)) {
-        dialect_ = packet.id == kHandHeld.command ? &kHandHeld : &kPanel;
+    } else if (packet.id == kCommand) {
         onCommand(packet, now);
     } else {
         onUpload(packet);
@@ -232,7 +235,7 @@ void GarminReceiver::onCommand(const Packet& packet, double now) {
     endTransfer();
     const int high = packet.data.size() > 1 ? packet.data[1] : 0;
     const int code = packet.data.empty() ? -1 : packet.data[0] + 256 * high;
-    const Command command = dialect_->meaning(code);
+    const auto command = static_cast<Command>(code);
     if (const auto list = holdings_.listOf(command)) {
         sendRecords(*list, packet);
         return;
@@ -262,36 +265,39 @@ void GarminReceiver::onCommand(const Packet& packet, double now) {
             off_ = true;
             pvtDue_.reset();
             break;
-        case Command::none:
-            complain("unknown command " + std::to_string(code));
-            break;
-        default:
+        case Command::almanac:
+        case Command::proximities:
+        case Command::routes:
+        case Command::tracks:
+        case Command::waypoints:
             break;  // a list that the unit lacks: passed over
+        default:
+            complain("unknown command " + std::to_string(code));
     }
 }
 
 void GarminReceiver::sendRecords(const std::vector<Record>& records, const Packet& command) {
     std::vector<Packet> packets;
     packets.reserve(records.size() + 2);
-    packets.push_back({dialect_->records, bytesOf(static_cast<int>(records.size()))});
+    packets.push_back({kRecordsCount, bytesOf(static_cast<int>(records.size()))});
     for (const Record& record : records) {
-        packets.push_back({idOf(record.kind), record.data});
+        packets.push_back({static_cast<std::uint8_t>(record.kind), record.data});
     }
-    packets.push_back({dialect_->complete, {command.data[0], 0}});
+    packets.push_back({kComplete, {command.data[0], 0}});
     send(std::move(packets));
 }
 
 void GarminReceiver::sendTime(double now) {
     if (holdings_.abilities().time) {
         const double date = settings_.date + (now - *started_) / 86400;
-        send({{dialect_->date, dateRecord(date)}});
+        send({{kDate, dateRecord(date)}});
     }
 }
 
 void GarminReceiver::sendPosition(double now) {
     if (holdings_.abilities().position) {
         const Motion motion = walk(whereabouts(holdings_.data().places), now - *started_);
-        send({{dialect_->position, positionRecord(motion)}});
+        send({{kPosition, positionRecord(motion)}});
     }
 }
 
@@ -301,54 +307,17 @@ void GarminReceiver::sendPvt(double now) {
     sayPacket(kPvt, pvtRecord(motion, settings_.date + seconds / 86400));
 }
 
-std::uint8_t GarminReceiver::idOf(RecordKind kind) const {
-    switch (kind) {
-        case RecordKind::waypoint:
-            return dialect_->waypoint;
-        case RecordKind::routeHeader:
-            return dialect_->routeHeader;
-        case RecordKind::routePoint:
-            return dialect_->routePoint;
-        case RecordKind::routeLink:
-            return dialect_->routeLink;
-        case RecordKind::trackHeader:
-            return dialect_->trackHeader;
-        case RecordKind::trackPoint:
-            return dialect_->trackPoint;
-        case RecordKind::proximity:
-            return dialect_->proximity;
-    }
-    return 0;
-}
-
-std::optional<RecordKind> GarminReceiver::kindOf(std::uint8_t id) const {
-    for (const RecordKind kind : kKinds) {
-        if (id != 0 && idOf(kind) == id) {
-            return kind;
-        }
-    }
-    return std::nullopt;
-}
-
-bool GarminReceiver::isRecordsCount(const Packet& packet) const {
-    const bool panel = holdings_.abilities().panel && packet.id == kPanel.records;
-    // The ids of the two dialects overlap; the size tells a count from a record.
-    return packet.data.size() == 2 && (packet.id == kHandHeld.records || panel);
-}
-
 void GarminReceiver::onUpload(const Packet& packet) {
-    if (isRecordsCount(packet)) {
+    if (packet.id == kRecordsCount && packet.data.size() == 2) {
         endTransfer();
-        dialect_ = packet.id == kHandHeld.records ? &kHandHeld : &kPanel;
         upload_ = Upload{static_cast<std::size_t>(packet.data[0] + 256 * packet.data[1]), {}};
         return;
     }
-    const std::optional<RecordKind> kind = kindOf(packet.id);
-    if (upload_ && kind) {
+    if (upload_ && isRecord(packet.id)) {
         if (upload_->records.size() <= kMostRecords) {
-            upload_->records.push_back({*kind, packet.data});
+            upload_->records.push_back({RecordKind{packet.id}, packet.data});
         }
-    } else if (upload_ && packet.id == dialect_->complete) {
+    } else if (upload_ && packet.id == kComplete) {
         storeUpload();
     } else {
         complain("packet " + std::to_string(packet.id) + " came out of turn");

@@ -19,9 +19,9 @@
 
 #include "receivers/DeviceData.h"
 #include "receivers/VirtualReceiver.h"
-#include "receivers/garmin/Dialect.h"
 #include "receivers/garmin/Frame.h"
 #include "receivers/garmin/Holdings.h"
+#include "receivers/garmin/PacketIds.h"
 #include "receivers/garmin/Units.h"
 
 namespace marlune::receivers::garmin {
@@ -83,9 +83,6 @@ private:
     void sendPvt(double now);
     void endTransfer();
 
-    [[nodiscard]] bool isRecordsCount(const Packet& packet) const;
-    [[nodiscard]] std::uint8_t idOf(RecordKind kind) const;
-    [[nodiscard]] std::optional<RecordKind> kindOf(std::uint8_t id) const;
     void storeUpload();
 
     Settings settings_;
@@ -95,7 +92,6 @@ private:
     double lastHeard_ = 0;
     std::optional<double> started_;  // the clock when the date was settings_.date
     bool off_ = false;
-    const Dialect* dialect_ = &kHandHeld;  // of the request under way
 
     std::vector<Packet> outgoing_;  // what is being sent; one packet at a time awaits its ACK
     std::size_t current_ = 0;

@@ -17,18 +17,19 @@
 
 #include "receivers/DeviceData.h"
 #include "receivers/garmin/Abilities.h"
-#include "receivers/garmin/Dialect.h"
+#include "receivers/garmin/PacketIds.h"
 
 namespace marlune::receivers::garmin {
 
-enum class RecordKind {
-    waypoint,
-    routeHeader,
-    routePoint,
-    routeLink,
-    trackHeader,
-    trackPoint,
-    proximity
+// A kind's value is the id of its packets.
+enum class RecordKind : std::uint8_t {
+    proximity = 19,
+    routeHeader = 29,
+    routePoint = 30,
+    trackPoint = 34,
+    waypoint = 35,
+    routeLink = 98,
+    trackHeader = 99
 };
 
 struct Record {

@@ -99,7 +99,7 @@ std::vector<GarminUnit> makeUnits() {
         ofTable("gps90", "D152, aviation", 45, 306, "GPS 90"),
         ofTable("map195", "D154, aviation", 48, 230, "MAP 195"),
         ofTable("gps3pilot", "D155, aviation", 71, 206, "GPS III Pilot"),
-        ofTable("gps155", "D150, panel-mounted aviation unit", 34, 304, "GPS 155"),
+        ofTable("gps155", "D150, aviation", 34, 304, "GPS 155"),
         ofTable("unknown", "in no table: the generic entry holds", 990, 100, "GPS"),
     };
     units.front().further = {"WORLDWIDE AUTOROUTE DEM BASEMAP", "BAUD 9600"};

@@ -330,21 +330,6 @@ TEST_F(GarminReceiverTest, WondersAboutWhatIsWrongWithAnUpload) {
     EXPECT_THAT(receiver_->complaints()[4], HasSubstr("broken off"));
 }
 
-TEST_F(GarminReceiverTest, PanelUnitsKnowTheirOwnPacketsToo) {
-    start("L002 A011 A100 D100 A200 D201 D100 A400 D450 A600 D600");
-    EXPECT_THAT(download(7), SizeIs(4));
-    EXPECT_THAT(tell(11, "15 00"), ElementsAre("6: 0B 00", "35: 02 00"));
-    EXPECT_THAT(acknowledge(35), ElementsAre(StartsWith("43: 41")));
-    EXPECT_THAT(tell(11, "08 00"), ElementsAre("6: 0B 00", "35: 05 00"));
-    EXPECT_THAT(acknowledge(35), ElementsAre(StartsWith("37: 01 54")));
-    EXPECT_THAT(tell(11, "14 00"), ElementsAre("6: 0B 00", StartsWith("20:")));
-    tell(35, "01 00");
-    tell(43, "'E     ' 52x00");
-    tell(12, "15 00");
-    EXPECT_THAT(receiver_->complaints(), IsEmpty());
-    EXPECT_THAT(receiver_->lines(), testing::Contains("W;E;0;0;;;18;0"));
-}
-
 TEST_F(GarminReceiverTest, TurnedOffItIsDeaf) {
     start();
     EXPECT_THAT(tell(10, "08 00"), ElementsAre("6: 0A 00"));

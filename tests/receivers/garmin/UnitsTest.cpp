@@ -29,7 +29,7 @@ TEST(Abilities, AreReadInTheProtocolsOrder) {
     EXPECT_EQ(street.trackHeader, "D310");
     EXPECT_EQ(street.trackPoint, "D301");
     EXPECT_TRUE(street.time && street.pvt);
-    EXPECT_FALSE(street.position || street.panel || street.almanac);
+    EXPECT_FALSE(street.position || street.almanac);
     EXPECT_EQ(street.proximity, "");
     const Abilities old = abilitiesOf("A200 D200 D100 A300 D300 A400 D400");
     EXPECT_EQ(old.routeLink + old.trackHeader + old.waypoint, "");
