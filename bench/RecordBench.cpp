@@ -18,14 +18,14 @@ namespace {
 
 constexpr std::uint32_t kRecords = 1000;
 
-std::string lineOf(Waypoint& record) {
+std::string lineOf(const Waypoint& record) {
     return record.getIdent('.');
 }
-std::string lineOf(Trace& record) {
+std::string lineOf(const Trace& record) {
     return record.getIdent('.');
 }
 template <class OtherRecord>
-std::string lineOf(OtherRecord& record) {
+std::string lineOf(const OtherRecord& record) {
     return record.getIdent();
 }
 

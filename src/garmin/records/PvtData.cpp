@@ -91,19 +91,19 @@ void PvtData::decode(std::span<const std::uint8_t> data) {
 
 void PvtData::makePoint(int first, char decimalSeparator) {
     std::string line = "T";
-    for (const std::string& field :
-         {numberText(latitude, decimalSeparator), numberText(longitude, decimalSeparator),
-          numberText(time, decimalSeparator), numberText(altitude, decimalSeparator),
-          std::to_string(first)}) {
+    for (const double field : {latitude, longitude, time}) {
         line += ';';
-        line += field;
+        appendNumber(line, field, decimalSeparator);
     }
+    line += ';';
+    appendNumber(line, altitude, decimalSeparator);
+    line += ';' + std::to_string(first);
     Trace made;
     made.SetAttributes("", line);
     point = std::move(made);
 }
 
-std::string PvtData::getIdent(char decimalSeparator) {
+std::string PvtData::getIdent(char decimalSeparator) const {
     return point ? point->getIdent(decimalSeparator) : std::string();
 }
 

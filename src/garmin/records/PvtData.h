@@ -40,7 +40,7 @@ public:
                        char decimalSeparator);
 
     // The point's "T;" line; empty while there is no point.
-    std::string getIdent(char decimalSeparator);
+    [[nodiscard]] std::string getIdent(char decimalSeparator) const;
 
     void Class_Initialize();
 

@@ -22,6 +22,9 @@ constexpr std::size_t kLongitudeAt = 4;
 constexpr std::size_t kTimeAt = 8;
 constexpr std::size_t kAltitudeAt = 12;
 
+// Room for a line of long numbers, so that it is allocated once.
+constexpr std::size_t kUsualLine = 64;
+
 struct Layout {
     std::string_view format;
     bool hasAltitude;
@@ -81,20 +84,27 @@ std::vector<std::uint8_t> Trace::Coder(std::string_view format) const {
     return record;
 }
 
-std::string Trace::getIdent(char decimalSeparator) {
-    latitudeText = degreeMinuteText(latitude, decimalSeparator);
-    longitudeText = degreeMinuteText(longitude, decimalSeparator);
-    std::string line = "T";
-    for (const std::string& field :
-         {numberText(roundHalfEven(latitude, 6), decimalSeparator),
-          numberText(roundHalfEven(longitude, 6), decimalSeparator),
-          numberText(pTime, decimalSeparator),
-          numberText(static_cast<float>(roundHalfEven(altitude, 0)), decimalSeparator),
-          std::string(pFirst ? "-1" : "0")}) {
-        line += ';';
-        line += field;
-    }
+std::string Trace::getIdent(char decimalSeparator) const {
+    std::string line;
+    line.reserve(kUsualLine);
+    line += "T;";
+    appendRounded(line, latitude, 6, decimalSeparator);
+    line += ';';
+    appendRounded(line, longitude, 6, decimalSeparator);
+    line += ';';
+    appendNumber(line, pTime, decimalSeparator);
+    line += ';';
+    appendRounded(line, altitude, 0, decimalSeparator);
+    line += pFirst ? ";-1" : ";0";
     return line;
+}
+
+std::string Trace::latitudeText(char decimalSeparator) const {
+    return degreeMinuteText(latitude, decimalSeparator);
+}
+
+std::string Trace::longitudeText(char decimalSeparator) const {
+    return degreeMinuteText(longitude, decimalSeparator);
 }
 
 void Trace::SetAttributes(std::string_view /*format*/, std::string_view line) {

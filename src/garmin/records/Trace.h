@@ -17,9 +17,6 @@ public:
     double pTime = 0;      // days since 30/12/1899; 0 when the point has no time
     float altitude = 0;    // metres; 0 when unknown
     bool pFirst = false;   // the point starts a new segment
-    // Degrees and minutes, refreshed by getIdent.
-    std::string latitudeText;
-    std::string longitudeText;
 
     // Fills the fields from a record of data type format. False for the point without position that
     // receivers send (180, 180 to the nearest degree); nothing but the position is filled then.
@@ -32,7 +29,11 @@ public:
     [[nodiscard]] std::vector<std::uint8_t> Coder(std::string_view format) const;
 
     // "T;latitude;longitude;time;altitude;first": the time in days, first -1 or 0.
-    std::string getIdent(char decimalSeparator);
+    [[nodiscard]] std::string getIdent(char decimalSeparator) const;
+
+    // In degrees and minutes, "45° 30.25"; see DegreeMinuteText.h.
+    [[nodiscard]] std::string latitudeText(char decimalSeparator) const;
+    [[nodiscard]] std::string longitudeText(char decimalSeparator) const;
 
     // Fills the fields from such a line; its numbers are read with "." only. Raises the index error
     // for a line of fewer than six fields, and overflow for an altitude out of range.

@@ -18,6 +18,9 @@ namespace {
 // The value that stands for "unknown" in altitude and depth fields.
 constexpr float kUnknown = 1.0e25F;
 
+// Room for all of a line but its texts, so that it is allocated once.
+constexpr std::size_t kUsualNumbers = 64;
+
 // Bytes of a record that are the same for every waypoint of a type.
 struct Fill {
     int type;
@@ -264,20 +267,33 @@ void Waypoint::putDisplay(const DataType& type, Record& record) const {
     putByte(record, type.display.at(), byte);
 }
 
-std::string Waypoint::getIdent(char decimalSeparator) {
-    latitudeText = degreeMinuteText(latitude, decimalSeparator);
-    longitudeText = degreeMinuteText(longitude, decimalSeparator);
-    std::string line = "W;" + ident;
-    for (const std::string& field :
-         {numberText(roundHalfEven(latitude, 6), decimalSeparator),
-          numberText(roundHalfEven(longitude, 6), decimalSeparator),
-          std::string(trimBlanks(comment)),
-          numberText(static_cast<float>(roundHalfEven(altitude, 0)), decimalSeparator),
-          std::to_string(symbol), std::to_string(display)}) {
-        line += ';';
-        line += field;
-    }
+std::string Waypoint::getIdent(char decimalSeparator) const {
+    const std::string_view remark = trimBlanks(comment);
+    std::string line;
+    line.reserve(ident.size() + remark.size() + kUsualNumbers);
+    line += "W;";
+    line += ident;
+    line += ';';
+    appendRounded(line, latitude, 6, decimalSeparator);
+    line += ';';
+    appendRounded(line, longitude, 6, decimalSeparator);
+    line += ';';
+    line += remark;
+    line += ';';
+    appendRounded(line, altitude, 0, decimalSeparator);
+    line += ';';
+    appendRounded(line, symbol, 0, decimalSeparator);
+    line += ';';
+    appendRounded(line, display, 0, decimalSeparator);
     return line;
+}
+
+std::string Waypoint::latitudeText(char decimalSeparator) const {
+    return degreeMinuteText(latitude, decimalSeparator);
+}
+
+std::string Waypoint::longitudeText(char decimalSeparator) const {
+    return degreeMinuteText(longitude, decimalSeparator);
 }
 
 void Waypoint::SetAttributes(std::string_view format, std::string_view line) {

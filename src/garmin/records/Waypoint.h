@@ -22,9 +22,6 @@ public:
     std::int16_t symbol = 0;   // in the numbering of the 2-byte symbol fields
     std::uint8_t display = 0;  // 0 symbol with name, 1 symbol only, 2 symbol with comment
     float altitude = 0;        // metres
-    // Degrees and minutes, refreshed by getIdent.
-    std::string latitudeText;
-    std::string longitudeText;
 
     // What the one-byte symbols of D103 and D107 mean.
     static constexpr std::array<std::int16_t, 16> kSymbolMap = {
@@ -42,7 +39,11 @@ public:
     [[nodiscard]] std::vector<std::uint8_t> Coder(std::string_view format) const;
 
     // "W;ident;latitude;longitude;comment;altitude;symbol;display".
-    std::string getIdent(char decimalSeparator);
+    [[nodiscard]] std::string getIdent(char decimalSeparator) const;
+
+    // In degrees and minutes, "45° 30.25"; see DegreeMinuteText.h.
+    [[nodiscard]] std::string latitudeText(char decimalSeparator) const;
+    [[nodiscard]] std::string longitudeText(char decimalSeparator) const;
 
     // Fills the fields from such a line; its numbers are read with "." only. format is the type
     // that the waypoint will be sent as: all but "D108" get "-" for blanks in the ident. Raises the

@@ -4,22 +4,64 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 
 namespace marlune {
 namespace {
 
 template <class Real>
-std::string shortest(Real value, char decimalSeparator) {
+void appendShortest(std::string& text, Real value, char decimalSeparator) {
     if (!std::isfinite(value) || value == Real{0}) {
-        return "0";
+        text += '0';
+        return;
     }
     // The longest: the sign, "0.", 307 zeros and 17 digits.
-    std::array<char, 352> text{};
-    char* const begin = text.data();
+    std::array<char, 352> number;
+    char* const begin = number.data();
     char* const end =
-        std::to_chars(begin, begin + text.size(), value, std::chars_format::fixed).ptr;
+        std::to_chars(begin, begin + number.size(), value, std::chars_format::fixed).ptr;
     std::replace(begin, end, '.', decimalSeparator);
-    return {begin, end};
+    text.append(begin, end);
+}
+
+// A table, because every record is rounded several times and std::pow is slow.
+constexpr std::array<double, 16> kScales = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                            1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+int tableIndex(int decimals) {
+    return std::clamp(decimals, 0, 15);
+}
+
+double scaleOf(int decimals) {
+    return kScales[static_cast<std::size_t>(tableIndex(decimals))];
+}
+
+// Appends scaled / 10^decimals, a whole number of at most 15 digits, without trailing zeros.
+void appendDecimal(std::string& text, std::int64_t scaled, int decimals, char decimalSeparator) {
+    std::array<char, 20> number;
+    char* const end = number.data() + number.size();
+    char* at = end;
+    std::int64_t rest = std::abs(scaled);
+    const auto putDigit = [&] {
+        *--at = static_cast<char>('0' + rest % 10);
+        rest /= 10;
+    };
+    for (; decimals > 0 && rest % 10 == 0; --decimals) {
+        rest /= 10;
+    }
+    if (decimals > 0) {
+        for (; decimals > 0; --decimals) {
+            putDigit();
+        }
+        *--at = decimalSeparator;
+    }
+    do {
+        putDigit();
+    } while (rest != 0);
+    if (scaled < 0) {
+        *--at = '-';
+    }
+    text.append(at, end);
 }
 
 bool isDigit(char c) {
@@ -68,20 +110,41 @@ bool isSign(std::string_view text, std::size_t at) {
 }  // namespace
 
 std::string numberText(double value, char decimalSeparator) {
-    return shortest(value, decimalSeparator);
+    std::string text;
+    appendShortest(text, value, decimalSeparator);
+    return text;
 }
 
 std::string numberText(float value, char decimalSeparator) {
-    return shortest(value, decimalSeparator);
+    std::string text;
+    appendShortest(text, value, decimalSeparator);
+    return text;
+}
+
+void appendNumber(std::string& text, double value, char decimalSeparator) {
+    appendShortest(text, value, decimalSeparator);
+}
+
+void appendNumber(std::string& text, float value, char decimalSeparator) {
+    appendShortest(text, value, decimalSeparator);
+}
+
+void appendRounded(std::string& text, double value, int decimals, char decimalSeparator) {
+    // Numbers of so many digits are all different as doubles: the digits are the shortest text.
+    constexpr double kExact = 1e15;
+    const double scaled = std::nearbyint(value * scaleOf(decimals));
+    if (std::abs(scaled) < kExact) {
+        appendDecimal(text, static_cast<std::int64_t>(scaled), tableIndex(decimals),
+                      decimalSeparator);
+    } else {
+        appendShortest(text, roundHalfEven(value, decimals), decimalSeparator);
+    }
 }
 
 double roundHalfEven(double value, int decimals) {
-    // A table, because every record is rounded several times and std::pow is slow.
-    static constexpr std::array<double, 16> kScales = {
-        1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     // From here on a double has no fraction.
     constexpr double kWholeFrom = 9007199254740992.0;
-    const double scale = kScales[static_cast<std::size_t>(std::clamp(decimals, 0, 15))];
+    const double scale = scaleOf(decimals);
     const double scaled = value * scale;
     if (!(std::abs(scaled) < kWholeFrom)) {
         return value;

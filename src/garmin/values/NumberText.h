@@ -19,6 +19,14 @@ namespace marlune {
 std::string numberText(double value, char decimalSeparator);
 std::string numberText(float value, char decimalSeparator);
 
+// The same, at the end of a text.
+void appendNumber(std::string& text, double value, char decimalSeparator);
+void appendNumber(std::string& text, float value, char decimalSeparator);
+
+// numberText(roundHalfEven(value, decimals)) at the end of a text, faster. A single that is rounded
+// to a whole number may be given as a double: whole numbers have one text.
+void appendRounded(std::string& text, double value, int decimals, char decimalSeparator);
+
 // The value to so many decimals; halves, as they appear after scaling, go to the even neighbour.
 // decimals: 0 to 15. What is too large to have such decimals comes back as it is.
 double roundHalfEven(double value, int decimals);

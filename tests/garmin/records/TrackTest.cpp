@@ -82,8 +82,8 @@ TEST(Trace, WritesAndReadsItsLine) {
     Trace point;
     point.SetAttributes("", "T; 1.0000004999;-0.25;39097.5242592593;-3.5;0.0;x");
     EXPECT_EQ(point.getIdent(','), "T;1;-0,25;39097,5242592593;-4;0");
-    EXPECT_EQ(point.latitudeText, "1° 0,00003");
-    EXPECT_EQ(point.longitudeText, "0° 15");
+    EXPECT_EQ(point.latitudeText(','), "1° 0,00003");
+    EXPECT_EQ(point.longitudeText(','), "0° 15");
     point.SetAttributes("", "T;1,5;2;3,5;4;7");
     EXPECT_EQ(point.getIdent('.'), "T;1;2;3;4;-1") << "a comma ends a number";
     EXPECT_EQ(errorOf([&] { point.SetAttributes("", "T;1;2;3;4"); }), RunTimeError::index);

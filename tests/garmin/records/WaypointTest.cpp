@@ -221,8 +221,8 @@ TEST(Waypoint, WritesItsLineAndTexts) {
     waypoint.longitude = -0.2500004999;
     waypoint.altitude = 2.5F;
     EXPECT_EQ(waypoint.getIdent(','), "W;HOME;45,5;-0,25;MY HOUSE;2;0;0");
-    EXPECT_EQ(waypoint.latitudeText, "45° 30");
-    EXPECT_EQ(waypoint.longitudeText, "0° 15,00003");
+    EXPECT_EQ(waypoint.latitudeText(','), "45° 30");
+    EXPECT_EQ(waypoint.longitudeText(','), "0° 15,00003");
     waypoint.SetIdent("PT1");
     waypoint.SetPosition(45.5, 2.25);
     EXPECT_EQ(waypoint.getPosition('.'), "PT1Latitude: 45.5 - Longitude: 2.25");

@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
 #include <limits>
 #include <string>
 #include <vector>
@@ -63,6 +66,56 @@ TEST(NumberText, IsTheShortestWithoutExponent) {
     EXPECT_EQ(numberText(0.1F, '.'), "0.1") << "a single keeps to its own digits";
     EXPECT_EQ(numberText(5e-324, '.').size(), 326U);
     EXPECT_EQ(readNumber(numberText(1.7976931348623157e308, '.')), 1.7976931348623157e308);
+}
+
+// splitmix64.
+std::uint64_t nextRandom(std::uint64_t& state) {
+    std::uint64_t z = state += 0x9E3779B97F4A7C15;
+    z = (z ^ (z >> 30U)) * 0xBF58476D1CE4E5B9;
+    z = (z ^ (z >> 27U)) * 0x94D049BB133111EB;
+    return z ^ (z >> 31U);
+}
+
+std::string randomText(std::uint64_t kind, std::uint64_t bits) {
+    const auto low = static_cast<std::uint32_t>(bits);
+    const auto single = std::bit_cast<float>(low);
+    const double degrees = degreesFromSemicircles(static_cast<std::int32_t>(low));
+    std::string text;
+    switch (kind) {
+        case 0:
+            return numberText(std::bit_cast<double>(bits), '.');
+        case 1:
+            return numberText(single, '.');
+        case 2:
+            return numberText(degrees, '.');
+        case 3:
+            appendRounded(text, degrees, 6, '.');
+            return text;
+        case 4:
+            appendRounded(text, single, 0, '.');
+            return text;
+        case 5:
+            return numberText(32873 + (low >> 1U) / 86400.0, '.');
+        case 6:
+            appendRounded(text, std::bit_cast<double>(bits), 6, '.');
+            return text;
+        default:
+            return numberText(
+                static_cast<double>(bits >> 14U) / std::pow(10.0, static_cast<int>(bits % 14)),
+                '.');
+    }
+}
+
+// The checksum is what number_texts.py beside this file prints.
+TEST(NumberText, IsTheShortestOfAMillion) {
+    std::uint64_t state = 20070615;
+    std::uint64_t checksum = 0xCBF29CE484222325;
+    for (std::uint64_t i = 0; i < 1'000'000; ++i) {
+        for (const char c : randomText(i % 8, nextRandom(state)) + '\n') {
+            checksum = (checksum ^ static_cast<std::uint8_t>(c)) * 0x100000001B3;
+        }
+    }
+    EXPECT_EQ(checksum, 0x38D5DB4E9D9ECEAE);
 }
 
 TEST(NumberText, ReadsUpToWhatCannotContinue) {
