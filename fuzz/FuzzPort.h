@@ -91,7 +91,9 @@ struct FuzzLine {
     RecordedEvents events{[this](const std::string& text) { heard.push_back(text); }};
     std::vector<std::string> heard;
     DebugTrace trace{""};
-    Services services{host, events, trace};
+    Records records;
+    Reports reports;
+    Services services{host, events, trace, records, reports};
     FuzzPort* device = new FuzzPort(host, input);
     ComPort port{host, std::unique_ptr<SerialPort>(device)};
 };

@@ -76,7 +76,9 @@ void gather(Input input) {
     QuickHost host;
     GpsControlEvents events;
     DebugTrace trace("");
-    Services services{host, events, trace};
+    Records records;
+    Reports reports;
+    Services services{host, events, trace, records, reports};
     UsbPort port(std::make_unique<FuzzedDevice>(host, input));
     port.open();
     UsbLease lease(port);

@@ -16,6 +16,8 @@
 
 #include "marlune/GpsControlEvents.h"
 #include "marlune/Host.h"
+#include "marlune/Records.h"
+#include "marlune/Report.h"
 
 namespace marlune {
 
@@ -126,6 +128,19 @@ public:
     void StopNMEA();
     // Discards what waits in the port's queues. Always returns false.
     bool ResetComBuffers();
+
+    // Values beside the texts. The references hold as long as the control does, and change while
+    // its members run.
+
+    // The records of the last transfer of each kind. They live until the next transfer of the kind
+    // begins; while the event of a record runs, it is the last one there.
+    [[nodiscard]] const Records& records() const;
+    // How the transfer that ended last went, whether it began at all or not. Transfers are what
+    // getWaypts, getTracks, GetRoutes, getProximites, the Send members, StartPvtData, GetTime,
+    // getPosition and StartNMEA do.
+    [[nodiscard]] const TransferReport& lastTransfer() const;
+    // How the last gpsConnect went; gpsDisconnect leaves it.
+    [[nodiscard]] const ConnectionReport& lastConnection() const;
 
 private:
     struct Impl;

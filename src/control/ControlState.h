@@ -22,11 +22,13 @@ struct ControlState {
                  std::unique_ptr<SerialPort> serialPort)
         : host(hostOfControl),
           trace(host.documentsFolder()),
-          services{host, eventsOfControl, trace},
+          services{host, eventsOfControl, trace, records, reports},
           port(host, std::move(serialPort)) {}
 
     Host& host;
     DebugTrace trace;
+    Records records;
+    Reports reports;
     Services services;
     ComPort port;
     UsbPort usb;

@@ -160,4 +160,16 @@ bool GpsControl::ResetComBuffers() {
     return false;
 }
 
+const Records& GpsControl::records() const {
+    return impl_->records;
+}
+
+const TransferReport& GpsControl::lastTransfer() const {
+    return impl_->reports.transfer;
+}
+
+const ConnectionReport& GpsControl::lastConnection() const {
+    return impl_->reports.connection;
+}
+
 }  // namespace marlune

@@ -9,7 +9,7 @@ namespace marlune {
 
 struct TracedServices {
     explicit TracedServices(GpsControlEvents& events)
-        : trace(host.documentsFolder()), services{host, events, trace} {
+        : trace(host.documentsFolder()), services{host, events, trace, records, reports} {
         host.createTraceFolder();
         trace.setDebug(true);
         trace.openEmpty();
@@ -19,6 +19,8 @@ struct TracedServices {
 
     FakeHost host;  // its traceText() is what was traced
     DebugTrace trace;
+    Records records;
+    Reports reports;
     Services services;
 };
 

@@ -1,0 +1,27 @@
+#include "host/TransferLog.h"
+
+#include <utility>
+
+namespace marlune {
+
+TransferLog::TransferLog(Services& services, TransferKind kind, TransferDirection direction)
+    : services_(services) {
+    report_.kind = kind;
+    report_.direction = direction;
+}
+
+TransferLog::~TransferLog() {
+    if (!ended_) {
+        end(Ending::unsendable);
+    }
+}
+
+bool TransferLog::end(Ending ending, std::uint16_t pid) {
+    ended_ = true;
+    report_.ending = ending;
+    report_.pid = pid;
+    services_.reports.transfer = std::move(report_);
+    return ending == Ending::complete;
+}
+
+}  // namespace marlune
