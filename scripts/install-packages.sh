@@ -1,4 +1,5 @@
-# Sourced by ./run, ./test and ./lint: installs the packages of the given lists that are not there yet.
+# Sourced by ./run, ./lint and the scripts in scripts/test: installs the packages of the given lists
+# that are not there yet.
 install_packages() {
     local missing=() package
     for package in $(grep -hv '^#' "$@"); do
@@ -10,6 +11,6 @@ install_packages() {
     local sudo=""
     [ "$(id -u)" -eq 0 ] || sudo="sudo"
     $sudo apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends \
+    $sudo env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
         "${missing[@]}" >/dev/null
 }
