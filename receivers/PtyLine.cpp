@@ -136,7 +136,7 @@ void PtyLine::noteOpenings() {
             inotify_event event{};
             std::memcpy(&event, &events[at], sizeof event);
             at += sizeof event + event.len;
-            wasClosed_ |= (event.mask & IN_CLOSE) != 0;
+            closed_ |= (event.mask & IN_CLOSE) != 0;
             openings_ += (event.mask & IN_OPEN) != 0 ? 1 : 0;
             openings_ -= (event.mask & IN_CLOSE) != 0 && openings_ > 0 ? 1 : 0;
             if (openings_ == 0) {
@@ -150,17 +150,30 @@ void PtyLine::noteOpenings() {
 }
 
 std::size_t PtyLine::read(std::vector<std::uint8_t>& into) {
-    std::array<std::uint8_t, 4096> bytes{};
-    const ssize_t got = master_ >= 0 ? ::read(master_, bytes.data(), bytes.size()) : 0;
-    // After the reading: the opening that these bytes came through, and the closing before it, are
-    // known by now, so nothing that answers them is taken for a former host's leavings.
+    std::size_t count = 0;
     wasClosed_ = false;
-    noteOpenings();
-    if (got <= 0) {
-        return 0;
+    // Noticing comes after the taking: the opening that these bytes came through, and the closing
+    // before it, are known by now, so nothing that answers them is taken for a former host's
+    // leavings. And a closing may be noticed whose host wrote after the taking: taken once more,
+    // these bytes do not come up later as those of the next host, at its speed.
+    do {
+        wasClosed_ = std::exchange(closed_, false) || wasClosed_;
+        count += takeAll(into);
+        noteOpenings();
+    } while (closed_);
+    return count;
+}
+
+// The kernel passes on what was written before it says that there is nothing.
+std::size_t PtyLine::takeAll(std::vector<std::uint8_t>& into) const {
+    std::array<std::uint8_t, 4096> bytes{};
+    std::size_t count = 0;
+    ssize_t got = 0;
+    while (master_ >= 0 && (got = ::read(master_, bytes.data(), bytes.size())) > 0) {
+        into.insert(into.end(), bytes.begin(), bytes.begin() + got);
+        count += static_cast<std::size_t>(got);
     }
-    into.insert(into.end(), bytes.begin(), bytes.begin() + got);
-    return static_cast<std::size_t>(got);
+    return count;
 }
 
 bool PtyLine::mayHaveRead(int baud) const {

@@ -34,6 +34,8 @@ public:
     // To poll for openings and closings; -1 when the system does not tell.
     [[nodiscard]] int watchFd() const { return watch_; }
 
+    // Takes notice of who has opened and closed the path. Reading does so too.
+    void noteOpenings();
     // Appends what the host has written; does not wait. Returns how many bytes came.
     std::size_t read(std::vector<std::uint8_t>& into);
     // Whether what read() just gave may have been written at that speed. That is the host's present
@@ -54,14 +56,15 @@ public:
 private:
     void watchOpenings();
     void makeLink();
-    void noteOpenings();
+    std::size_t takeAll(std::vector<std::uint8_t>& into) const;
     void closeAll();
 
     int master_ = -1;
     int slave_ = -1;  // kept open, so that a host's closing is no hang-up of the line
     int watch_ = -1;
     int openings_ = 0;        // how often the path is open at present, ours left out
-    bool wasClosed_ = false;  // between the last reading and the one before
+    bool closed_ = false;     // noticed, and what was written before it may not have been read
+    bool wasClosed_ = false;  // between the end of the last reading and that of the one before
     std::string path_;
     std::string link_;
 };

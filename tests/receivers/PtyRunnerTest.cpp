@@ -53,6 +53,7 @@ TEST(PtyLine, DoesNotMistakeTheSpeedOfAHostThatHasComeBackAtAnother) {
     PtyLine line(9600, "");
     std::vector<std::uint8_t> heard;
     { HostEnd(line.path()).write("x"); }
+    line.noteOpenings();  // noticed before its bytes were read
     const HostEnd host(line.path(), B38400);
     EXPECT_EQ(line.read(heard), 1U);
     EXPECT_TRUE(line.mayHaveRead(9600));
