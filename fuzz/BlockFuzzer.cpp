@@ -21,9 +21,8 @@ std::vector<std::string> split(std::string_view stream, std::uint32_t seed) {
     while (!stream.empty()) {
         seed = seed * 1664525 + 1013904223;
         const std::size_t length = std::min<std::size_t>((seed >> 24U) % 8 + 1, stream.size());
-        for (std::string& block : splitter.take(stream.substr(0, length))) {
-            blocks.push_back(std::move(block));
-        }
+        const std::vector<std::string>& complete = splitter.take(stream.substr(0, length));
+        blocks.insert(blocks.end(), complete.begin(), complete.end());
         stream.remove_prefix(length);
     }
     return blocks;

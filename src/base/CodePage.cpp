@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <optional>
 
 namespace marlune {
@@ -43,6 +44,19 @@ std::optional<char> toByte(char32_t code) {
     return std::nullopt;
 }
 
+// Whether all characters are below 128; eight are looked at together.
+bool isPlain(std::string_view text) {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080;
+    std::uint64_t eight = 0;
+    for (; text.size() >= sizeof eight; text.remove_prefix(sizeof eight)) {
+        std::memcpy(&eight, text.data(), sizeof eight);
+        if ((eight & kHighBits) != 0) {
+            return false;
+        }
+    }
+    return std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
+}
+
 struct Decoded {
     char32_t code;
     std::size_t length;  // 0: the bytes are not UTF-8
@@ -81,7 +95,7 @@ Decoded decodeUtf8(std::string_view text, std::size_t at) {
 
 std::string fromAnsi(std::string_view ansi) {
     // Most texts are plain: they stay as they are.
-    if (std::all_of(ansi.begin(), ansi.end(), [](char c) { return (c & 0x80) == 0; })) {
+    if (isPlain(ansi)) {
         return std::string(ansi);
     }
     std::string out;

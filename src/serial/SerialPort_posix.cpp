@@ -1,5 +1,8 @@
-// Serial ports on Linux terminals. The descriptor never blocks: every wait is a poll() of at most
-// 50 ms at a time, between which the host is asked whether to stop.
+// Serial ports on Linux terminals.
+//
+// A read waits in the kernel, where the line's own timer ends it after 100 ms; between two such
+// reads the host is asked whether to stop. That timer is coarse, so the last stretch of a time-out
+// is a poll(). Writes never block: they have a descriptor of their own.
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/file.h>
@@ -25,6 +28,8 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 constexpr milliseconds kSlice(50);
+// A read that has so much time left may use up the line's timer.
+constexpr milliseconds kTimedRead(200);
 
 class SystemSerialPort : public SerialPort {
 public:
@@ -48,19 +53,21 @@ private:
     // What one look at the descriptor brought.
     enum class Outcome { moved, nothingYet, gone };
 
+    std::int32_t openBoth(const std::string& device);
     void release();
     std::size_t readWaiting(std::span<std::uint8_t> into, std::size_t count);
-    Outcome readAhead();
+    Outcome readAhead(milliseconds longest);
     Outcome outcomeOf(ssize_t moved);
+    bool arrives(short events, milliseconds longest);
     bool waitFor(short events, milliseconds longest);
 
     Host& host_;
     ReadAhead ahead_;
-    int descriptor_ = -1;
-    std::int64_t handle_ = -1;           // outlives the descriptor when a setting was refused
+    int reader_ = -1;
+    int writer_ = -1;
+    std::int64_t handle_ = -1;           // outlives the descriptors when a setting was refused
     bool gone_ = true;                   // nothing can arrive any more
     bool hungUp_ = false;                // poll() said so; what has arrived is still read
-    bool drained_ = false;               // the last read took all there was: poll() before the next
     steady_clock::time_point lastMove_;  // of bytes in either direction; long ago at first
 };
 
@@ -80,16 +87,28 @@ int openDevice(const std::string& device) {
     return descriptor;
 }
 
+// The same device once more, for reads that wait. Returns -1 and errno as above.
+int openReader(const std::string& device) {
+    const int descriptor = openDevice(device);
+    if (descriptor >= 0 && ::fcntl(descriptor, F_SETFL, O_RDWR) != 0) {
+        const int error = errno;
+        ::close(descriptor);
+        errno = error;
+        return -1;
+    }
+    return descriptor;
+}
+
 // Takes a terminal for this program alone. A lock besides the terminal's own exclusive mode,
 // because the kernel lets an administrator pass that.
-std::int32_t takeTerminal(int descriptor) {
+std::int32_t lockTerminal(int descriptor) {
     if (::isatty(descriptor) == 0) {
         return errno;
     }
     if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
         return errno == EWOULDBLOCK ? EBUSY : errno;
     }
-    return ::ioctl(descriptor, TIOCEXCL) == 0 ? 0 : errno;
+    return 0;
 }
 
 // The queue sizes are advice to a driver that has queues of its own; the terminals of Linux have
@@ -97,26 +116,33 @@ std::int32_t takeTerminal(int descriptor) {
 std::int32_t SystemSerialPort::open(const std::string& device, const std::string& settings,
                                     QueueSizes /*queues*/) {
     close();
-    const int descriptor = openDevice(device);
-    if (descriptor < 0) {
-        return errno;
-    }
-    if (const std::int32_t error = takeTerminal(descriptor); error != 0) {
-        ::close(descriptor);
+    if (const std::int32_t error = openBoth(device); error != 0) {
+        release();
         return error;
     }
-    descriptor_ = descriptor;
-    handle_ = descriptor;
+    handle_ = writer_;
     const auto line = parseLineSettings(settings);
-    const std::int32_t refused = line ? applyLineSettings(descriptor_, *line) : EINVAL;
+    const std::int32_t refused = line ? applyLineSettings(writer_, *line) : EINVAL;
     if (refused != 0) {
         release();  // handle_ keeps its value
         return refused;
     }
     gone_ = false;
     lastMove_ = {};
-    drained_ = false;
     return 0;
+}
+
+std::int32_t SystemSerialPort::openBoth(const std::string& device) {
+    writer_ = openDevice(device);
+    if (writer_ < 0) {
+        return errno;
+    }
+    if (const std::int32_t error = lockTerminal(writer_); error != 0) {
+        return error;
+    }
+    // Before the terminal is exclusive: then nobody can open it any more.
+    reader_ = openReader(device);
+    return reader_ < 0 || ::ioctl(writer_, TIOCEXCL) != 0 ? errno : 0;
 }
 
 void SystemSerialPort::close() {
@@ -128,12 +154,16 @@ void SystemSerialPort::release() {
     ahead_.clear();
     gone_ = true;
     hungUp_ = false;
-    if (descriptor_ >= 0) {
+    if (reader_ >= 0) {
+        ::close(reader_);
         // A pseudo terminal would stay exclusive as long as its other end lives.
-        ::ioctl(descriptor_, TIOCNXCL);
-        ::close(descriptor_);
-        descriptor_ = -1;
+        ::ioctl(writer_, TIOCNXCL);
     }
+    if (writer_ >= 0) {
+        ::close(writer_);
+    }
+    reader_ = -1;
+    writer_ = -1;
 }
 
 std::size_t SystemSerialPort::read(std::span<std::uint8_t> into) {
@@ -147,34 +177,42 @@ std::size_t SystemSerialPort::readWaiting(std::span<std::uint8_t> into, std::siz
         deadline.arrived(steady_clock::now());
     }
     while (count < into.size() && !gone_) {
-        const bool useless = drained_ && !host_.stopRequested();
-        const Outcome outcome = useless ? Outcome::nothingYet : readAhead();
+        // A stop ends the wait, not the reading of what is here.
+        const milliseconds left =
+            host_.stopRequested() ? milliseconds(0) : deadline.left(steady_clock::now());
+        const Outcome outcome = readAhead(left);
         if (outcome == Outcome::moved) {
-            deadline.arrived(steady_clock::now());
+            deadline.arrived(lastMove_);
             count += ahead_.take(into.subspan(count));
-        } else if (outcome == Outcome::nothingYet &&
-                   !waitFor(POLLIN, deadline.left(steady_clock::now()))) {
+        } else if (left.count() == 0) {
             break;
         }
     }
     return count;
 }
 
-SystemSerialPort::Outcome SystemSerialPort::readAhead() {
+// Reads what is here. Waits for it no longer than so, and for a slice only.
+SystemSerialPort::Outcome SystemSerialPort::readAhead(milliseconds longest) {
+    if (longest < kTimedRead && !arrives(POLLIN, longest)) {
+        return Outcome::nothingYet;
+    }
     const std::span<std::uint8_t> space = ahead_.space();
-    const ssize_t moved = ::read(descriptor_, space.data(), space.size());
+    const ssize_t moved = ::read(reader_, space.data(), space.size());
+    if (moved == 0) {
+        // The line's timer, unless the line has hung up.
+        (void)arrives(POLLIN, milliseconds(0));
+    }
     const Outcome outcome = outcomeOf(moved);
     if (outcome == Outcome::moved) {
         ahead_.filled(static_cast<std::size_t>(moved));
     }
-    drained_ = ahead_.size() < space.size();
     return outcome;
 }
 
 std::size_t SystemSerialPort::write(std::span<const std::uint8_t> bytes) {
     std::size_t count = 0;
     while (count < bytes.size() && !gone_) {
-        const ssize_t moved = ::write(descriptor_, bytes.data() + count, bytes.size() - count);
+        const ssize_t moved = ::write(writer_, bytes.data() + count, bytes.size() - count);
         const Outcome outcome = outcomeOf(moved);
         if (outcome == Outcome::moved) {
             count += static_cast<std::size_t>(moved);
@@ -185,13 +223,13 @@ std::size_t SystemSerialPort::write(std::span<const std::uint8_t> bytes) {
     return count;
 }
 
-// A read or write of 0 bytes and every error but "not now" mean that the device was pulled out.
+// Every error but "not now" means that the device was pulled out.
 SystemSerialPort::Outcome SystemSerialPort::outcomeOf(ssize_t moved) {
     if (moved > 0) {
         lastMove_ = steady_clock::now();
         return Outcome::moved;
     }
-    const bool notNow = moved < 0 && (errno == EAGAIN || errno == EINTR);
+    const bool notNow = moved == 0 || errno == EAGAIN || errno == EINTR;
     if (notNow && !hungUp_) {
         return Outcome::nothingYet;
     }
@@ -199,16 +237,22 @@ SystemSerialPort::Outcome SystemSerialPort::outcomeOf(ssize_t moved) {
     return Outcome::gone;
 }
 
+// Waits one slice at most. Also true when the line has hung up.
+bool SystemSerialPort::arrives(short events, milliseconds longest) {
+    pollfd wait{reader_, events, 0};
+    if (::poll(&wait, 1, static_cast<int>(std::min(longest, kSlice).count())) <= 0) {
+        return false;
+    }
+    hungUp_ = (wait.revents & (POLLERR | POLLHUP | POLLNVAL)) != 0;
+    return true;
+}
+
 // Waits one slice at most; false when the wait is over: no time left, or a stop is requested.
 bool SystemSerialPort::waitFor(short events, milliseconds longest) {
     if (longest.count() == 0 || host_.stopRequested()) {
         return false;
     }
-    pollfd wait{descriptor_, events, 0};
-    if (::poll(&wait, 1, static_cast<int>(std::min(longest, kSlice).count())) > 0) {
-        hungUp_ = (wait.revents & (POLLERR | POLLHUP | POLLNVAL)) != 0;
-        drained_ = false;
-    }
+    (void)arrives(events, longest);
     return true;
 }
 
@@ -221,7 +265,7 @@ void SystemSerialPort::settle() {
         if (left <= left.zero()) {
             return;
         }
-        if (readAhead() == Outcome::nothingYet &&
+        if (readAhead(milliseconds(0)) == Outcome::nothingYet &&
             !waitFor(POLLIN, std::chrono::ceil<milliseconds>(left))) {
             return;
         }
@@ -231,11 +275,11 @@ void SystemSerialPort::settle() {
 
 void SystemSerialPort::purge() {
     ahead_.clear();
-    if (descriptor_ >= 0) {
+    if (writer_ >= 0) {
         // Input only. A write counts as done when it returns, so nothing of it may be lost: a
         // pseudo terminal would drop what its other end has not read yet, the last acknowledgement
         // of a transfer for one.
-        (void)::tcflush(descriptor_, TCIFLUSH);
+        (void)::tcflush(writer_, TCIFLUSH);
     }
 }
 

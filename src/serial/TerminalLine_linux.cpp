@@ -39,9 +39,9 @@ void makeRaw(termios2& line) {
     line.c_lflag = 0;
     line.c_cflag &= ~tcflag_t{CRTSCTS | CMSPAR};
     line.c_cflag |= CLOCAL | CREAD;
-    // With a least count of 1 an empty line reads as EAGAIN; a read of 0 bytes tells a hang-up.
-    line.c_cc[VMIN] = 1;
-    line.c_cc[VTIME] = 0;
+    // A read gives what is here, or waits 100 ms for it and then gives nothing.
+    line.c_cc[VMIN] = 0;
+    line.c_cc[VTIME] = 1;
 }
 
 void setRate(termios2& line, std::uint32_t baud) {

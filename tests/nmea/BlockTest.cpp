@@ -20,9 +20,8 @@ Blocks split(const std::vector<std::string>& reads) {
     BlockSplitter splitter;
     Blocks all;
     for (const std::string& read : reads) {
-        for (std::string& block : splitter.take(read)) {
-            all.push_back(std::move(block));
-        }
+        const Blocks& complete = splitter.take(read);
+        all.insert(all.end(), complete.begin(), complete.end());
     }
     return all;
 }

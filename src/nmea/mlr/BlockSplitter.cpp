@@ -12,12 +12,21 @@ constexpr std::string_view kClosing = "FIN";
 
 }  // namespace
 
-std::vector<std::string> BlockSplitter::take(std::string_view arrived) {
-    std::vector<std::string> blocks;
+void BlockSplitter::split(std::string_view arrived) {
+    completed_.clear();
+    room_ = 0;
     if (closed_) {
-        return blocks;
+        return;
     }
+    rest_.append(gather_.data(), gathered_);
+    gathered_ = 0;
     rest_ += arrived;
+    takeLines();
+    const bool decided = completed_.empty() && !rest_.ends_with('\n');
+    room_ = decided ? gather_.size() : 0;
+}
+
+void BlockSplitter::takeLines() {
     for (;;) {
         const std::size_t end = rest_.find(kLineEnd, scanned_);
         if (end == std::string::npos) {
@@ -27,10 +36,10 @@ std::vector<std::string> BlockSplitter::take(std::string_view arrived) {
         }
         scanned_ = end;
         if (holdsClosing(end)) {
-            blocks.push_back(block(end));
+            completed_.push_back(block(end));
             closed_ = true;
             rest_.clear();
-            return blocks;
+            return;
         }
         const std::size_t next = end + kLineEnd.size();
         if (next == rest_.size()) {
@@ -38,14 +47,13 @@ std::vector<std::string> BlockSplitter::take(std::string_view arrived) {
         }
         scanned_ = next;
         if (rest_[next] == BlocMLR::kStartMark) {
-            blocks.push_back(block(end));
+            completed_.push_back(block(end));
             start_ = next;
             searched_ = next;
             sawClosing_ = false;
         }
     }
     keepRest();
-    return blocks;
 }
 
 // Whether the block under assembly, up to end, contains the closing text.
