@@ -10,6 +10,7 @@
 
 #include "FuzzPort.h"
 #include "Require.h"
+#include "control/ControlFactory.h"
 #include "marlune/GpsControl.h"
 #include "support/Dialogue.h"
 #include "support/TempFolder.h"
@@ -38,7 +39,7 @@ public:
         : input_(bytes), actAt_(input_.byte()), action_(input_.byte()), traces_(input_.byte() % 4) {
         auto port = std::make_unique<FuzzPort>(host_, input_);
         device_ = port.get();
-        control_ = std::make_unique<GpsControl>(host_, events_, std::move(port), nullptr);
+        control_ = ControlFactory::make(host_, events_, std::move(port), nullptr);
         control_->setNumPort(numPort::Comm1);
         control_->SetDebug(traces_ == 1 ? "ON" : "OFF");
     }

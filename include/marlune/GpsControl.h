@@ -21,9 +21,6 @@
 
 namespace marlune {
 
-class SerialPort;
-class UsbDevice;
-
 // The COM ports a host may choose: Comm1 = 1 to Comm40 = 40.
 enum class numPort : std::int32_t {
     Comm1 = 1,
@@ -73,10 +70,6 @@ public:
     // host and events stay the caller's and must outlive every call of a member, also one that is
     // still running when a handler destroys the control.
     GpsControl(Host& host, GpsControlEvents& events);
-    // The same over other devices than the platform's, for this tree's own tests; the control owns
-    // them. Their interfaces are not installed.
-    GpsControl(Host& host, GpsControlEvents& events, std::unique_ptr<SerialPort> port,
-               std::unique_ptr<UsbDevice> usb);
     GpsControl(const GpsControl&) = delete;
     GpsControl& operator=(const GpsControl&) = delete;
     // Closes the serial port and the USB device. Allowed inside a handler of a running member.
@@ -143,7 +136,10 @@ public:
     [[nodiscard]] const ConnectionReport& lastConnection() const;
 
 private:
+    friend struct ControlFactory;  // of controls over other devices than the platform's
     struct Impl;
+    explicit GpsControl(std::shared_ptr<Impl> impl);
+
     // Shared with the member calls in progress, so a handler may destroy the control.
     std::shared_ptr<Impl> impl_;
 };

@@ -48,9 +48,10 @@ public:
     virtual void messageBox(const std::string& text, BoxIcon icon) = 0;
 
     // Asks the user for a file. Returns its path, or an empty text when the user declines or when
-    // there is no user interface.
+    // there is no user interface, as by default. Asked only by a reader of upload files whose file
+    // is missing; the control's own members find that out before, and show a box.
     virtual std::string chooseFile(const std::string& defaultExtension,
-                                   const std::string& startFolder) = 0;
+                                   const std::string& startFolder);
 
     virtual void setMousePointer(MousePointer pointer) = 0;
 
@@ -63,6 +64,10 @@ public:
     // Loops that have no time-out of their own ask this.
     virtual bool stopRequested() = 0;
 
+    // Whether that is because a receiver was silent for longer than the program waits, and not
+    // because somebody wanted an end: reports tell the two apart.
+    [[nodiscard]] virtual bool patienceEnded() const { return false; }
+
     // Lets time pass without processing events; returns early when a stop is requested.
     virtual void pause(double seconds) = 0;
 
@@ -72,6 +77,9 @@ public:
 
     // Local date and time: days since 30/12/1899 00:00:00, the fraction being the time of day.
     virtual double now() = 0;
+
+    // The same in UTC, for the values beside the texts. The default asks the system's clock.
+    virtual double utcNow();
 
     // A date value of now()'s kind as "dd/mm/yyyy hh:mm:ss".
     virtual std::string dateText(double date) = 0;
@@ -85,8 +93,8 @@ public:
     // The user's documents folder, without a trailing separator. It may not exist.
     virtual std::string documentsFolder() = 0;
 
-    // The folder that a file chooser starts in.
-    virtual std::string applicationFolder() = 0;
+    // The folder that a file chooser starts in; asked together with it. Empty by default.
+    virtual std::string applicationFolder();
 
     // The device behind a COM port number: "/dev/ttyS0", "\\.\COM3". Empty when the number has
     // none.

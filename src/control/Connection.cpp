@@ -2,33 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <limits>
 #include <string_view>
 
+#include "base/SystemError.h"
 #include "base/VersionText.h"
-#include "control/Families.h"
 #include "control/Messages.h"
-#include "garmin/Identification.h"
-#include "garmin/link/SerialGarminLink.h"
 #include "garmin/values/NumberText.h"
 
 namespace marlune {
 namespace {
-
-struct LineRow {
-    std::string_view code;
-    std::string_view rate;  // empty: the Magellan rate
-    int stopBits;
-    QueueSizes queues;
-};
-
-constexpr LineRow kLines[] = {
-    {"GRM", "9600", 1, {2048, 1024}},
-    {"MGN", "", 1, {1024, 512}},
-    // Two stop bits are what these receivers want.
-    {"MLR", "4800", 2, {2048, 512}},
-};
 
 std::string capitals(std::string_view text) {
     std::string out(text);
@@ -49,55 +32,41 @@ std::int32_t standardRate(double number) {
     return rate % kStep == 0 ? rate : 0;
 }
 
-void chooseLine(ControlState& control) {
-    constexpr std::int32_t kDefaultRate = 4800;
-    const auto* const row = std::find_if(
-        std::begin(kLines), std::end(kLines),
-        [&](const LineRow& each) { return each.code == control.connection.protocolCode; });
-    if (row == std::end(kLines)) {
-        return;  // an unknown code keeps the settings that were there
-    }
-    const std::int32_t rate = control.magellanRate == 0 ? kDefaultRate : control.magellanRate;
-    const std::string rateText = row->rate.empty() ? std::to_string(rate) : std::string(row->rate);
-    control.port.setLine(
-        "baud=" + rateText + " parity=n data=8 stop=" + std::to_string(row->stopBits), row->queues);
-}
-
 std::string present(ControlState& control) {
     return control.host.dateText(control.host.now());
 }
 
 // The connection counts as opened whatever the outcome: the identification decides.
 void openSerial(ControlState& control) {
-    chooseLine(control);
+    // A family without a line of its own keeps the settings that were there.
+    if (const std::optional<LineChoice> line = control.family().line()) {
+        control.port.setLine(line->settings, line->queues);
+    }
     if (control.port.isOpen()) {
         control.port.settle();
         control.port.close();
     }
-    if (control.port.open() != 0) {
+    ConnectionReport& report = control.reports.connection;
+    report.device = control.port.device();
+    report.systemError = control.port.open();
+    if (report.systemError != 0) {
+        report.detail = systemErrorText(report.systemError);
         control.host.messageBox(controltext::kNoConnection, BoxIcon::critical);
     }
     control.trace.traceLine(present(control) + controltext::kPortOpened + control.port.name() +
                             controltext::kHandle + std::to_string(control.port.handle()));
 }
 
-// Opens the USB device, else looks for a unit that is a drive; what was found decides the code.
+// The first family on USB that finds a unit; its code becomes the control's.
 bool openUsb(ControlState& control) {
-    std::string& code = control.connection.protocolCode;
-    control.storage.close();
-    const std::string path = control.usb.findDevicePath();
-    if (!path.empty()) {
-        const bool opened = control.usb.open();
-        control.trace.traceLine(controltext::kUsbPath + path);
-        control.trace.traceLine(opened ? controltext::kUsbOpened : controltext::kNoUsbFile);
-        code = opened && code == "GRM_USB_GPX" ? "GRM_USB" : code;
-        return opened;
+    for (const auto& family : control.families.all()) {
+        family->close();
     }
-    control.usb.close();
-    if (control.storage.find(control.services)) {
-        control.trace.traceLine(controltext::kDriveFound);
-        code = "GRM_USB_GPX";
-        return true;
+    for (const auto& family : control.families.all()) {
+        const auto opening = family->isOnUsb() ? family->open() : Family::Opening::absent;
+        if (opening != Family::Opening::absent) {
+            return opening == Family::Opening::opened;
+        }
     }
     control.trace.traceLine(controltext::kNoUsbFile);
     control.trace.traceLine(controltext::kNoUsbUnit);
@@ -106,11 +75,42 @@ bool openUsb(ControlState& control) {
 
 // Opens what the protocol code names; false when there is nothing to identify.
 bool openDevice(ControlState& control) {
-    if (contains(control.connection.protocolCode, "GRM_USB")) {
+    if (control.family().isOnUsb()) {
         return openUsb(control);
     }
     openSerial(control);
     return true;
+}
+
+// An earlier receiver's words must not be taken for those of the next.
+void forgetReceiver(ControlState& control) {
+    forgetReceiver(control.connection);
+    for (const auto& family : control.families.all()) {
+        family->forget();
+    }
+}
+
+void closeAll(ControlState& control) {
+    control.port.close();
+    control.usb.close();
+    for (const auto& family : control.families.all()) {
+        family->close();
+    }
+}
+
+bool fail(ControlState& control) {
+    ConnectionReport& report = control.reports.connection;
+    if (report.systemError != 0) {
+        report.outcome = ConnectionOutcome::notOpened;
+    } else if (report.outcome == ConnectionOutcome::none) {
+        report.outcome = control.host.stopRequested() && !control.host.patienceEnded()
+                             ? ConnectionOutcome::abandoned
+                             : ConnectionOutcome::silent;
+    }
+    control.port.settle();
+    closeAll(control);
+    forgetReceiver(control);
+    return false;
 }
 
 }  // namespace
@@ -118,43 +118,37 @@ bool openDevice(ControlState& control) {
 void setGpsMark(ControlState& control, const std::string& value) {
     const std::size_t semicolon = value.find(';');
     control.connection.protocolCode = capitals(std::string_view(value).substr(0, semicolon));
-    control.magellanRate =
+    control.connection.magellanRate =
         semicolon == std::string::npos
             ? 0
             : standardRate(readNumber(std::string_view(value).substr(semicolon + 1)));
 }
 
 bool connectReceiver(ControlState& control) {
+    ConnectionReport& report = control.reports.connection;
+    report = {};
     control.trace.openEmpty();
     control.trace.traceLine(present(control) + " Marlune " + versionText());
+    forgetReceiver(control);
     if (!openDevice(control)) {
+        report.outcome = ConnectionOutcome::notOpened;
+        report.protocolCode = control.connection.protocolCode;
         return false;
     }
-    const Service identify = familyOf(control.connection.protocolCode).identify;
-    if (identify != nullptr && !identify(control)) {
-        control.port.settle();
-        control.port.close();
-        control.usb.close();
-        control.storage.close();
-        return false;
+    report.protocolCode = control.connection.protocolCode;
+    if (!control.family().identify()) {
+        return fail(control);
     }
+    report.outcome =
+        control.connection.connected ? ConnectionOutcome::identified : ConnectionOutcome::opened;
     return true;
-}
-
-void stopTransfert(ControlState& control) {
-    if (control.connection.protocolCode != "GRM") {
-        return;
-    }
-    PortLease lease(control.port);
-    SerialGarminLink link(control.services, lease);
-    stopTransfer(control.services, link, control.connection);
 }
 
 namespace {
 
 void endWhatRuns(ControlState& control) {
     if (control.connection.connected && control.connection.transferRunning) {
-        stopTransfert(control);
+        control.family().StopTransfert();
     }
     control.connection.realTimeRunning = false;
     control.connection.connected = false;
@@ -166,8 +160,7 @@ void closeHandles(ControlState& control) {
     if (wasOpen) {
         control.trace.traceLine(present(control) + controltext::kPortClosed + control.port.name());
     }
-    control.usb.close();
-    control.storage.close();
+    closeAll(control);
 }
 
 }  // namespace

@@ -16,7 +16,4 @@ void disconnectReceiver(ControlState& control);
 // Ends what runs and closes what is open, but leaves the trace open.
 void closeDevice(ControlState& control);
 
-// As StopTransfert: only with protocol code "GRM".
-void stopTransfert(ControlState& control);
-
 }  // namespace marlune

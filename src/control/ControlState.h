@@ -1,18 +1,14 @@
-// Everything one control owns. Families (Families.h) take from it what their procedures need.
+// Everything one control owns.
 #pragma once
 
-#include <cstdint>
 #include <memory>
-#include <string>
+#include <utility>
 
+#include "control/Families.h"
 #include "family/ConnectionState.h"
-#include "garmin/GarminState.h"
-#include "host/Services.h"
+#include "host/DebugTrace.h"
 #include "nmea/NmeaState.h"
-#include "nmea/magellan/MagellanState.h"
-#include "nmea/mlr/MlrState.h"
 #include "serial/ComPort.h"
-#include "storage/StorageUnit.h"
 #include "usb/UsbPort.h"
 
 namespace marlune {
@@ -22,29 +18,21 @@ struct ControlState {
                  std::unique_ptr<SerialPort> serialPort)
         : host(hostOfControl),
           trace(host.documentsFolder()),
-          services{host, eventsOfControl, trace, records, reports},
-          port(host, std::move(serialPort)) {}
+          port(host, std::move(serialPort)),
+          services{{host, eventsOfControl, trace, records, reports}, port, usb, connection} {}
+
+    [[nodiscard]] Family& family() const { return families.chosen(); }
 
     Host& host;
     DebugTrace trace;
     Records records;
     Reports reports;
-    Services services;
     ComPort port;
     UsbPort usb;
-    StorageUnit storage;
-
     ConnectionState connection;
-    GarminState garmin;
     NmeaState nmea;
-    MagellanState magellan;
-    MlrState mlr;
-
-    std::int32_t magellanRate = 0;  // 0 means 4800
-    // What replaces every "," of an upload file's line before it is read.
-    std::string decimalSetting = ".";
-    // The upload file that is being sent.
-    std::string uploadPath;
+    ControlServices services;
+    Families families{services, nmea};
 };
 
 }  // namespace marlune

@@ -1,40 +1,29 @@
-// The families of receivers, one row each: how a family is connected, identified, and which
-// procedure serves each member of the control. A new family is one folder and one row.
+// The families of receivers that one control serves, and the one that its protocol code chooses.
 #pragma once
 
-#include <string>
+#include <memory>
+#include <vector>
 
-#include "base/Contains.h"
-#include "control/ControlState.h"
+#include "family/Family.h"
+#include "garmin/GarminUnit.h"
+#include "nmea/NmeaState.h"
 
 namespace marlune {
 
-// Runs a transfer; its result is the member's.
-using Service = bool (*)(ControlState&);
+class Families {
+public:
+    // Both must outlive the families.
+    Families(ControlServices& services, NmeaState& nmea);
 
-// A member that a family does not offer stays null: it shows "Protocole non disponible pour ce
-// GPS".
-struct Family {
-    bool (*matches)(const std::string& protocolCode) = nullptr;
-    // Identifies the receiver on the opened connection; null when there is nothing to identify.
-    Service identify = nullptr;
-    // Refreshes what getIdent tells, when that takes a request; null otherwise.
-    Service refreshIdent = nullptr;
-    std::string (*protocols)(ControlState&) = nullptr;
+    // The first one that serves the protocol code; for a code that nobody knows, a family without
+    // services.
+    [[nodiscard]] Family& chosen() const;
+    [[nodiscard]] const std::vector<std::unique_ptr<Family>>& all() const { return all_; }
 
-    Service getWaypts = nullptr;
-    Service getTracks = nullptr;
-    Service GetRoutes = nullptr;
-    Service getProximites = nullptr;
-    Service SendWaypts = nullptr;
-    Service SendRoutes = nullptr;
-    Service SendTraces = nullptr;
-    Service StartPvtData = nullptr;
-    double (*GetTime)(ControlState&) = nullptr;
-    std::string (*getPosition)(ControlState&) = nullptr;
+private:
+    ConnectionState& connection_;
+    GarminUnit unit_;
+    std::vector<std::unique_ptr<Family>> all_;
 };
-
-// The row of a protocol code; a row without services for a code that no family knows.
-const Family& familyOf(const std::string& protocolCode);
 
 }  // namespace marlune

@@ -1,27 +1,35 @@
 #include "marlune/GpsControl.h"
 
+#include "base/RunTimeError.h"
 #include "control/Connection.h"
+#include "control/ControlFactory.h"
 #include "control/ControlState.h"
-#include "control/Families.h"
-#include "control/Transfers.h"
+#include "garmin/Messages.h"
+#include "garmin/UploadFiles.h"
+#include "garmin/values/Fichier.h"
 #include "nmea/NmeaListener.h"
 
 namespace marlune {
 
-// Every member keeps the state alive until it returns: a handler may destroy the control meanwhile.
+// Every member that raises events keeps the state alive until it returns: a handler may destroy the
+// control meanwhile.
 struct GpsControl::Impl : ControlState {
     using ControlState::ControlState;
 };
 
+GpsControl::GpsControl(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {}
+
 GpsControl::GpsControl(Host& host, GpsControlEvents& events)
-    : GpsControl(host, events, makeSystemSerialPort(host), nullptr) {
+    : impl_(std::make_shared<Impl>(host, events, makeSystemSerialPort(host))) {
     impl_->usb.use(makeSystemUsbDevice(impl_->trace));
 }
 
-GpsControl::GpsControl(Host& host, GpsControlEvents& events, std::unique_ptr<SerialPort> port,
-                       std::unique_ptr<UsbDevice> usb)
-    : impl_(std::make_shared<Impl>(host, events, std::move(port))) {
-    impl_->usb.use(std::move(usb));
+std::unique_ptr<GpsControl> ControlFactory::make(Host& host, GpsControlEvents& events,
+                                                 std::unique_ptr<SerialPort> port,
+                                                 std::unique_ptr<UsbDevice> usb) {
+    auto impl = std::make_shared<GpsControl::Impl>(host, events, std::move(port));
+    impl->usb.use(std::move(usb));
+    return std::unique_ptr<GpsControl>(new GpsControl(std::move(impl)));
 }
 
 GpsControl::~GpsControl() {
@@ -31,12 +39,7 @@ GpsControl::~GpsControl() {
 
 double GpsControl::GetTime() {
     const auto control = impl_;
-    const auto procedure = familyOf(control->connection.protocolCode).GetTime;
-    if (procedure == nullptr) {
-        showNotAvailable(control->host);
-        return 0;
-    }
-    return procedure(*control);
+    return control->family().GetTime();
 }
 
 void GpsControl::SetDebug(const std::string& value) {
@@ -51,12 +54,7 @@ void GpsControl::SetGpsMark(const std::string& value) {
 
 bool GpsControl::StartPvtData() {
     const auto control = impl_;
-    const Service procedure = familyOf(control->connection.protocolCode).StartPvtData;
-    if (procedure == nullptr) {
-        showNotAvailable(control->host);
-        return false;
-    }
-    return procedure(*control);
+    return control->family().StartPvtData();
 }
 
 bool GpsControl::gpsConnect() {
@@ -69,43 +67,115 @@ void GpsControl::gpsDisconnect() {
     disconnectReceiver(*control);
 }
 
+namespace {
+
+// What the receiver does not have is not asked of it; then the line is emptied for the download.
+bool beginDownload(ControlState& control, Member member, TransferKind kind, const char* traceText) {
+    if (!control.family().offers(member)) {
+        return control.family().notOffered(kind);
+    }
+    control.trace.traceLine(traceText);
+    control.port.ResetComBuffers();
+    return true;
+}
+
+// What the members of an upload differ in.
+template <class Record>
+struct UploadRow {
+    Member member;
+    TransferKind kind;
+    const char* traceText;
+    FileReading (*read)(Host&, std::string_view path, const UploadFormat&, std::vector<Record>&);
+};
+
+// Tracks are long.
+FileReading readTracksUnderHourglass(Host& host, std::string_view path, const UploadFormat& format,
+                                     std::vector<TrackItem>& items) {
+    host.setMousePointer(MousePointer::hourglass);
+    FileReading reading = readTrackFile(host, path, format, items);
+    host.setMousePointer(MousePointer::normal);
+    return reading;
+}
+
+constexpr UploadRow<Waypoint> kWaypointUpload = {Member::SendWaypts, TransferKind::waypoints,
+                                                 "SendWaypoints", readWaypointFile};
+constexpr UploadRow<Route> kRouteUpload = {Member::SendRoutes, TransferKind::routes, "SendRoutes",
+                                           readRouteFile};
+constexpr UploadRow<TrackItem> kTrackUpload = {Member::SendTraces, TransferKind::tracks,
+                                               "SendTraces", readTracksUnderHourglass};
+
+// The records of the host's file. Not good, after a box where one is due, when there is nothing to
+// send or nobody to send it to.
+template <class Record>
+Upload<Record> readUpload(ControlState& control, const UploadRow<Record>& row,
+                          const std::string& path) {
+    Upload<Record> upload;
+    upload.path = path;
+    if (!control.family().offers(row.member)) {
+        control.family().notOffered(row.kind, TransferDirection::upload);
+        return upload;
+    }
+    control.trace.traceLine(row.traceText);
+    if (Fichier{path}.Existant(control.host)) {
+        upload.reading =
+            row.read(control.host, path, control.family().uploadFormat(), upload.records);
+    }
+    if (!upload.reading) {
+        TransferLog log(control.services, row.kind, TransferDirection::upload);
+        reportReading(log, upload.reading);
+        log.end(Ending::fileError);
+    }
+    return upload;
+}
+
+// Runs an upload and shows the run-time error that ends it.
+template <class Send>
+bool trapped(ControlState& control, const char* errorText, const Send& send) {
+    try {
+        return send();
+    } catch (const RunTimeError& error) {
+        control.host.messageBox(errorText + std::to_string(error.number()) + " " + error.what(),
+                                BoxIcon::critical);
+        return false;
+    }
+}
+
+}  // namespace
+
 bool GpsControl::getTracks() {
     const auto control = impl_;
-    return runDownload(*control, kTrackDownload);
+    return beginDownload(*control, Member::getTracks, TransferKind::tracks, "GetTracks") &&
+           control->family().getTracks();
 }
 
 bool GpsControl::getWaypts() {
     const auto control = impl_;
-    return runDownload(*control, kWaypointDownload);
+    return beginDownload(*control, Member::getWaypts, TransferKind::waypoints, "GetWaypoints") &&
+           control->family().getWaypts();
 }
 
 bool GpsControl::GetRoutes() {
     const auto control = impl_;
-    return runDownload(*control, kRouteDownload);
+    return beginDownload(*control, Member::GetRoutes, TransferKind::routes, "GetRoutes") &&
+           control->family().GetRoutes();
 }
 
 std::string GpsControl::getIdent() {
     const auto control = impl_;
-    const Service refresh = familyOf(control->connection.protocolCode).refreshIdent;
-    if (refresh != nullptr && control->port.isOpen()) {
-        refresh(*control);
+    if (control->port.isOpen()) {
+        control->family().refreshIdent();
     }
     return identText(control->connection);
 }
 
 bool GpsControl::getProximites() {
     const auto control = impl_;
-    return runProximityDownload(*control);
+    return control->family().getProximites();
 }
 
 std::string GpsControl::getPosition() {
     const auto control = impl_;
-    const auto procedure = familyOf(control->connection.protocolCode).getPosition;
-    if (procedure == nullptr) {
-        showNotAvailable(control->host);
-        return {};
-    }
-    return procedure(*control);
+    return control->family().getPosition();
 }
 
 void GpsControl::setNumPort(numPort n) {
@@ -119,28 +189,35 @@ void GpsControl::StopPvtData() {
 
 void GpsControl::StopTransfert() {
     const auto control = impl_;
-    stopTransfert(*control);
+    control->family().StopTransfert();
 }
 
 bool GpsControl::SendWaypts(const std::string& Fic) {
     const auto control = impl_;
-    return uploadWaypoints(*control, Fic);
+    return trapped(*control, text::kWaypointUploadError, [&] {
+        auto upload = readUpload(*control, kWaypointUpload, Fic);
+        return upload.reading && control->family().SendWaypts(std::move(upload));
+    });
 }
 
 std::string GpsControl::getProtocoles() {
-    const auto control = impl_;
-    const auto protocols = familyOf(control->connection.protocolCode).protocols;
-    return protocols == nullptr ? std::string() : protocols(*control);
+    return impl_->family().getProtocoles();
 }
 
 bool GpsControl::SendRoutes(const std::string& Fic) {
     const auto control = impl_;
-    return uploadRoutes(*control, Fic);
+    return trapped(*control, text::kRouteUploadError, [&] {
+        auto upload = readUpload(*control, kRouteUpload, Fic);
+        return upload.reading && control->family().SendRoutes(std::move(upload));
+    });
 }
 
 bool GpsControl::SendTraces(const std::string& Fic) {
     const auto control = impl_;
-    return uploadTracks(*control, Fic);
+    return trapped(*control, text::kTrackUploadError, [&] {
+        auto upload = readUpload(*control, kTrackUpload, Fic);
+        return upload.reading && control->family().SendTraces(std::move(upload));
+    });
 }
 
 bool GpsControl::StartNMEA(const std::string& NMEACode, std::int16_t Delai) {

@@ -8,9 +8,6 @@ inline constexpr const char* kNoConnection = "Connexion Impossible";
 inline constexpr const char* kPortOpened = " Port Connecté: ";
 inline constexpr const char* kHandle = " Handle: ";
 inline constexpr const char* kPortClosed = " Port Fermé: ";
-inline constexpr const char* kUsbPath = "Clef USB ";
-inline constexpr const char* kUsbOpened = "Ouverture Fichier USB OK";
-inline constexpr const char* kDriveFound = "Ouverture Fichier USB GPX OK";
 inline constexpr const char* kNoUsbFile = "Fichier USB non Trouvé";
 inline constexpr const char* kNoUsbUnit = "Clef de Registre USB GARMIN non trouvée";
 

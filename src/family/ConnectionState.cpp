@@ -4,6 +4,12 @@
 
 namespace marlune {
 
+void forgetReceiver(ConnectionState& state) {
+    state.productId.clear();
+    state.softwareVersion.clear();
+    state.description.clear();
+}
+
 std::string identText(const ConnectionState& state) {
     return "Marlune Version " + versionText() + " -  GPSId: " + state.productId +
            " Version: " + state.softwareVersion + " - " + state.description;

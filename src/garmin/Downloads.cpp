@@ -4,9 +4,9 @@
 #include <array>
 
 #include "base/RunTimeError.h"
-#include "garmin/Identification.h"
 #include "garmin/Messages.h"
-#include "garmin/link/PacketIds.h"
+#include "garmin/link/Commands.h"
+#include "garmin/records/Values.h"
 
 namespace marlune {
 namespace {
@@ -17,6 +17,7 @@ const std::string kDown = "D";
 
 // What differs between the kinds that one procedure downloads.
 struct GarminDownloads::Kind {
+    TransferKind kind;
     const char* letter;
     std::uint8_t command;
     const char* header;
@@ -27,6 +28,7 @@ struct GarminDownloads::Kind {
 };
 
 const GarminDownloads::Kind GarminDownloads::kWaypoints = {
+    TransferKind::waypoints,
     "W",
     command::kTransferWaypoints,
     text::kWaypointsHeader,
@@ -36,6 +38,7 @@ const GarminDownloads::Kind GarminDownloads::kWaypoints = {
     {{{pid::kWaypoint, &GarminDownloads::takeWaypoint}}}};
 
 const GarminDownloads::Kind GarminDownloads::kTracks = {
+    TransferKind::tracks,
     "T",
     command::kTransferTracks,
     text::kTracksHeader,
@@ -46,6 +49,7 @@ const GarminDownloads::Kind GarminDownloads::kTracks = {
       {pid::kTrackHeader, &GarminDownloads::takeTrackHeader}}}};
 
 const GarminDownloads::Kind GarminDownloads::kRoutes = {
+    TransferKind::routes,
     "R",
     command::kTransferRoutes,
     text::kRoutesHeader,
@@ -57,40 +61,43 @@ const GarminDownloads::Kind GarminDownloads::kRoutes = {
       {pid::kRouteLink, &GarminDownloads::takeRouteLink}}}};
 
 bool GarminDownloads::getWaypts() {
-    garmin_.waypoints.clear();
+    services_.records.waypoints.clear();
     return download(kWaypoints);
 }
 
 bool GarminDownloads::getTracks() {
-    garmin_.tracks.clear();
+    services_.records.tracks.clear();
     return download(kTracks);
 }
 
 bool GarminDownloads::GetRoutes() {
-    garmin_.routes.clear();
-    garmin_.routeLinks.clear();
+    services_.records.routes.clear();
     routeCounter_ = 0;
     return download(kRoutes);
 }
 
 bool GarminDownloads::download(const Kind& kind) {
+    TransferLog log(services_, kind.kind, TransferDirection::download);
     link_.discard();
     requestTransfer(link_, kind.command);
-    const std::optional<std::int16_t> count = receiveCount();
-    if (!count) {
-        return false;
+    const LinkPacket records = receiveCount();
+    if (records.pid != pid::kRecords) {
+        showProtocolError(services_.host, records.pid);
+        return log.end(endingOf(records.pid), records.pid);
     }
-    if (*count == 0) {
+    const std::int16_t count = acceptCount(records, log);
+    if (count == 0) {
         services_.host.messageBox(kind.nothing, BoxIcon::information);
+        log.end(Ending::nothingThere);
         return false;
     }
-    services_.events.StartDownload(kind.letter, *count, kind.header);
-    const bool complete = receiveRecords(kind, *count);
+    services_.events.StartDownload(kind.letter, count, kind.header);
+    const Ending ending = receiveRecords(kind, count, log);
     services_.events.EndDownload(kind.letter);
-    return complete && link_.tellsSuccess();
+    return log.end(ending) && link_.tellsSuccess();
 }
 
-std::optional<std::int16_t> GarminDownloads::receiveCount() {
+LinkPacket GarminDownloads::receiveCount() {
     constexpr int kFurtherReceives = 5;
     LinkPacket packet = link_.receive();
     if (packet.pid != pid::kNak) {
@@ -98,36 +105,39 @@ std::optional<std::int16_t> GarminDownloads::receiveCount() {
             packet = link_.receive();
         }
     }
-    if (packet.pid != pid::kRecords) {
-        showProtocolError(services_.host, packet.pid);
-        return std::nullopt;
-    }
-    return acceptCount(packet);
+    return packet;
 }
 
-std::int16_t GarminDownloads::acceptCount(const LinkPacket& packet) {
+std::int16_t GarminDownloads::acceptCount(const LinkPacket& packet, TransferLog& log) {
     link_.acknowledge(pid::kRecords);
     const unsigned low = packet.data.empty() ? 0U : packet.data[0];
     const unsigned high = packet.data.size() < 2 ? 0U : packet.data[1];
+    log->announced = static_cast<int>(low + 256U * high);
+    log->damaged += packet.damaged ? 1 : 0;
     // A count above 32767 turns negative, and the loops then make no pass.
     return static_cast<std::int16_t>(low + 256U * high);
 }
 
-bool GarminDownloads::receiveRecords(const Kind& kind, std::int16_t count) {
+Ending GarminDownloads::receiveRecords(const Kind& kind, std::int16_t count, TransferLog& log) {
     state_.transferRunning = true;
+    bool silent = false;
     // One pass more than records: it is there for the transfer-complete packet.
     for (int i = 0; (link_.gathers() || i <= count) && state_.transferRunning && mayGoOn(); ++i) {
         const LinkPacket packet = link_.receive();
         if (packet.pid == pid::kTransferComplete) {
             link_.acknowledge(pid::kTransferComplete);
-            return true;
+            return Ending::complete;
         }
-        if (packet.pid == 0 && !outlastsSilence(kind)) {
+        silent = packet.pid == 0;
+        if (silent && !outlastsSilence(kind)) {
             break;
         }
-        takeRecord(kind, static_cast<std::int16_t>(i + 1), packet);
+        takeRecord(kind, static_cast<std::int16_t>(i + 1), packet, log);
     }
-    return false;
+    if (mayGoOn() && !silent) {
+        return state_.transferRunning ? Ending::endMissing : Ending::cancelled;
+    }
+    return endingOfSilence();
 }
 
 // Whether the loop goes on after a pass without a packet.
@@ -139,7 +149,8 @@ bool GarminDownloads::outlastsSilence(const Kind& kind) {
     return kind.listensOn && !link_.gathers();
 }
 
-void GarminDownloads::takeRecord(const Kind& kind, std::int16_t numitem, const LinkPacket& packet) {
+void GarminDownloads::takeRecord(const Kind& kind, std::int16_t numitem, const LinkPacket& packet,
+                                 TransferLog& log) {
     if (packet.pid == 0) {
         return;
     }
@@ -149,88 +160,96 @@ void GarminDownloads::takeRecord(const Kind& kind, std::int16_t numitem, const L
     if (rule == kind.rules.end()) {
         // Neither acknowledged nor told to the host, and the pass is used up.
         services_.trace.traceLine("Paquet inconnu: pid = " + std::to_string(packet.pid));
+        ++log->unknown;
         return;
     }
-    takeRecordBy(*rule, numitem, packet);
+    takeRecordBy(*rule, numitem, packet, log);
 }
 
 // A record that cannot be decoded is acknowledged all the same, so that the transfer goes on.
 void GarminDownloads::takeRecordBy(const RecordRule& rule, std::int16_t numitem,
-                                   const LinkPacket& packet) {
+                                   const LinkPacket& packet, TransferLog& log) {
+    log->damaged += packet.damaged ? 1 : 0;
     try {
-        (this->*rule.take)(numitem, packet.data);
+        const bool taken = (this->*rule.take)(numitem, packet.data);
+        ++(taken ? log->transferred : log->positionless);
     } catch (const RunTimeError& error) {
         services_.trace.traceLine("Erreur " + std::to_string(error.number()) + " " + error.what());
+        ++log->undecodable;
     }
     link_.acknowledge(rule.pid);
 }
 
-std::string GarminDownloads::keepWaypoint(std::vector<Waypoint>& kept, Bytes data) {
+std::string GarminDownloads::keepWaypoint(std::vector<WaypointRecord>& kept, Bytes data) {
+    const std::string& type = capabilities().waypointType;
     Waypoint waypoint;
-    waypoint.GetAttributes(garmin_.capabilities().waypointType, data);
-    std::string line = waypoint.getIdent(separator());
-    kept.push_back(std::move(waypoint));
-    return line;
+    waypoint.GetAttributes(type, data);
+    kept.push_back(recordOf(waypoint, type, data));
+    return waypoint.getIdent(separator());
 }
 
-void GarminDownloads::takeWaypoint(std::int16_t numitem, Bytes data) {
-    services_.events.WayptData(numitem, keepWaypoint(garmin_.waypoints, data), kDown);
+bool GarminDownloads::takeWaypoint(std::int16_t numitem, Bytes data) {
+    services_.events.WayptData(numitem, keepWaypoint(services_.records.waypoints, data), kDown);
+    return true;
 }
 
-void GarminDownloads::takeTrackPoint(std::int16_t numitem, Bytes data) {
+bool GarminDownloads::takeTrackPoint(std::int16_t numitem, Bytes data) {
+    const std::string& type = capabilities().trackPointType;
     Trace point;
-    if (!point.GetAttributes(garmin_.capabilities().trackPointType, data)) {
-        return;
+    if (!point.GetAttributes(type, data)) {
+        return false;
     }
-    const std::string line = point.getIdent(separator());
-    garmin_.tracks.emplace_back(std::move(point));
-    services_.events.TrackData(numitem, line, kDown);
+    addPoint(services_.records, recordOf(point, type, data));
+    services_.events.TrackData(numitem, point.getIdent(separator()), kDown);
+    return true;
 }
 
-void GarminDownloads::takeTrackHeader(std::int16_t numitem, Bytes data) {
+bool GarminDownloads::takeTrackHeader(std::int16_t numitem, Bytes data) {
+    const std::string& type = capabilities().trackHeaderType;
     TrkHeader header;
-    header.GetAttributes(garmin_.capabilities().trackHeaderType, data);
-    const std::string line = header.getIdent();
-    garmin_.tracks.emplace_back(std::move(header));
-    services_.events.TrackHeader(numitem, line, kDown);
+    header.GetAttributes(type, data);
+    services_.records.tracks.push_back(recordOf(header, type));
+    services_.events.TrackHeader(numitem, header.getIdent(), kDown);
+    return true;
 }
 
-void GarminDownloads::takeRouteHeader(std::int16_t numitem, Bytes data) {
+bool GarminDownloads::takeRouteHeader(std::int16_t numitem, Bytes data) {
     ++routeCounter_;
     Route route;
-    route.GetAttributes(garmin_.capabilities().routeHeaderType, data);
+    route.GetAttributes(capabilities().routeHeaderType, data);
     if (route.numRte == 0) {
         route.numRte = routeCounter_;
     }
-    const std::string line = route.getIdent();
-    garmin_.routes.push_back(std::move(route));
-    services_.events.RouteHeader(numitem, line, kDown);
+    services_.records.routes.push_back(recordOf(route));
+    services_.events.RouteHeader(numitem, route.getIdent(), kDown);
+    return true;
 }
 
-void GarminDownloads::takeRoutePoint(std::int16_t numitem, Bytes data) {
+bool GarminDownloads::takeRoutePoint(std::int16_t numitem, Bytes data) {
+    const std::string& type = capabilities().routePointType();
     Waypoint point;
-    point.GetAttributes(garmin_.capabilities().routePointType(), data);
-    const std::string line = point.getIdent(separator());
-    if (!garmin_.routes.empty()) {
-        garmin_.routes.back().AddWaypt(std::move(point));
-    }
-    services_.events.RouteData(numitem, line, kDown);
+    point.GetAttributes(type, data);
+    addPoint(services_.records, recordOf(point, type, data));
+    services_.events.RouteData(numitem, point.getIdent(separator()), kDown);
+    return true;
 }
 
-void GarminDownloads::takeRouteLink(std::int16_t numitem, Bytes data) {
+bool GarminDownloads::takeRouteLink(std::int16_t numitem, Bytes data) {
     RteLink link;
-    link.GetAttributes(garmin_.capabilities().routeLinkType, data);
-    const std::string line = link.getIdent();
-    garmin_.routeLinks.push_back(std::move(link));
-    services_.events.RouteLink(numitem, line, kDown);
+    link.GetAttributes(capabilities().routeLinkType, data);
+    addLink(services_.records, recordOf(link));
+    services_.events.RouteLink(numitem, link.getIdent(), kDown);
+    return true;
 }
 
-void GarminDownloads::takeProximity(std::int16_t numitem, Bytes data) {
-    services_.events.ProxData(numitem, keepWaypoint(garmin_.proximities, data), kDown);
+bool GarminDownloads::takeProximity(std::int16_t numitem, Bytes data) {
+    services_.events.ProxData(numitem, keepWaypoint(services_.records.proximities, data), kDown);
+    return true;
 }
 
 bool GarminDownloads::getProximites() {
-    garmin_.proximities.clear();
+    TransferLog log(services_, TransferKind::proximities, TransferDirection::download);
+    services_.records.proximities.clear();
     // Here the line is not emptied first, and the count is the second packet or none.
     sendCommand(link_, command::kTransferProximities);
     LinkPacket packet = link_.receive();
@@ -239,12 +258,13 @@ bool GarminDownloads::getProximites() {
     }
     if (packet.pid != pid::kRecords) {
         showProtocolError(services_.host, packet.pid);
-        return false;
+        return log.end(endingOf(packet.pid), packet.pid);
     }
-    const std::int16_t count = acceptCount(packet);
+    const std::int16_t count = acceptCount(packet, log);
     services_.events.StartDownload("P", count, text::kProximitiesHeader);
     LinkPacket last;
-    if (!receiveProximities(count, last) && mayGoOn()) {
+    const Ending ending = receiveProximities(count, last, log);
+    if (ending != Ending::complete && mayGoOn()) {
         if (last.pid == pid::kTransferComplete) {
             services_.host.messageBox(text::kDone, BoxIcon::information);
         } else {
@@ -252,23 +272,24 @@ bool GarminDownloads::getProximites() {
         }
     }
     services_.events.EndDownload("P");
+    log.end(last.pid == pid::kTransferComplete ? Ending::complete : ending, last.pid);
     return false;
 }
 
-// True when all records came: the transfer-complete packet is then left unread.
-bool GarminDownloads::receiveProximities(std::int16_t count, LinkPacket& last) {
+// Complete when all records came: the transfer-complete packet is then left unread.
+Ending GarminDownloads::receiveProximities(std::int16_t count, LinkPacket& last, TransferLog& log) {
     static constexpr RecordRule kRule = {pid::kProximityWaypoint, &GarminDownloads::takeProximity};
     for (int i = 1; i <= count; ++i) {
         if (!mayGoOn()) {
-            return false;
+            return endingOfSilence();
         }
         last = link_.receive();
         if (last.pid != kRule.pid) {
-            return false;
+            return last.pid == pid::kTransferComplete ? Ending::endMissing : endingOf(last.pid);
         }
-        takeRecordBy(kRule, static_cast<std::int16_t>(i), last);
+        takeRecordBy(kRule, static_cast<std::int16_t>(i), last, log);
     }
-    return true;
+    return Ending::complete;
 }
 
 }  // namespace marlune

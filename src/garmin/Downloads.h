@@ -6,23 +6,18 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "family/ConnectionState.h"
-#include "garmin/GarminState.h"
-#include "garmin/link/GarminLink.h"
-#include "host/Services.h"
+#include "garmin/GarminProcedure.h"
+#include "host/TransferLog.h"
 
 namespace marlune {
 
-class GarminDownloads {
+class GarminDownloads : public GarminProcedure {
 public:
-    GarminDownloads(Services& services, GarminLink& link, ConnectionState& state,
-                    GarminState& garmin)
-        : services_(services), link_(link), state_(state), garmin_(garmin) {}
+    using GarminProcedure::GarminProcedure;
 
     bool getWaypts();
     bool getTracks();
@@ -31,8 +26,8 @@ public:
 
 private:
     using Bytes = std::span<const std::uint8_t>;
-    // Decodes a record, keeps it and raises its event.
-    using Take = void (GarminDownloads::*)(std::int16_t numitem, Bytes data);
+    // Decodes a record, keeps it and raises its event. False for one that is none.
+    using Take = bool (GarminDownloads::*)(std::int16_t numitem, Bytes data);
 
     struct RecordRule {
         std::uint8_t pid;
@@ -44,32 +39,27 @@ private:
     static const Kind kRoutes;
 
     bool download(const Kind& kind);
-    std::optional<std::int16_t> receiveCount();
-    std::int16_t acceptCount(const LinkPacket& packet);
-    // True when the transfer-complete packet came.
-    bool receiveRecords(const Kind& kind, std::int16_t count);
+    // The packet that counts the records; another one when none came.
+    LinkPacket receiveCount();
+    std::int16_t acceptCount(const LinkPacket& packet, TransferLog& log);
+    Ending receiveRecords(const Kind& kind, std::int16_t count, TransferLog& log);
     bool outlastsSilence(const Kind& kind);
-    void takeRecord(const Kind& kind, std::int16_t numitem, const LinkPacket& packet);
-    void takeRecordBy(const RecordRule& rule, std::int16_t numitem, const LinkPacket& packet);
-    bool receiveProximities(std::int16_t count, LinkPacket& last);
+    void takeRecord(const Kind& kind, std::int16_t numitem, const LinkPacket& packet,
+                    TransferLog& log);
+    void takeRecordBy(const RecordRule& rule, std::int16_t numitem, const LinkPacket& packet,
+                      TransferLog& log);
+    Ending receiveProximities(std::int16_t count, LinkPacket& last, TransferLog& log);
 
     // Returns the line of what it kept.
-    std::string keepWaypoint(std::vector<Waypoint>& kept, Bytes data);
-    void takeWaypoint(std::int16_t numitem, Bytes data);
-    void takeTrackPoint(std::int16_t numitem, Bytes data);
-    void takeTrackHeader(std::int16_t numitem, Bytes data);
-    void takeRouteHeader(std::int16_t numitem, Bytes data);
-    void takeRoutePoint(std::int16_t numitem, Bytes data);
-    void takeRouteLink(std::int16_t numitem, Bytes data);
-    void takeProximity(std::int16_t numitem, Bytes data);
+    std::string keepWaypoint(std::vector<WaypointRecord>& kept, Bytes data);
+    bool takeWaypoint(std::int16_t numitem, Bytes data);
+    bool takeTrackPoint(std::int16_t numitem, Bytes data);
+    bool takeTrackHeader(std::int16_t numitem, Bytes data);
+    bool takeRouteHeader(std::int16_t numitem, Bytes data);
+    bool takeRoutePoint(std::int16_t numitem, Bytes data);
+    bool takeRouteLink(std::int16_t numitem, Bytes data);
+    bool takeProximity(std::int16_t numitem, Bytes data);
 
-    [[nodiscard]] bool mayGoOn() const { return link_.holds() && !services_.host.stopRequested(); }
-    [[nodiscard]] char separator() const { return services_.host.decimalSeparator(); }
-
-    Services& services_;
-    GarminLink& link_;
-    ConnectionState& state_;
-    GarminState& garmin_;
     std::uint8_t routeCounter_ = 0;
 };
 

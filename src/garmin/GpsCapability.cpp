@@ -74,6 +74,7 @@ std::optional<std::vector<std::string_view>> matchingFields(std::string_view row
 
 void GpsCapability::takeProtocolArray(std::span<const std::uint8_t> array) {
     constexpr std::size_t kEntry = 3;
+    source = CapabilitySource::announced;
     for (; array.size() >= kEntry; array = array.subspan(kEntry)) {
         tags.push_back(tagText(array[0], array[1] + 256U * array[2]));
     }
@@ -82,7 +83,12 @@ void GpsCapability::takeProtocolArray(std::span<const std::uint8_t> array) {
 bool GpsCapability::GetCapability(std::uint16_t productId, std::uint16_t softwareVersion,
                                   DebugTrace& trace) {
     trace.traceLine("GetCapability");
-    return takeProductRows(productId, softwareVersion) || takeProductRows(kGenericProductId, 0);
+    if (takeProductRows(productId, softwareVersion)) {
+        source = CapabilitySource::table;
+        return true;
+    }
+    source = CapabilitySource::generic;
+    return takeProductRows(kGenericProductId, 0);
 }
 
 bool GpsCapability::takeProductRows(int productId, int softwareVersion) {

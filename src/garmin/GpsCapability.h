@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "host/DebugTrace.h"
+#include "marlune/Report.h"
 
 namespace marlune {
 
@@ -42,6 +43,8 @@ public:
     std::string positionType;
     std::string pvtProtocol;
     std::string pvtType;
+    // From where the tags are known.
+    CapabilitySource source = CapabilitySource::none;
     // All tags, in the order of their arrival.
     std::vector<std::string> tags;
 

@@ -6,7 +6,7 @@
 
 #include "base/CodePage.h"
 #include "garmin/Messages.h"
-#include "garmin/link/PacketIds.h"
+#include "garmin/link/Commands.h"
 #include "garmin/values/NumberText.h"
 
 namespace marlune {
@@ -21,20 +21,10 @@ std::uint16_t wordAt(std::span<const std::uint8_t> data, std::size_t at) {
 
 }  // namespace
 
-bool sendCommand(GarminLink& link, std::uint8_t code) {
-    const std::array<std::uint8_t, 2> data = {code, 0};
-    return link.send(pid::kCommand, data);
-}
-
-bool requestTransfer(GarminLink& link, std::uint8_t code) {
-    const std::array<std::uint8_t, 2> data = {code, 0};
-    return link.request(pid::kCommand, data);
-}
-
-void stopTransfer(Services& services, GarminLink& link, ConnectionState& state) {
-    sendCommand(link, command::kAbort);
-    services.host.processEvents();
-    state.transferRunning = false;
+void GarminIdentification::stopTransfer() {
+    sendCommand(link_, command::kAbort);
+    services_.host.processEvents();
+    state_.transferRunning = false;
 }
 
 bool GarminIdentification::grmGetAttributes() {
@@ -47,7 +37,7 @@ bool GarminIdentification::grmGetAttributes() {
     const LinkPacket product = link_.receive();
     if (product.pid != pid::kProductData) {
         showProtocolError(services_.host, product.pid, text::kProductError);
-        return false;
+        return fail(ConnectionOutcome::protocolError, product.pid);
     }
     takeProductData(product.data);
     skipExtendedData();
@@ -78,7 +68,7 @@ bool GarminIdentification::grmGetAttributesGathered() {
     }
     if (product.pid != pid::kProductData) {
         services_.host.messageBox(text::kNoAnswer, BoxIcon::critical);
-        return false;
+        return fail(ConnectionOutcome::silent);
     }
     takeProductData(product.data);
     takeCapabilities(protocols);
@@ -86,7 +76,7 @@ bool GarminIdentification::grmGetAttributesGathered() {
 }
 
 void GarminIdentification::abortWhatRuns() {
-    stopTransfer(services_, link_, state_);
+    stopTransfer();
     (void)link_.receive();
     link_.discard();
 }
@@ -114,7 +104,7 @@ bool GarminIdentification::acceptAcknowledge(const LinkPacket& reply) {
         if (!services_.host.stopRequested()) {
             services_.host.messageBox(text::kNoAnswer, BoxIcon::critical);
         }
-        return false;
+        return fail(ConnectionOutcome::silent);
     }
     switch (reply.pid) {
         case pid::kAck:
@@ -123,11 +113,17 @@ bool GarminIdentification::acceptAcknowledge(const LinkPacket& reply) {
             services_.host.messageBox(
                 text::kWrongProtocol + services_.host.lineBreak() + text::kChooseOption,
                 BoxIcon::critical);
-            return false;
+            return fail(ConnectionOutcome::otherLanguage);
         default:
             showProtocolError(services_.host, reply.pid, text::kAckError);
-            return false;
+            return fail(ConnectionOutcome::protocolError, reply.pid);
     }
+}
+
+bool GarminIdentification::fail(ConnectionOutcome outcome, std::uint16_t pid) {
+    services_.reports.connection.outcome = outcome;
+    services_.reports.connection.pid = pid;
+    return false;
 }
 
 void GarminIdentification::takeProductData(std::span<const std::uint8_t> data) {
@@ -169,8 +165,9 @@ void GarminIdentification::takeCapabilities(const LinkPacket& packet) {
     }
     state_.connected = !capability.tags.empty();
     capability.Decoder();
-    garmin_.capability = std::move(capability);
-    services_.trace.traceLine(garmin_.capability->getProtocoles());
+    services_.reports.connection.capabilities = capability.source;
+    unit_.capability = std::move(capability);
+    services_.trace.traceLine(unit_.capability->getProtocoles());
 }
 
 void GarminIdentification::grmGetVoltages() {
@@ -186,8 +183,8 @@ void GarminIdentification::grmGetVoltages() {
         return;
     }
     const char separator = services_.host.decimalSeparator();
-    garmin_.voltages = text::kVoltages + numberText(wordAt(voltages.data, 0) / 100.0, separator) +
-                       " " + numberText(wordAt(voltages.data, 2) / 100.0, separator);
+    unit_.voltages = text::kVoltages + numberText(wordAt(voltages.data, 0) / 100.0, separator) +
+                     " " + numberText(wordAt(voltages.data, 2) / 100.0, separator);
 }
 
 }  // namespace marlune

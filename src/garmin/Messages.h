@@ -4,12 +4,10 @@
 #include <cstdint>
 #include <string>
 
+#include "family/Messages.h"
 #include "host/Services.h"
 
 namespace marlune::text {
-
-inline constexpr const char* kNotAvailable = "Protocole non disponible pour ce GPS";
-inline constexpr const char* kNotSupported = "Protocole non supporté par ce GPS";
 
 inline constexpr const char* kNoAnswer = "GPS éteint ou mal connecté";
 inline constexpr const char* kWrongProtocol = "Protocole Incorrect, Vérifiez votre GPS";
@@ -19,7 +17,11 @@ inline constexpr const char* kAckError = "Erreur de protocole(Ack) - pid = ";
 inline constexpr const char* kProductError = "Erreur de protocole(Product) - pid = ";
 inline constexpr const char* kSessionFailed = "Problème Ouverture de session";
 
-// A line of the trace.
+// Lines of the trace.
+inline constexpr const char* kUsbPath = "Clef USB ";
+inline constexpr const char* kUsbOpened = "Ouverture Fichier USB OK";
+inline constexpr const char* kNoUsbFile = "Fichier USB non Trouvé";
+
 inline constexpr const char* kExtendedProduct = "Paquet 248 .....";
 
 inline constexpr const char* kNoWaypoints = "Aucun Waypoint dans ce Gps";

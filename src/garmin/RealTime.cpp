@@ -1,18 +1,31 @@
 #include "garmin/RealTime.h"
 
+#include <numbers>
 #include <span>
 
 #include "base/RunTimeError.h"
-#include "garmin/Identification.h"
 #include "garmin/Messages.h"
-#include "garmin/link/PacketIds.h"
+#include "garmin/link/Commands.h"
+#include "garmin/records/Values.h"
 #include "garmin/records/Waypoint.h"
 #include "garmin/values/Nombre.h"
 #include "garmin/values/jour.h"
 
 namespace marlune {
+namespace {
+
+FixRecord fixOfRadians(double latitude, double longitude) {
+    constexpr double kDegrees = 180 / std::numbers::pi;
+    FixRecord fix;
+    fix.latitude = latitude * kDegrees;
+    fix.longitude = longitude * kDegrees;
+    return fix;
+}
+
+}  // namespace
 
 double GarminRealTime::GetTime() {
+    TransferLog log(services_, TransferKind::time, TransferDirection::download);
     services_.trace.traceLine("Get Time");
     sendCommand(link_, command::kTransferTime);
     LinkPacket packet;
@@ -20,12 +33,15 @@ double GarminRealTime::GetTime() {
         try {
             const double date = jour::GarminDateToDate(packet.data);
             services_.host.messageBox(services_.host.dateText(date), BoxIcon::none);
+            ++log->transferred;
+            log.end(Ending::complete);
             return date;
         } catch (const RunTimeError&) {
             // A record that holds no date is told as the protocol error that it is.
         }
     }
     showProtocolError(services_.host, packet.pid);
+    log.end(endingOf(packet.pid), packet.pid);
     return 0;
 }
 
@@ -43,6 +59,7 @@ bool GarminRealTime::receiveAnswer(LinkPacket& packet) {
 
 std::string GarminRealTime::getPosition() {
     constexpr std::size_t kDouble = 8;
+    TransferLog log(services_, TransferKind::position, TransferDirection::download);
     if (link_.acknowledges()) {
         services_.trace.traceLine("GetPosition");
     }
@@ -54,12 +71,16 @@ std::string GarminRealTime::getPosition() {
     const std::span<const std::uint8_t> data = packet.data;
     if (!answered || data.size() < 2 * kDouble) {
         showNoPosition(packet.pid);
+        log.end(endingOf(packet.pid), packet.pid);
         return {};
     }
     Waypoint position;
     position.SetIdent(services_.host.dateText(services_.host.now()) + text::kPositionName);
     position.SetPosition(Nombre::BytestoDbl(data.first(kDouble)),
                          Nombre::BytestoDbl(data.subspan(kDouble, kDouble)));
+    services_.records.fix = fixOfRadians(position.latitude, position.longitude);
+    ++log->transferred;
+    log.end(Ending::complete);
     return position.getPosition(services_.host.decimalSeparator());
 }
 
@@ -73,17 +94,20 @@ void GarminRealTime::showNoPosition(std::uint16_t pid) {
 }
 
 bool GarminRealTime::StartPvtData() {
+    TransferLog log(services_, TransferKind::realTime, TransferDirection::download);
     services_.trace.traceLine("StartPvtData");
+    services_.records.fix.reset();
     link_.discard();
     sendCommand(link_, command::kStartPvt);
     skipAcknowledgement();
     state_.realTimeRunning = true;
-    follow();
+    const Ending ending = follow(log);
     // However it ended, the unit is told to stop.
     sendCommand(link_, command::kStopPvt);
     skipAcknowledgement();
     services_.events.EndPvt();
     services_.host.messageBox(text::kRealTimeDone, BoxIcon::information);
+    log.end(ending);
     return false;
 }
 
@@ -94,21 +118,22 @@ void GarminRealTime::skipAcknowledgement() {
     }
 }
 
-void GarminRealTime::follow() {
+Ending GarminRealTime::follow(TransferLog& log) {
     while (state_.realTimeRunning && mayGoOn()) {
         const LinkPacket packet = link_.receive();
         if (packet.pid == pid::kPvt) {
-            takePvt(packet);
+            takePvt(packet, log);
         } else if (packet.pid == 0) {
             if (mayGoOn()) {
                 services_.host.messageBox(text::kNoPosition, BoxIcon::critical);
             }
-            return;
+            return endingOfSilence();
         }
     }
+    return mayGoOn() ? Ending::complete : endingOfSilence();
 }
 
-void GarminRealTime::takePvt(const LinkPacket& packet) {
+void GarminRealTime::takePvt(const LinkPacket& packet, TransferLog& log) {
     constexpr int kTrue = -1;
     if (!started_) {
         started_ = true;
@@ -120,6 +145,8 @@ void GarminRealTime::takePvt(const LinkPacket& packet) {
     pvt_.GetAttributes(packet.data, pvt_.point ? 0 : kTrue, services_.trace, separator);
     if (pvt_.point) {
         // Without a fix this is the position before.
+        services_.records.fix = recordOf(pvt_);
+        ++log->transferred;
         services_.events.PvtData(pvt_.getIdent(separator));
     }
 }

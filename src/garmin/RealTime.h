@@ -4,17 +4,15 @@
 #include <cstdint>
 #include <string>
 
-#include "family/ConnectionState.h"
-#include "garmin/link/GarminLink.h"
+#include "garmin/GarminProcedure.h"
 #include "garmin/records/PvtData.h"
-#include "host/Services.h"
+#include "host/TransferLog.h"
 
 namespace marlune {
 
-class GarminRealTime {
+class GarminRealTime : public GarminProcedure {
 public:
-    GarminRealTime(Services& services, GarminLink& link, ConnectionState& state)
-        : services_(services), link_(link), state_(state) {}
+    using GarminProcedure::GarminProcedure;
 
     // The unit's date and time in days, also shown in a plain box; 0 after an error box.
     double GetTime();
@@ -29,13 +27,9 @@ private:
     bool receiveAnswer(LinkPacket& packet);
     void showNoPosition(std::uint16_t pid);
     void skipAcknowledgement();
-    void follow();
-    void takePvt(const LinkPacket& packet);
-    [[nodiscard]] bool mayGoOn() const { return link_.holds() && !services_.host.stopRequested(); }
+    Ending follow(TransferLog& log);
+    void takePvt(const LinkPacket& packet, TransferLog& log);
 
-    Services& services_;
-    GarminLink& link_;
-    ConnectionState& state_;
     PvtData pvt_;
     bool started_ = false;  // the first record came
 };

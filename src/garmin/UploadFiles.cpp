@@ -99,25 +99,46 @@ std::optional<Fichier> uploadFile(Host& host, std::string_view path) {
     return file.Existant(host) ? std::optional(file) : std::nullopt;
 }
 
-// Hands every line to take. False when there is no file or an error ended the reading.
+// Takes a record's line; false for one that is no such record.
 template <class TakeLine>
-bool readLines(Host& host, std::string_view path, const UploadFormat& format, TakeLine&& take) {
+bool takes(TakeLine& take, std::string_view line) {
+    try {
+        take(line);
+        return true;
+    } catch (const RunTimeError&) {
+        return false;
+    }
+}
+
+// Hands the lines that begin with one of the letters to take, up to the first that it refuses;
+// those behind it are counted only. Good when all were taken.
+template <class TakeLine>
+FileReading readRecords(Host& host, std::string_view path, const UploadFormat& format,
+                        std::string_view letters, TakeLine&& take) {
+    FileReading reading;
     const std::optional<Fichier> file = uploadFile(host, path);
     if (!file) {
-        return false;
+        return reading;
     }
     try {
         UploadLines lines(*file, format.decimalSeparator);
-        while (const auto line = lines.next()) {
-            take(*line);
+        for (int number = 1; const auto line = lines.next(); ++number) {
+            if (line->empty() || letters.find(line->front()) == std::string_view::npos) {
+                continue;
+            }
+            if (reading.leftOut > 0 || !takes(take, *line)) {
+                reading.firstLeftOut = reading.leftOut > 0 ? reading.firstLeftOut : number;
+                ++reading.leftOut;
+            }
         }
-        return true;
-    } catch (const RunTimeError&) {
-        return false;  // what was gathered is kept
+        reading.good = reading.leftOut == 0;
+    } catch (const RunTimeError& error) {
+        reading.detail = error.what();  // what was gathered is kept
     } catch (const NotOpened& error) {
+        reading.detail = error.text;
         host.messageBox(error.text, BoxIcon::critical);
-        return false;
     }
+    return reading;
 }
 
 bool isGarmin(const UploadFormat& format) {
@@ -172,52 +193,52 @@ private:
 
 }  // namespace
 
-bool readWaypointFile(Host& host, std::string_view path, const UploadFormat& format,
-                      std::vector<Waypoint>& waypoints) {
+FileReading readWaypointFile(Host& host, std::string_view path, const UploadFormat& format,
+                             std::vector<Waypoint>& waypoints) {
     waypoints.clear();
     const std::string& type = isGarmin(format) ? format.waypointType : format.protocolCode;
-    readLines(host, path, format, [&](std::string_view line) {
-        if (line.starts_with('W')) {
-            Waypoint waypoint;
-            waypoint.SetAttributes(type, line);
-            waypoints.push_back(std::move(waypoint));
-        }
+    FileReading reading = readRecords(host, path, format, "W", [&](std::string_view line) {
+        Waypoint waypoint;
+        waypoint.SetAttributes(type, line);
+        waypoints.push_back(std::move(waypoint));
     });
-    return !waypoints.empty();
+    reading.good = !waypoints.empty();
+    return reading;
 }
 
-bool readRouteFile(Host& host, std::string_view path, const UploadFormat& format,
-                   std::vector<Route>& routes) {
+FileReading readRouteFile(Host& host, std::string_view path, const UploadFormat& format,
+                          std::vector<Route>& routes) {
     routes.clear();
     const std::string_view type = routePointType(format);
-    return readLines(host, path, format, [&](std::string_view line) {
-        if (line.starts_with('R')) {
+    return readRecords(host, path, format, "RW", [&](std::string_view line) {
+        if (line.front() == 'R') {
             Route route;
             route.SetAttributes(line);
             routes.push_back(std::move(route));
-        } else if (line.starts_with('W')) {
-            Waypoint point;
-            point.SetAttributes(type, line);
-            if (routes.empty()) {
-                throw RunTimeError(RunTimeError::index);
-            }
-            routes.back().AddWaypt(std::move(point));
+            return;
         }
+        Waypoint point;
+        point.SetAttributes(type, line);
+        if (routes.empty()) {
+            throw RunTimeError(RunTimeError::index);
+        }
+        routes.back().AddWaypt(std::move(point));
     });
 }
 
-bool readTrackFile(Host& host, std::string_view path, const UploadFormat& format,
-                   std::vector<TrackItem>& items) {
+FileReading readTrackFile(Host& host, std::string_view path, const UploadFormat& format,
+                          std::vector<TrackItem>& items) {
     items.clear();
     TrackReader reader(format, items);
-    readLines(host, path, format, [&](std::string_view line) {
-        if (line.starts_with('N')) {
+    FileReading reading = readRecords(host, path, format, "NT", [&](std::string_view line) {
+        if (line.front() == 'N') {
             reader.takeHeader(line);
-        } else if (line.starts_with('T')) {
+        } else {
             reader.takePoint(line);
         }
     });
-    return !items.empty();
+    reading.good = !items.empty();
+    return reading;
 }
 
 }  // namespace marlune

@@ -10,46 +10,33 @@
 // Fichier::Existant tells so.
 #pragma once
 
-#include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
+#include "family/Upload.h"
+#include "family/UploadFormat.h"
 #include "garmin/records/Route.h"
-#include "garmin/records/Trace.h"
-#include "garmin/records/TrkHeader.h"
+#include "garmin/records/TrackItem.h"
 #include "garmin/records/Waypoint.h"
 #include "marlune/Host.h"
 
 namespace marlune {
 
-// What the connection says about the records that will be sent.
-struct UploadFormat {
-    std::string protocolCode;       // "GRM", "MGN", ...
-    std::string waypointType;       // "D108"; empty when unknown
-    std::string routeWaypointType;  // "D106" or empty for the waypoint type
-    std::string trackProtocol;      // "A301" and "A302" have headers
-    std::string trackHeaderType;    // "D310"
-    std::string decimalSeparator;   // stands in for every "," of the file
-};
-
-using TrackItem = std::variant<TrkHeader, Trace>;
-
 // Empty the collection, then fill it from the file.
 
-// Lines "W". True when at least one waypoint was gathered.
-bool readWaypointFile(Host& host, std::string_view path, const UploadFormat& format,
-                      std::vector<Waypoint>& waypoints);
+// Lines "W". Good when at least one waypoint was gathered.
+FileReading readWaypointFile(Host& host, std::string_view path, const UploadFormat& format,
+                             std::vector<Waypoint>& waypoints);
 
-// Lines "R", each followed by the "W" lines of its points. True when the file was read to its end,
+// Lines "R", each followed by the "W" lines of its points. Good when the file was read to its end,
 // also without routes; a "W" line in front of every "R" line is an error.
-bool readRouteFile(Host& host, std::string_view path, const UploadFormat& format,
-                   std::vector<Route>& routes);
+FileReading readRouteFile(Host& host, std::string_view path, const UploadFormat& format,
+                          std::vector<Route>& routes);
 
 // Lines "N", each followed by the "T" lines of its points. Headers are gathered for Garmin track
-// protocols that have them; the point that follows one starts a new segment. True when at least one
+// protocols that have them; the point that follows one starts a new segment. Good when at least one
 // header or point was gathered.
-bool readTrackFile(Host& host, std::string_view path, const UploadFormat& format,
-                   std::vector<TrackItem>& items);
+FileReading readTrackFile(Host& host, std::string_view path, const UploadFormat& format,
+                          std::vector<TrackItem>& items);
 
 }  // namespace marlune

@@ -2,11 +2,13 @@
 
 #include <array>
 #include <limits>
-#include <utility>
+#include <variant>
 
 #include "base/RunTimeError.h"
 #include "garmin/Messages.h"
 #include "garmin/link/PacketIds.h"
+#include "garmin/records/Values.h"
+#include "host/TransferLog.h"
 
 namespace marlune {
 namespace {
@@ -24,27 +26,33 @@ bool isSingle(const std::vector<std::uint8_t>& record) {
 
 }  // namespace
 
-bool GarminUploads::announce(const std::string& letter, std::size_t count, const char* label) {
+bool GarminUploads::announce(const char* letter, std::size_t count, const char* label,
+                             TransferLog& log) {
     if (count > static_cast<std::size_t>(std::numeric_limits<std::int16_t>::max())) {
         throw RunTimeError(RunTimeError::overflow);
     }
+    log->announced = static_cast<int>(count);
     const std::array<std::uint8_t, 2> payload = {static_cast<std::uint8_t>(count % 256),
                                                  static_cast<std::uint8_t>(count / 256)};
     const LinkPacket reply = sendPacket(pid::kRecords, payload);
     // A silent unit may still be one that listens; a count that the link did not take is lost.
     if (reply.pid == pid::kNak || (reply.pid == 0 && !link_.acknowledges())) {
         showProtocolError(services_.host, reply.pid);
+        log.end(endingOf(reply.pid), reply.pid);
         return false;
     }
     services_.events.StartUpload(letter, static_cast<std::int16_t>(count), label);
     return true;
 }
 
-bool GarminUploads::finish(const std::string& letter, std::span<const std::uint8_t> payload,
-                           bool allSent) {
+bool GarminUploads::finish(const char* letter, std::span<const std::uint8_t> payload, Ending ending,
+                           TransferLog& log) {
     const bool ended = link_.send(pid::kTransferComplete, payload);
     services_.events.EndUpload(letter);
-    return allSent && ended && link_.tellsSuccess();
+    if (ending == Ending::complete && !ended) {
+        ending = endingOfSilence();
+    }
+    return log.end(ending, log->pid) && link_.tellsSuccess();
 }
 
 LinkPacket GarminUploads::sendPacket(std::uint8_t pid, std::span<const std::uint8_t> data) {
@@ -55,145 +63,176 @@ LinkPacket GarminUploads::sendPacket(std::uint8_t pid, std::span<const std::uint
     return {static_cast<std::uint16_t>(taken ? pid::kAck : 0), {}};
 }
 
-// Sends a record and shows the protocol error for any answer but an acknowledgement.
-bool GarminUploads::sendRecord(std::uint8_t pid, const Bytes& record) {
-    const LinkPacket reply = sendPacket(pid, record);
+Ending GarminUploads::went(const LinkPacket& reply, TransferLog& log) const {
     if (reply.pid == pid::kAck) {
-        return true;
+        ++log->transferred;
+        log->acknowledged += link_.acknowledges() ? 1 : 0;
+        return Ending::complete;
     }
-    if (mayGoOn()) {
+    log->unacknowledged += link_.acknowledges() ? 1 : 0;
+    log->pid = reply.pid;
+    return endingOf(reply.pid);
+}
+
+// Sends a record and shows the protocol error for any answer but an acknowledgement.
+Ending GarminUploads::sendRecord(std::uint8_t pid, const Bytes& record, TransferLog& log) {
+    if (!mayGoOn()) {
+        return endingOfSilence();
+    }
+    const LinkPacket reply = sendPacket(pid, record);
+    if (reply.pid != pid::kAck && mayGoOn()) {
         showProtocolError(services_.host, reply.pid);
     }
-    return false;
+    return went(reply, log);
 }
 
-bool GarminUploads::SendWaypts() {
-    if (!announce("W", garmin_.waypoints.size(), text::kUploadWaypoints)) {
+bool GarminUploads::SendWaypts(const Upload<Waypoint>& upload) {
+    TransferLog log(services_, TransferKind::waypoints, TransferDirection::upload);
+    reportReading(log, upload.reading);
+    services_.records.waypoints.clear();
+    if (!announce("W", upload.records.size(), text::kUploadWaypoints, log)) {
         return false;
     }
-    // Handlers may start another transfer that replaces the collection: hence the index and copies.
-    bool going = true;
-    for (std::size_t i = 0; going && i < garmin_.waypoints.size(); ++i) {
-        going = mayGoOn() && sendWaypoint(static_cast<std::int16_t>(i + 1), garmin_.waypoints[i]);
+    Ending ending = Ending::complete;
+    for (std::size_t i = 0; ending == Ending::complete && i < upload.records.size(); ++i) {
+        ending = mayGoOn() ? sendWaypoint(static_cast<std::int16_t>(i + 1), upload.records[i], log)
+                           : endingOfSilence();
     }
-    return finish("W", kZero, going);
+    return finish("W", kZero, ending, log);
 }
 
-bool GarminUploads::sendWaypoint(std::int16_t numitem, Waypoint waypoint) {
+Ending GarminUploads::sendWaypoint(std::int16_t numitem, const Waypoint& waypoint,
+                                   TransferLog& log) {
     const std::string line = waypoint.getIdent(separator());
+    services_.records.waypoints.push_back(recordOf(waypoint));
     services_.events.WayptData(numitem, line, kUp);
-    const Bytes record = waypoint.Coder(garmin_.capabilities().waypointType);
-    if (isSingle(record) || !mayGoOn()) {
-        return false;
+    const Bytes record = waypoint.Coder(capabilities().waypointType);
+    if (isSingle(record)) {
+        return Ending::unsendable;
+    }
+    if (!mayGoOn()) {
+        return endingOfSilence();
     }
     const LinkPacket reply = sendPacket(pid::kWaypoint, record);
-    if (reply.pid == pid::kAck) {
-        return true;
-    }
+    const Ending ending = went(reply, log);
     if (reply.pid == 0 && link_.acknowledges()) {
         // The only second chance of any upload, and what comes then is not looked at.
         (void)link_.receive();
-        return true;
+        ++log->transferred;
+        return Ending::complete;
     }
-    services_.host.messageBox(text::kProblem + line, BoxIcon::critical);
-    return false;
+    if (ending != Ending::complete) {
+        services_.host.messageBox(text::kProblem + line, BoxIcon::critical);
+    }
+    return ending;
 }
 
-std::size_t GarminUploads::routeRecords() const {
+std::size_t GarminUploads::routeRecords(const std::vector<Route>& routes) const {
     // Under A201 a link stands between two points. The last point has none, but is counted as if.
-    const bool links = garmin_.capabilities().routeProtocol == "A201";
+    const bool links = capabilities().routeProtocol == "A201";
     std::size_t count = 0;
-    for (const Route& route : garmin_.routes) {
+    for (const Route& route : routes) {
         const std::size_t points = route.Waypoints().size();
         count += links ? 2 * points : points + 1;
     }
     return count;
 }
 
-bool GarminUploads::SendRoutes() {
-    if (!announce("R", routeRecords(), text::kUploadRoutes)) {
+bool GarminUploads::SendRoutes(const Upload<Route>& upload) {
+    TransferLog log(services_, TransferKind::routes, TransferDirection::upload);
+    reportReading(log, upload.reading);
+    services_.records.routes.clear();
+    if (!announce("R", routeRecords(upload.records), text::kUploadRoutes, log)) {
         return false;
     }
     routeItem_ = 0;
-    bool going = true;
-    for (std::size_t i = 0; going && i < garmin_.routes.size(); ++i) {
-        going = mayGoOn() && sendRoute(garmin_.routes[i]);
+    Ending ending = Ending::complete;
+    for (std::size_t i = 0; ending == Ending::complete && i < upload.records.size(); ++i) {
+        ending = mayGoOn() ? sendRoute(upload.records[i], log) : endingOfSilence();
     }
-    return finish("R", kZero, going);
+    return finish("R", kZero, ending, log);
 }
 
-bool GarminUploads::sendRoute(Route route) {
+Ending GarminUploads::sendRoute(const Route& route, TransferLog& log) {
+    services_.records.routes.push_back(recordOf(route));
     services_.events.RouteHeader(++routeItem_, route.getIdent(), kUp);
-    if (!mayGoOn() ||
-        !sendRecord(pid::kRouteHeader, route.Coder(garmin_.capabilities().routeHeaderType))) {
-        return false;
+    if (!mayGoOn()) {
+        return endingOfSilence();
     }
-    int left = static_cast<int>(route.Waypoints().size());
-    for (const Waypoint& each : route.Waypoints()) {
-        Waypoint point = each;
-        if (!sendRoutePoint(point, --left)) {
-            return false;
-        }
+    Ending ending = sendRecord(pid::kRouteHeader, route.Coder(capabilities().routeHeaderType), log);
+    const std::vector<Waypoint>& points = route.Waypoints();
+    for (std::size_t i = 0; ending == Ending::complete && i < points.size(); ++i) {
+        const bool linked = capabilities().routeProtocol == "A201" && i + 1 < points.size();
+        ending = sendRoutePoint(points[i], linked, log);
     }
-    return true;
+    return ending;
 }
 
-bool GarminUploads::sendRoutePoint(Waypoint& point, int pointsLeft) {
+Ending GarminUploads::sendRoutePoint(const Waypoint& point, bool linked, TransferLog& log) {
+    addPoint(services_.records, recordOf(point));
     services_.events.RouteData(++routeItem_, point.getIdent(separator()), kUp);
-    const GpsCapability& capability = garmin_.capabilities();
-    const Bytes record = point.Coder(capability.routePointType());
-    if (isSingle(record) || !mayGoOn() || !sendRecord(pid::kRoutePoint, record)) {
-        return false;
+    const Bytes record = point.Coder(capabilities().routePointType());
+    if (isSingle(record)) {
+        return Ending::unsendable;
     }
-    const bool linked = capability.routeProtocol == "A201" && pointsLeft > 0;
-    return !linked || sendRouteLink(point);
+    const Ending ending = sendRecord(pid::kRoutePoint, record, log);
+    return ending == Ending::complete && linked ? sendRouteLink(point, log) : ending;
 }
 
-bool GarminUploads::sendRouteLink(const Waypoint& point) {
+Ending GarminUploads::sendRouteLink(const Waypoint& point, TransferLog& log) {
     RteLink link;
     link.SetIdent(point.getNom());
+    addLink(services_.records, recordOf(link));
     services_.events.RouteLink(++routeItem_, link.getIdent(), kUp);
-    return mayGoOn() &&
-           sendRecord(pid::kRouteLink, link.Coder(garmin_.capabilities().routeLinkType));
+    return mayGoOn() ? sendRecord(pid::kRouteLink, link.Coder(capabilities().routeLinkType), log)
+                     : endingOfSilence();
 }
 
-bool GarminUploads::SendTraces() {
-    if (!announce("T", garmin_.tracks.size(), text::kUploadTracks)) {
+bool GarminUploads::SendTraces(const Upload<TrackItem>& upload) {
+    TransferLog log(services_, TransferKind::tracks, TransferDirection::upload);
+    reportReading(log, upload.reading);
+    services_.records.tracks.clear();
+    if (!announce("T", upload.records.size(), text::kUploadTracks, log)) {
         return false;
     }
-    bool going = true;
-    for (std::size_t i = 0; going && i < garmin_.tracks.size(); ++i) {
-        going = mayGoOn() && sendTrackItem(static_cast<std::int16_t>(i + 1), garmin_.tracks[i]);
+    Ending ending = Ending::complete;
+    for (std::size_t i = 0; ending == Ending::complete && i < upload.records.size(); ++i) {
+        ending = mayGoOn() ? sendTrackItem(static_cast<std::int16_t>(i + 1), upload.records[i], log)
+                           : endingOfSilence();
     }
-    return finish("T", kNothing, going);
+    return finish("T", kNothing, ending, log);
 }
 
-bool GarminUploads::sendTrackItem(std::int16_t numitem, TrackItem item) {
-    if (auto* header = std::get_if<TrkHeader>(&item)) {
-        return sendTrackHeader(numitem, *header);
+Ending GarminUploads::sendTrackItem(std::int16_t numitem, const TrackItem& item, TransferLog& log) {
+    if (const auto* header = std::get_if<TrkHeader>(&item)) {
+        return sendTrackHeader(numitem, *header, log);
     }
-    return sendTrackPoint(numitem, std::get<Trace>(item));
+    return sendTrackPoint(numitem, std::get<Trace>(item), log);
 }
 
-bool GarminUploads::sendTrackHeader(std::int16_t numitem, TrkHeader& header) {
-    const Bytes record = header.Coder(garmin_.capabilities().trackHeaderType);
+Ending GarminUploads::sendTrackHeader(std::int16_t numitem, const TrkHeader& header,
+                                      TransferLog& log) {
+    const std::string& type = capabilities().trackHeaderType;
+    const Bytes record = header.Coder(type);
+    services_.records.tracks.push_back(recordOf(header, type));
     services_.events.TrackHeader(numitem, header.getIdent(), kUp);
-    return mayGoOn() && sendRecord(pid::kTrackHeader, record);
+    return sendRecord(pid::kTrackHeader, record, log);
 }
 
-bool GarminUploads::sendTrackPoint(std::int16_t numitem, Trace& point) {
+Ending GarminUploads::sendTrackPoint(std::int16_t numitem, const Trace& point, TransferLog& log) {
     Bytes record;
     try {
-        record = point.Coder(garmin_.capabilities().trackPointType);
+        record = point.Coder(capabilities().trackPointType);
     } catch (const RunTimeError&) {
         // A type that only comes from units ends the sending as an unknown one does.
-        return false;
+        return Ending::unsendable;
     }
     if (isSingle(record)) {
-        return false;
+        return Ending::unsendable;
     }
+    addPoint(services_.records, recordOf(point));
     services_.events.TrackData(numitem, point.getIdent(separator()), kUp);
-    return mayGoOn() && sendRecord(pid::kTrackPoint, record);
+    return sendRecord(pid::kTrackPoint, record, log);
 }
 
 }  // namespace marlune

@@ -7,50 +7,50 @@
 #include <string>
 #include <vector>
 
-#include "garmin/GarminState.h"
-#include "garmin/link/GarminLink.h"
-#include "host/Services.h"
+#include "family/Upload.h"
+#include "garmin/GarminProcedure.h"
+#include "garmin/records/Route.h"
+#include "garmin/records/TrackItem.h"
+#include "garmin/records/Waypoint.h"
 
 namespace marlune {
 
-class GarminUploads {
+class GarminUploads : public GarminProcedure {
 public:
-    // The collections of `garmin` are what is sent.
-    GarminUploads(Services& services, GarminLink& link, GarminState& garmin)
-        : services_(services), link_(link), garmin_(garmin) {}
+    using GarminProcedure::GarminProcedure;
 
     // Run-time errors leave to the caller, which shows them; nothing more is sent then. More than
     // 32767 records are the overflow error, before anything is sent. A track point that cannot be
     // encoded ends the sending in the ordinary way instead.
-    bool SendWaypts();
-    bool SendRoutes();
-    bool SendTraces();
+    bool SendWaypts(const Upload<Waypoint>& upload);
+    bool SendRoutes(const Upload<Route>& upload);
+    bool SendTraces(const Upload<TrackItem>& upload);
 
 private:
     using Bytes = std::vector<std::uint8_t>;
 
-    bool announce(const std::string& letter, std::size_t count, const char* label);
+    // True when the unit did not decline; otherwise the report is ended.
+    bool announce(const char* letter, std::size_t count, const char* label, TransferLog& log);
     // Ends an upload; its result is the member's.
-    bool finish(const std::string& letter, std::span<const std::uint8_t> payload, bool allSent);
+    bool finish(const char* letter, std::span<const std::uint8_t> payload, Ending ending,
+                TransferLog& log);
     // Sends a packet and answers with what acknowledges it; on a link without acknowledgements,
     // with an acknowledgement when the packet was taken, else with id 0.
     LinkPacket sendPacket(std::uint8_t pid, std::span<const std::uint8_t> data);
-    bool sendWaypoint(std::int16_t numitem, Waypoint waypoint);
-    bool sendRoute(Route route);
-    bool sendRoutePoint(Waypoint& point, int pointsLeft);
-    bool sendRouteLink(const Waypoint& point);
-    bool sendTrackItem(std::int16_t numitem, TrackItem item);
-    bool sendTrackHeader(std::int16_t numitem, TrkHeader& header);
-    bool sendTrackPoint(std::int16_t numitem, Trace& point);
-    bool sendRecord(std::uint8_t pid, const Bytes& record);
-    [[nodiscard]] std::size_t routeRecords() const;
 
-    [[nodiscard]] bool mayGoOn() const { return link_.holds() && !services_.host.stopRequested(); }
-    [[nodiscard]] char separator() const { return services_.host.decimalSeparator(); }
+    // One record each, or what a route consists of. Complete when the upload may go on.
+    Ending sendWaypoint(std::int16_t numitem, const Waypoint& waypoint, TransferLog& log);
+    Ending sendRoute(const Route& route, TransferLog& log);
+    Ending sendRoutePoint(const Waypoint& point, bool linked, TransferLog& log);
+    Ending sendRouteLink(const Waypoint& point, TransferLog& log);
+    Ending sendTrackItem(std::int16_t numitem, const TrackItem& item, TransferLog& log);
+    Ending sendTrackHeader(std::int16_t numitem, const TrkHeader& header, TransferLog& log);
+    Ending sendTrackPoint(std::int16_t numitem, const Trace& point, TransferLog& log);
+    Ending sendRecord(std::uint8_t pid, const Bytes& record, TransferLog& log);
+    // Counts a record that went, as the answer to it says.
+    Ending went(const LinkPacket& reply, TransferLog& log) const;
+    [[nodiscard]] std::size_t routeRecords(const std::vector<Route>& routes) const;
 
-    Services& services_;
-    GarminLink& link_;
-    GarminState& garmin_;
     std::int16_t routeItem_ = 0;
 };
 

@@ -24,4 +24,14 @@ bool TransferLog::end(Ending ending, std::uint16_t pid) {
     return ending == Ending::complete;
 }
 
+Ending endingOfSilentLine(Host& host, bool holds, bool gone) {
+    if (!holds) {
+        return Ending::disconnected;
+    }
+    if (gone) {
+        return Ending::deviceGone;
+    }
+    return host.stopRequested() && !host.patienceEnded() ? Ending::cancelled : Ending::interrupted;
+}
+
 }  // namespace marlune

@@ -27,4 +27,8 @@ private:
     bool ended_ = false;
 };
 
+// Why a loop ended that waits for a line: the host wants no more, somebody took the line away
+// (`holds`), it is not there any more (`gone`), or nothing came.
+Ending endingOfSilentLine(Host& host, bool holds, bool gone);
+
 }  // namespace marlune

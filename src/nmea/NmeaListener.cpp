@@ -10,11 +10,10 @@
 #include "nmea/Messages.h"
 #include "nmea/Sentence.h"
 #include "nmea/Waiting.h"
+#include "serial/LineSpeeds.h"
 
 namespace marlune {
 namespace {
-
-constexpr const char* kListenerLine = "baud=4800 parity=n data=8 stop=1";
 
 // The fourth field tells the hemisphere in the sentences that this listener is meant for; what
 // others have there decides all the same.
@@ -39,6 +38,9 @@ public:
 
     void run(std::int16_t inactivity);
     void tellEnd();
+    // How many sentences were told.
+    [[nodiscard]] int told() const { return told_; }
+    [[nodiscard]] Ending ending() const;
 
 private:
     void takeArrived(std::string_view arrived);
@@ -56,7 +58,20 @@ private:
     std::string sentence_;  // from "$" up to the next "$", line ending included
     std::int16_t inactivity_ = 0;
     double end_ = 0;
+    int told_ = 0;
 };
+
+// A stream that goes on with positions ends by the host's StopNMEA, or by their absence.
+Ending Listener::ending() const {
+    const Ending silence = endingOfSilence(port_, services_.host);
+    if (silence != Ending::interrupted) {
+        return silence;
+    }
+    if (state_.stopRequested || state_.found) {
+        return Ending::complete;
+    }
+    return told_ == 0 ? Ending::nothingThere : Ending::interrupted;
+}
 
 // Bytes that are already here are taken in one piece: a read never waits longer than it would for
 // one byte, and a handler's StopNMEA still ends the listener at the sentence that it was told.
@@ -105,6 +120,7 @@ void Listener::evaluate() {
         return;
     }
     const std::string sentence = fromAnsi(sentence_);
+    ++told_;
     services_.events.PhraseNMEA(sentence);
     services_.trace.traceLine(sentence);
     restartTimeOut();
@@ -136,11 +152,12 @@ void tellOpenError(Services& services, std::int32_t error) {
 bool startNmea(Services& services, ComPort& port, NmeaState& state,
                const std::function<void()>& closeConnection, const std::string& NMEACode,
                std::int16_t Delai) {
+    TransferLog log(services, TransferKind::sentences, TransferDirection::download);
     state.stopRequested = false;
     services.trace.openAppend();
     services.trace.traceLine("StartNMEA" + versionText());
     closeConnection();
-    port.setLine(kListenerLine);
+    port.setLine(lineSettings(kNmeaSpeed));
     state.codeFilter = fromAnsi(upperCase(trimBlanks(toAnsi(NMEACode))));
     state.lastSentence.clear();
     state.sentenceEvent = true;
@@ -148,13 +165,16 @@ bool startNmea(Services& services, ComPort& port, NmeaState& state,
     if (const std::int32_t error = port.open(); error != 0) {
         tellOpenError(services, error);
         port.close();
-        return false;
+        log->detail = systemErrorText(error);
+        return log.end(Ending::deviceGone);
     }
     PortLease lease(port);
     Listener listener(services, lease, state);
     listener.run(Delai);
     listener.tellEnd();
     const bool positionSeen = state.found;
+    log->transferred = listener.told();
+    const Ending ending = listener.ending();
     // A handler that closed the port may have opened it, and the trace, for something else.
     if (lease.holds()) {
         port.close();
@@ -163,6 +183,7 @@ bool startNmea(Services& services, ComPort& port, NmeaState& state,
     state.sentenceEvent = false;
     state.found = false;
     services.events.EndDownload("NMEA_END");
+    log.end(ending);
     return positionSeen;
 }
 

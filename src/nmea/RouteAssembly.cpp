@@ -2,14 +2,17 @@
 
 #include <utility>
 
+#include "garmin/records/Values.h"
 #include "nmea/Messages.h"
 
 namespace marlune {
 
-void reportRoute(Services& services, Route& route, int& numitem, const char* sens) {
+void reportRoute(Services& services, const Route& route, int& numitem, const char* sens) {
     const auto next = [&] { return static_cast<std::int16_t>(++numitem); };
+    services.records.routes.push_back(recordOf(route));
     services.events.RouteHeader(next(), route.getIdent(), sens);
-    for (Waypoint& point : route.Waypoints()) {
+    for (const Waypoint& point : route.Waypoints()) {
+        addPoint(services.records, recordOf(point));
         services.events.RouteData(next(), point.getIdent(services.host.decimalSeparator()), sens);
     }
 }
@@ -33,6 +36,7 @@ void RouteAssembly::addPoints(const RoutePhrase& phrase) {
         const auto known = waypoints_.find(name);
         if (known == waypoints_.end()) {
             services_.trace.traceLine(nmeatext::kUnknownPoint + name);
+            ++log_->unknown;
         } else if (route_->Waypoints().size() < kMostPoints) {
             route_->AddWaypt(known->second);
         }
@@ -44,8 +48,9 @@ void RouteAssembly::finish() {
         return;
     }
     found_ = true;
-    Route route = *std::exchange(route_, std::nullopt);
+    const Route route = *std::exchange(route_, std::nullopt);
     reportRoute(services_, route, item_, "D");
+    log_->transferred = item_;
 }
 
 }  // namespace marlune

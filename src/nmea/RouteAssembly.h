@@ -12,7 +12,7 @@
 
 #include "garmin/records/Route.h"
 #include "garmin/records/Waypoint.h"
-#include "host/Services.h"
+#include "host/TransferLog.h"
 
 namespace marlune {
 
@@ -28,9 +28,11 @@ struct RoutePhrase {
 class RouteAssembly {
 public:
     // Reports routes through the events RouteHeader and RouteData, in one numbering from 1. Points
-    // are looked up in waypoints by name; unknown ones are traced and left out.
-    RouteAssembly(Services& services, const std::map<std::string, Waypoint>& waypoints)
-        : services_(services), waypoints_(waypoints) {}
+    // are looked up in waypoints by name; unknown ones are traced, counted in the report and left
+    // out.
+    RouteAssembly(Services& services, const std::map<std::string, Waypoint>& waypoints,
+                  TransferLog& log)
+        : services_(services), waypoints_(waypoints), log_(log) {}
 
     // Sentence 1, or one of another route, begins a route; the last sentence of a route reports it.
     void take(const RoutePhrase& phrase);
@@ -47,6 +49,7 @@ private:
 
     Services& services_;
     const std::map<std::string, Waypoint>& waypoints_;
+    TransferLog& log_;
     std::optional<Route> route_;
     int item_ = 0;
     bool found_ = false;
@@ -54,6 +57,6 @@ private:
 
 // Raises RouteHeader, then RouteData for each point. Routes and points share one numbering: numitem
 // is the number of the event before and is advanced. sens: "D" for downloads, "U" for uploads.
-void reportRoute(Services& services, Route& route, int& numitem, const char* sens);
+void reportRoute(Services& services, const Route& route, int& numitem, const char* sens);
 
 }  // namespace marlune

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "base/CodePage.h"
+#include "garmin/records/Values.h"
 #include "nmea/Messages.h"
 #include "nmea/RouteAssembly.h"
 #include "nmea/Waiting.h"
@@ -11,13 +12,13 @@
 namespace marlune {
 namespace {
 
-// One event for each route and one for each of its points.
-std::int16_t eventCount(const std::vector<Route>& routes) {
+// One for each route and one for each of its points.
+int recordCount(const std::vector<Route>& routes) {
     std::size_t count = routes.size();
     for (const Route& route : routes) {
         count += route.Waypoints().size();
     }
-    return static_cast<std::int16_t>(count);
+    return static_cast<int>(count);
 }
 
 void sendEnd(Services& services, PortLease& port, const UploadDialect& dialect) {
@@ -35,27 +36,39 @@ void sendSentence(Services& services, PortLease& port, std::string_view sentence
 }
 
 void uploadWaypointSentences(Services& services, PortLease& port, const UploadDialect& dialect,
-                             std::vector<Waypoint> waypoints) {
-    services.events.StartUpload("W", static_cast<std::int16_t>(waypoints.size()),
-                                nmeatext::kWaypoints);
+                             const Upload<Waypoint>& upload) {
+    TransferLog log(services, TransferKind::waypoints, TransferDirection::upload);
+    reportReading(log, upload.reading);
+    services.records.waypoints.clear();
+    const auto count = static_cast<std::int16_t>(upload.records.size());
+    log->announced = static_cast<int>(upload.records.size());
+    services.events.StartUpload("W", count, nmeatext::kWaypoints);
     std::int16_t numitem = 0;
-    for (Waypoint& waypoint : waypoints) {
+    for (const Waypoint& waypoint : upload.records) {
         if (!mayGoOn(port, services.host)) {
             break;
         }
         sendSentence(services, port, dialect.waypoint(waypoint));
+        ++log->transferred;
+        services.records.waypoints.push_back(recordOf(waypoint));
         services.events.WayptData(++numitem, waypoint.getIdent(services.host.decimalSeparator()),
                                   "U");
     }
     sendEnd(services, port, dialect);
     services.events.EndUpload("W");
+    log.end(endingOfUpload(port, services.host));
 }
 
 void uploadRouteSentences(Services& services, PortLease& port, const UploadDialect& dialect,
-                          std::vector<Route> routes) {
-    services.events.StartUpload("R", eventCount(routes), nmeatext::kUploadRoutes);
+                          const Upload<Route>& upload) {
+    TransferLog log(services, TransferKind::routes, TransferDirection::upload);
+    reportReading(log, upload.reading);
+    services.records.routes.clear();
+    log->announced = recordCount(upload.records);
+    services.events.StartUpload("R", static_cast<std::int16_t>(*log->announced),
+                                nmeatext::kUploadRoutes);
     int numitem = 0;
-    for (Route& route : routes) {
+    for (const Route& route : upload.records) {
         if (!mayGoOn(port, services.host)) {
             break;
         }
@@ -66,9 +79,11 @@ void uploadRouteSentences(Services& services, PortLease& port, const UploadDiale
             sendSentence(services, port, sentence);
         }
         reportRoute(services, route, numitem, "U");
+        log->transferred = numitem;
     }
     sendEnd(services, port, dialect);
     services.events.EndUpload("R");
+    log.end(endingOfUpload(port, services.host));
 }
 
 }  // namespace marlune

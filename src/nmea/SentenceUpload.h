@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "family/Upload.h"
 #include "garmin/records/Route.h"
 #include "garmin/records/Waypoint.h"
 #include "host/Services.h"
@@ -25,11 +26,10 @@ struct UploadDialect {
 void sendSentence(Services& services, PortLease& port, std::string_view sentence);
 
 // Both end early, with their end event, when the host requests a stop or a handler closes the port.
-// A record that cannot be written as a sentence raises RunTimeError, with no end event. They take
-// collections of their own: a handler may start a transfer that changes the control's.
+// A record that cannot be written as a sentence raises RunTimeError, with no end event.
 void uploadWaypointSentences(Services& services, PortLease& port, const UploadDialect& dialect,
-                             std::vector<Waypoint> waypoints);
+                             const Upload<Waypoint>& upload);
 void uploadRouteSentences(Services& services, PortLease& port, const UploadDialect& dialect,
-                          std::vector<Route> routes);
+                          const Upload<Route>& upload);
 
 }  // namespace marlune

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <span>
 
+#include "host/TransferLog.h"
 #include "marlune/Host.h"
 #include "serial/ComPort.h"
 
@@ -37,6 +38,16 @@ inline std::size_t readSome(PortLease& port, std::span<std::uint8_t> into) {
 // False once a handler took the port away or the host wants everything to end.
 inline bool mayGoOn(const PortLease& port, Host& host) {
     return port.holds() && !host.stopRequested();
+}
+
+// Why a transfer stops whose port brings nothing any more.
+inline Ending endingOfSilence(const PortLease& port, Host& host) {
+    return endingOfSilentLine(host, port.holds(), port.isGone());
+}
+
+// How an upload ended whose sentences nobody answers: everything was written, or it had to stop.
+inline Ending endingOfUpload(const PortLease& port, Host& host) {
+    return mayGoOn(port, host) && !port.isGone() ? Ending::complete : endingOfSilence(port, host);
 }
 
 }  // namespace marlune

@@ -25,6 +25,8 @@ public:
     // Chooses the port: the name becomes "\\.\COM" and the number.
     void setNumber(std::int32_t n);
     [[nodiscard]] const std::string& name() const { return name_; }
+    // What the host has bound to that number.
+    [[nodiscard]] std::string device() const { return host_.portDevice(number_); }
 
     // What the next open() applies.
     void setLine(std::string settings);

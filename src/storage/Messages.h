@@ -6,7 +6,9 @@ namespace marlune::storagetext {
 
 inline constexpr const char* kProtocols = "Donnees au format GPX - ";
 
-// Lines of the trace. A file that cannot be read or parsed:
+// Lines of the trace. A drive that is a unit:
+inline constexpr const char* kDriveFound = "Ouverture Fichier USB GPX OK";
+// A file that cannot be read or parsed:
 inline constexpr const char* kError = "Erreur: ";
 inline constexpr const char* kErrorSource = "source:";
 inline constexpr const char* kErrorText = "motid: ";

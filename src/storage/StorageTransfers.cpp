@@ -47,6 +47,7 @@ std::string nameOnUnit(const std::string& path) {
 // What differs between the kinds of records.
 struct StorageTransfers::Kind {
     GpxKind gpx;
+    TransferKind kind;
     const char* letter;
     const char* header;
     const char* nothing;
@@ -58,6 +59,7 @@ struct StorageTransfers::Kind {
 
 const StorageTransfers::Kind StorageTransfers::kWaypoints = {
     .gpx = GpxKind::waypoints,
+    .kind = TransferKind::waypoints,
     .letter = "W",
     .header = text::kWaypointsHeader,
     .nothing = text::kNoWaypoints,
@@ -67,6 +69,7 @@ const StorageTransfers::Kind StorageTransfers::kWaypoints = {
 
 const StorageTransfers::Kind StorageTransfers::kTracks = {
     .gpx = GpxKind::tracks,
+    .kind = TransferKind::tracks,
     .letter = "T",
     .header = text::kTracksHeader,
     .nothing = text::kNoTracks,
@@ -78,6 +81,7 @@ const StorageTransfers::Kind StorageTransfers::kTracks = {
 
 const StorageTransfers::Kind StorageTransfers::kRoutes = {
     .gpx = GpxKind::routes,
+    .kind = TransferKind::routes,
     .letter = "R",
     .header = text::kRoutesHeader,
     .nothing = text::kNoRoutes,
@@ -110,11 +114,14 @@ void StorageTransfers::raise(const Kind& kind, std::size_t number, const std::st
 }
 
 bool StorageTransfers::download(const Kind& kind) {
-    const std::vector<std::string> lines = readFolder(kind.gpx);
+    TransferLog log(services_, kind.kind, TransferDirection::download);
+    const std::vector<std::string> lines = readFolder(kind.gpx, log);
     if (lines.empty()) {
         services_.host.messageBox(kind.nothing, BoxIcon::information);
+        log.end(Ending::nothingThere);
         return false;
     }
+    log->announced = static_cast<int>(lines.size());
     services_.events.StartDownload(kind.letter, shortNumber(lines.size()), kind.header);
     std::size_t delivered = 0;
     while (delivered < lines.size() && mayGoOn()) {
@@ -122,10 +129,16 @@ bool StorageTransfers::download(const Kind& kind) {
         raise(kind, ++delivered, line, "D");
     }
     services_.events.EndDownload(kind.letter);
+    log->transferred = static_cast<int>(delivered);
+    log.end(delivered == lines.size() ? Ending::complete : endingOfStop());
     return delivered > 0;
 }
 
-std::vector<std::string> StorageTransfers::readFolder(GpxKind kind) {
+Ending StorageTransfers::endingOfStop() const {
+    return endingOfSilentLine(services_.host, state_.connected && unit_.isOpen(), false);
+}
+
+std::vector<std::string> StorageTransfers::readFolder(GpxKind kind, TransferLog& log) {
     std::vector<std::string> lines;
     const fs::path root = unit_.root();
     if (!unit_.outputFolder()) {
@@ -145,59 +158,62 @@ std::vector<std::string> StorageTransfers::readFolder(GpxKind kind) {
     std::sort(files.begin(), files.end());
     GpxReader reader(kind, services_.host.decimalSeparator());
     for (const fs::path& file : files) {
-        readFile(reader, file, lines);
+        readFile(reader, file, lines, log);
     }
     return lines;
 }
 
 void StorageTransfers::readFile(GpxReader& reader, const fs::path& file,
-                                std::vector<std::string>& lines) {
+                                std::vector<std::string>& lines, TransferLog& log) {
     const std::string path = pathText(file);
     try {
         std::vector<std::string> more = reader.readFile(path);
         std::move(more.begin(), more.end(), std::back_inserter(lines));
     } catch (const GpxParseError& error) {
         traceParseError(services_.trace, path, error);
+        ++log->undecodable;
     } catch (const std::system_error& error) {
         traceReadError(services_.trace, path, error);
+        ++log->undecodable;
     }
 }
 
-bool StorageTransfers::SendWaypts(std::vector<Waypoint> waypoints, const std::string& path) {
+bool StorageTransfers::SendWaypts(const Upload<Waypoint>& upload) {
     const char separator = services_.host.decimalSeparator();
     std::vector<std::string> lines;
-    lines.reserve(waypoints.size());
-    for (Waypoint& waypoint : waypoints) {
+    lines.reserve(upload.records.size());
+    for (const Waypoint& waypoint : upload.records) {
         lines.push_back(waypoint.getIdent(separator));
     }
-    return upload(kWaypoints, lines, path);
+    return send(kWaypoints, lines, upload.path, upload.reading);
 }
 
-bool StorageTransfers::SendRoutes(std::vector<Route> routes, const std::string& path) {
+bool StorageTransfers::SendRoutes(const Upload<Route>& upload) {
     const char separator = services_.host.decimalSeparator();
     std::vector<std::string> lines;
-    for (Route& route : routes) {
+    for (const Route& route : upload.records) {
         lines.push_back(route.getIdent());
-        for (Waypoint& point : route.Waypoints()) {
+        for (const Waypoint& point : route.Waypoints()) {
             lines.push_back(point.getIdent(separator));
         }
     }
-    return upload(kRoutes, lines, path);
+    return send(kRoutes, lines, upload.path, upload.reading);
 }
 
-bool StorageTransfers::SendTraces(std::vector<TrackItem> items, const std::string& path) {
+bool StorageTransfers::SendTraces(const Upload<TrackItem>& upload) {
     const char separator = services_.host.decimalSeparator();
     std::vector<std::string> lines;
-    for (TrackItem& item : items) {
+    lines.reserve(upload.records.size());
+    for (const TrackItem& item : upload.records) {
         const auto* header = std::get_if<TrkHeader>(&item);
         lines.push_back(header != nullptr ? header->getIdent()
                                           : std::get<Trace>(item).getIdent(separator));
     }
-    return upload(kTracks, lines, path);
+    return send(kTracks, lines, upload.path, upload.reading);
 }
 
 // The file on the unit, in the name's own case there. A box tells why there can be none.
-std::optional<fs::path> StorageTransfers::target(const std::string& path) const {
+std::optional<fs::path> StorageTransfers::target(const std::string& path, TransferLog& log) const {
     const auto& folder = unit_.inputFolder();
     std::error_code ignored;
     auto reason = std::errc::no_such_file_or_directory;
@@ -207,29 +223,33 @@ std::optional<fs::path> StorageTransfers::target(const std::string& path) const 
         }
         reason = std::errc::permission_denied;
     }
-    showError(std::system_error(std::make_error_code(reason)));
+    showError(std::system_error(std::make_error_code(reason)), log);
     return std::nullopt;
 }
 
-bool StorageTransfers::save(const GpxWriter& writer, const fs::path& file) const {
+bool StorageTransfers::save(const GpxWriter& writer, const fs::path& file, TransferLog& log) const {
     try {
         writer.save(pathText(file));
         return true;
     } catch (const std::system_error& error) {
-        showError(error);
+        showError(error, log);
         return false;
     }
 }
 
-void StorageTransfers::showError(const std::system_error& error) const {
-    services_.host.messageBox(systemText(error), BoxIcon::critical);
+void StorageTransfers::showError(const std::system_error& error, TransferLog& log) const {
+    log->detail = systemText(error);
+    services_.host.messageBox(log->detail, BoxIcon::critical);
 }
 
-bool StorageTransfers::upload(const Kind& kind, const std::vector<std::string>& lines,
-                              const std::string& path) {
-    const std::optional<fs::path> file = target(path);
+bool StorageTransfers::send(const Kind& kind, const std::vector<std::string>& lines,
+                            const std::string& path, const FileReading& reading) {
+    TransferLog log(services_, kind.kind, TransferDirection::upload);
+    reportReading(log, reading);
+    log->announced = static_cast<int>(lines.size());
+    const std::optional<fs::path> file = target(path, log);
     if (!file) {
-        return false;
+        return log.end(Ending::fileError);
     }
     services_.events.StartUpload(kind.letter, shortNumber(lines.size()), kind.uploadLabel);
     GpxWriter writer;
@@ -237,9 +257,13 @@ bool StorageTransfers::upload(const Kind& kind, const std::vector<std::string>& 
         raise(kind, i + 1, lines[i], "U");
         writer.addLine(lines[i]);
     }
-    const bool written = mayGoOn() && save(writer, *file);
+    const bool goesOn = mayGoOn();
+    const bool written = goesOn && save(writer, *file, log);
     services_.events.EndUpload(kind.letter);
-    return written;
+    if (written) {
+        log->transferred = static_cast<int>(lines.size() - writer.leftOut());
+    }
+    return log.end(written ? Ending::complete : goesOn ? Ending::fileError : endingOfStop());
 }
 
 UploadFormat storageUploadFormat(const std::string& protocolCode,

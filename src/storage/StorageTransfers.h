@@ -9,7 +9,11 @@
 #include <vector>
 
 #include "family/ConnectionState.h"
-#include "garmin/UploadFiles.h"
+#include "family/Upload.h"
+#include "family/UploadFormat.h"
+#include "garmin/records/Route.h"
+#include "garmin/records/TrackItem.h"
+#include "garmin/records/Waypoint.h"
 #include "host/Services.h"
 #include "marlune/Gpx.h"
 #include "storage/StorageUnit.h"
@@ -26,12 +30,12 @@ public:
     bool getTracks();
     bool GetRoutes();
 
-    // True when everything was written. `path` is the host's upload file, which names the file on
-    // the unit; the records were read from it. A file of that name on the unit is replaced, and is
-    // left as it was when that fails, which a critical box tells in the system's words.
-    bool SendWaypts(std::vector<Waypoint> waypoints, const std::string& path);
-    bool SendRoutes(std::vector<Route> routes, const std::string& path);
-    bool SendTraces(std::vector<TrackItem> items, const std::string& path);
+    // True when everything was written. The host's upload file names the file on the unit. A file
+    // of that name on the unit is replaced, and is left as it was when that fails, which a critical
+    // box tells in the system's words.
+    bool SendWaypts(const Upload<Waypoint>& upload);
+    bool SendRoutes(const Upload<Route>& upload);
+    bool SendTraces(const Upload<TrackItem>& upload);
 
 private:
     struct Kind;
@@ -40,13 +44,17 @@ private:
     static const Kind kRoutes;
 
     bool download(const Kind& kind);
-    std::vector<std::string> readFolder(GpxKind kind);
+    std::vector<std::string> readFolder(GpxKind kind, TransferLog& log);
     void readFile(GpxReader& reader, const std::filesystem::path& file,
-                  std::vector<std::string>& lines);
-    bool upload(const Kind& kind, const std::vector<std::string>& lines, const std::string& path);
-    [[nodiscard]] std::optional<std::filesystem::path> target(const std::string& path) const;
-    [[nodiscard]] bool save(const GpxWriter& writer, const std::filesystem::path& file) const;
-    void showError(const std::system_error& error) const;
+                  std::vector<std::string>& lines, TransferLog& log);
+    bool send(const Kind& kind, const std::vector<std::string>& lines, const std::string& path,
+              const FileReading& reading);
+    [[nodiscard]] std::optional<std::filesystem::path> target(const std::string& path,
+                                                              TransferLog& log) const;
+    [[nodiscard]] bool save(const GpxWriter& writer, const std::filesystem::path& file,
+                            TransferLog& log) const;
+    void showError(const std::system_error& error, TransferLog& log) const;
+    [[nodiscard]] Ending endingOfStop() const;
     void raise(const Kind& kind, std::size_t number, const std::string& line,
                const std::string& sens);
     [[nodiscard]] bool mayGoOn() const;

@@ -4,7 +4,6 @@
 #include <array>
 
 #include "base/RunTimeError.h"
-#include "garmin/GarminState.h"
 #include "garmin/Identification.h"
 #include "garmin/link/GpsPacket.h"
 #include "garmin/link/SerialGarminLink.h"
@@ -164,12 +163,12 @@ TEST_F(LinkTest, TimedReadTakesWholeFramesAndDrainsOthers) {
 
 TEST_F(LinkTest, VoltagesAreKeptAsAText) {
     ConnectionState connection;
-    GarminState garmin;
-    GarminIdentification identification(services_.services, link_, connection, garmin);
+    GarminUnit unit;
+    GarminIdentification identification(services_.services, link_, connection, unit);
     line_->play({{.write = garminFrame(10, {17, 0}), .answer = garminFrame(6, {10, 0})},
                  {.answer = garminFrame(40, {0x52, 1, 44, 1})}});
     identification.grmGetVoltages();
-    EXPECT_EQ(garmin.voltages, "Tensions 3.38 3");
+    EXPECT_EQ(unit.voltages, "Tensions 3.38 3");
     identification.grmGetVoltages();
     EXPECT_EQ(host_.boxTexts().back(), "critical: Erreur de protocole - pid = 0");
 }

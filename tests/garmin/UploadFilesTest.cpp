@@ -22,7 +22,8 @@ protected:
     std::vector<std::string> waypoints(const std::string& content,
                                        const UploadFormat& format = kGarmin) {
         std::vector<Waypoint> read(1);
-        complete_ = readWaypointFile(host_, folder_.write("file", content), format, read);
+        reading_ = readWaypointFile(host_, folder_.write("file", content), format, read);
+
         std::vector<std::string> lines;
         lines.reserve(read.size());
         for (Waypoint& waypoint : read) {
@@ -34,7 +35,8 @@ protected:
     std::vector<std::string> routes(const std::string& content,
                                     const UploadFormat& format = kGarmin) {
         std::vector<Route> read(1);
-        complete_ = readRouteFile(host_, folder_.write("file", content), format, read);
+        reading_ = readRouteFile(host_, folder_.write("file", content), format, read);
+
         std::vector<std::string> lines;
         for (Route& route : read) {
             lines.push_back(route.getIdent());
@@ -49,7 +51,8 @@ protected:
     std::vector<std::string> tracks(const std::string& content,
                                     const UploadFormat& format = kGarmin) {
         std::vector<TrackItem> read(1);
-        complete_ = readTrackFile(host_, folder_.write("file", content), format, read);
+        reading_ = readTrackFile(host_, folder_.write("file", content), format, read);
+
         std::vector<std::string> lines;
         for (TrackItem& item : read) {
             if (auto* const point = std::get_if<Trace>(&item)) {
@@ -64,18 +67,18 @@ protected:
 
     FakeHost host_;
     TempFolder folder_;
-    bool complete_ = false;
+    FileReading reading_;
 };
 
 TEST_F(UploadFilesTest, ReadsWaypointsAndSkipsOtherLines) {
     EXPECT_THAT(waypoints("---- W;id ----\r\n\r\nW;PT 1;45,5;-1,25;a,b;100;18;0\r\n W;no\nw;no\n"
                           "N;x\nW;PT2;1;2;;3;4;5"),
                 ElementsAre("W;PT 1;45.5;-1.25;a.b;100;18;0", "W;PT2;1;2;;3;4;5"));
-    EXPECT_TRUE(complete_);
+    EXPECT_TRUE(reading_);
     EXPECT_THAT(waypoints("R;1;x\n"), IsEmpty());
-    EXPECT_FALSE(complete_);
+    EXPECT_FALSE(reading_);
     EXPECT_THAT(waypoints(""), IsEmpty());
-    EXPECT_FALSE(complete_);
+    EXPECT_FALSE(reading_);
     EXPECT_THAT(host_.boxes, IsEmpty());
 }
 
@@ -113,19 +116,19 @@ TEST_F(UploadFilesTest, ReadsWindows1252AndMarkedUtf8) {
 TEST_F(UploadFilesTest, AnErrorKeepsWhatWasGathered) {
     const std::string good = "W;A;1;2;;3;4;5\n";
     EXPECT_THAT(waypoints(good + "W;B;1;2\n" + good), ElementsAre("W;A;1;2;;3;4;5"));
-    EXPECT_TRUE(complete_);
+    EXPECT_TRUE(reading_);
     EXPECT_THAT(waypoints("W;B\n" + good), IsEmpty());
-    EXPECT_FALSE(complete_);
+    EXPECT_FALSE(reading_);
 
     EXPECT_THAT(routes("R;1;x\n" + good + "R;999;y\n"), ElementsAre("R;1;x", "A"));
-    EXPECT_FALSE(complete_);
+    EXPECT_FALSE(reading_);
     EXPECT_THAT(routes(good + "R;1;x\n"), IsEmpty()) << "a point without a route";
-    EXPECT_FALSE(complete_);
+    EXPECT_FALSE(reading_);
     EXPECT_THAT(routes("nothing here"), IsEmpty());
-    EXPECT_TRUE(complete_);
+    EXPECT_TRUE(reading_);
 
     EXPECT_THAT(tracks("N;x\nT;1\nN;y\n"), ElementsAre("N;x 0"));
-    EXPECT_TRUE(complete_);
+    EXPECT_TRUE(reading_);
     EXPECT_THAT(host_.boxes, IsEmpty());
 }
 
@@ -146,7 +149,7 @@ TEST_F(UploadFilesTest, ReadsTracksWithOrWithoutHeaders) {
     EXPECT_THAT(tracks(file, format), bare);
     format = {"MGN", "", "", "A301", "", "."};
     EXPECT_THAT(tracks(file, format), bare);
-    EXPECT_TRUE(complete_);
+    EXPECT_TRUE(reading_);
 }
 
 TEST_F(UploadFilesTest, AsksForAFileInPlaceOfAMissingOne) {
@@ -178,6 +181,20 @@ TEST_F(UploadFilesTest, StandsHugeLinesAndZeroBytes) {
                 ElementsAre("W;;0;0;;0;0;0", "W;A;1;2;;3;4;5"));
     EXPECT_THAT(waypoints(huge + "\n\0W\nW;A\0B;1;2;;3;4;5\0\n"s),
                 ElementsAre("W;A\0B;1;2;;3;4;5"s));
+}
+
+// Lines that are no records are not missed; those behind a bad one are.
+TEST_F(UploadFilesTest, CountsWhatAFileLosesAtABadLine) {
+    const std::string good = "W;A;1;2;;0;18;0\n";
+    waypoints("a remark\n" + good + "\n" + good);
+    EXPECT_EQ(reading_.leftOut, 0);
+    waypoints("a remark\n" + good + "W;B;1\n\nT;\n" + good + good);
+    EXPECT_EQ(reading_.leftOut, 3);
+    EXPECT_EQ(reading_.firstLeftOut, 3);
+    EXPECT_TRUE(reading_) << "the first is sent all the same";
+    routes("R;1;X\nW;A;1;2;;0;18;x\nR;300;Y\n" + good);
+    EXPECT_EQ(reading_.leftOut, 2);
+    EXPECT_EQ(reading_.firstLeftOut, 3);
 }
 
 }  // namespace

@@ -193,7 +193,7 @@ TEST_F(MagellanTest, UploadsWaypoints) {
     expect(uploaded("A"), "$PMGNCSM,00*1C\r\n");
     expect(uploaded("\xC9"));
     expect(kEnd);
-    device.mgnSendWaypoints({waypoint("A"), waypoint("É")});
+    device.mgnSendWaypoints({.records = {waypoint("A"), waypoint("É")}});
     EXPECT_EQ(takeLog(),
               (Log{"StartUpload|W|2|Waypoints", writes(uploaded("A")),
                    "WayptData|1|" + pointLine("A") + "|U", writes(uploaded("\xC9")),
@@ -217,7 +217,7 @@ TEST_F(MagellanTest, UploadsRoutes) {
     for (const char* name : {"A", "B", "C"}) {
         route.AddWaypt(waypoint(name));
     }
-    device.mgnSendRoutes({route, empty});
+    device.mgnSendRoutes({.records = {route, empty}});
     EXPECT_EQ(takeLog(),
               (expected + Log{"RouteHeader|1|R;3;TOUR|U", "RouteData|2|" + pointLine("A") + "|U",
                               "RouteData|3|" + pointLine("B") + "|U",
@@ -236,8 +236,8 @@ TEST_F(MagellanTest, UploadsTracksUpToAPointThatNoSentenceHolds) {
     expect(text);
     expect(text);
     expect(kEnd);
-    device.mgnSendTracks(
-        {TrkHeader(), point("Loop", 48.5), point("Loop", 48.5), point("X", 1e9), point("X", 48.5)});
+    device.mgnSendTracks({.records = {TrkHeader(), point("Loop", 48.5), point("Loop", 48.5),
+                                      point("X", 1e9), point("X", 48.5)}});
     const std::string line = "T;48.5;-1.5;39234.5;152;0|U";
     EXPECT_EQ(takeLog(), (Log{"StartUpload|T|4|Upload Traces", "TrackHeader|1|N;Loop|U",
                               writes(text), "TrackData|1|" + line, writes(text),
@@ -281,7 +281,7 @@ TEST_F(MagellanTest, NothingIsReadOrWrittenOnceAHandlerDisconnected) {
     EXPECT_EQ(host.elapsed(), 0);
     port->open();
     takeLog();
-    device.mgnSendWaypoints({waypoint("A")});
+    device.mgnSendWaypoints({.records = {waypoint("A")}});
     EXPECT_EQ(takeLog(), (Log{"StartUpload|W|1|Waypoints", "EndUpload|W"}))
         << "the lease stays lost";
 }

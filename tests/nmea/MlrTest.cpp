@@ -247,7 +247,7 @@ TEST_F(MlrTest, UploadsWaypointsAndRoutesWithoutAnEndCommand) {
     point.SetAttributes("MLR", pointLine("PT1", "note"));
     const std::string written = wpl("PT1    note");
     expect(written);
-    device.mlrSendWaypoints({point});
+    device.mlrSendWaypoints({.records = {point}});
     EXPECT_EQ(takeLog(), (Log{"StartUpload|W|1|Waypoints", writes(written),
                               "WayptData|1|" + pointLine("PT1", "note") + "|U", "EndUpload|W"}));
     Route route;
@@ -256,12 +256,12 @@ TEST_F(MlrTest, UploadsWaypointsAndRoutesWithoutAnEndCommand) {
     const std::string rte = sentence("$GPRTE,1,1,c,3,PT1");
     expect(written);
     expect(rte);
-    device.mlrSendRoutes({route});
+    device.mlrSendRoutes({.records = {route}});
     EXPECT_EQ(takeLog(), (Log{"StartUpload|R|2|Upload Routes", writes(written), writes(rte),
                               "RouteHeader|1|R;3;TOUR|U",
                               "RouteData|2|" + pointLine("PT1", "note") + "|U", "EndUpload|R"}));
     point.latitude = 1e9;
-    EXPECT_THROW(device.mlrSendWaypoints({point}), RunTimeError);
+    EXPECT_THROW(device.mlrSendWaypoints({.records = {point}}), RunTimeError);
 }
 
 }  // namespace

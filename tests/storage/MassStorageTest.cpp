@@ -256,7 +256,7 @@ TEST_F(MassStorageTest, ReadsNothingOutsideTheDrive) {
         write("Garmin/GarminDevice.xml", described(folder, folder));
         StorageTransfers transfers = connected();
         EXPECT_FALSE(transfers.getWaypts());
-        EXPECT_FALSE(transfers.SendWaypts(waypoints(), "x.txt"));
+        EXPECT_FALSE(transfers.SendWaypts({.records = waypoints(), .path = "x.txt"}));
         EXPECT_THAT(host_.traceText(), HasSubstr(folder));
         EXPECT_THAT(told_, IsEmpty());
     }
@@ -271,7 +271,7 @@ TEST_F(MassStorageTest, StopsInTheMiddleWhenTheHostDisconnectsOrWantsTheEnd) {
     told_.clear();
     state_.connected = true;
     events_.when("WayptData", 1, [&] { host_.stop = true; });
-    EXPECT_FALSE(transfers.SendWaypts(waypoints(), "x.txt"));
+    EXPECT_FALSE(transfers.SendWaypts({.records = waypoints(), .path = "x.txt"}));
     EXPECT_EQ(told_.size(), 3U);
     EXPECT_THAT(inputFiles(), IsEmpty()) << "half an upload is none";
 }
@@ -279,7 +279,7 @@ TEST_F(MassStorageTest, StopsInTheMiddleWhenTheHostDisconnectsOrWantsTheEnd) {
 TEST_F(MassStorageTest, UploadsAFileNamedAfterTheHosts) {
     StorageTransfers transfers = connected();
     write("Garmin/In/MES POINTS.gpx", "old");
-    EXPECT_TRUE(transfers.SendWaypts(waypoints(), "/home/moi/mes points.txt"));
+    EXPECT_TRUE(transfers.SendWaypts({.records = waypoints(), .path = "/home/moi/mes points.txt"}));
     EXPECT_THAT(told_,
                 ElementsAre("StartUpload|W|2|Waypoints", "WayptData|1|W;PT1;45;1.5;note;100;18;0|U",
                             "WayptData|2|W;PT2;46;2;;0;18;0|U", "EndUpload|W"));
@@ -288,7 +288,7 @@ TEST_F(MassStorageTest, UploadsAFileNamedAfterTheHosts) {
     EXPECT_THAT(gpx, HasSubstr("<gpx version=\"1.1\""));
     EXPECT_THAT(gpx, HasSubstr("<name>PT1</name>"));
 
-    EXPECT_TRUE(transfers.SendWaypts(waypoints(), "C:\\a?b:*. .txt"));
+    EXPECT_TRUE(transfers.SendWaypts({.records = waypoints(), .path = "C:\\a?b:*. .txt"}));
     EXPECT_THAT(inputFiles(), testing::Contains(testing::EndsWith("a_b__.gpx")));
 }
 
@@ -301,10 +301,10 @@ TEST_F(MassStorageTest, UploadsTracksWithTheirHeadersAndRoutesWithTheirPoints) {
     ASSERT_TRUE(readTrackFile(host_, path, format, items));
     std::vector<Route> routes;
     ASSERT_TRUE(readRouteFile(host_, path, format, routes));
-    EXPECT_TRUE(transfers.SendTraces(items, "t.txt"));
+    EXPECT_TRUE(transfers.SendTraces({.records = items, .path = "t.txt"}));
     EXPECT_THAT(read("Garmin/In/t.gpx"), HasSubstr("<name>Walk</name>"));
     EXPECT_THAT(read("Garmin/In/t.gpx"), HasSubstr("1990-01-01T12:00:00Z"));
-    EXPECT_TRUE(transfers.SendRoutes(routes, "r.txt"));
+    EXPECT_TRUE(transfers.SendRoutes({.records = routes, .path = "r.txt"}));
     EXPECT_THAT(read("Garmin/In/r.gpx"), HasSubstr("<rtept lat=\"45\" lon=\"1\">"));
     EXPECT_EQ(told_.size(), 8U);
 }
@@ -312,7 +312,7 @@ TEST_F(MassStorageTest, UploadsTracksWithTheirHeadersAndRoutesWithTheirPoints) {
 TEST_F(MassStorageTest, AFailedUploadTellsWhyAndLeavesWhatWasThere) {
     StorageTransfers transfers = connected();
     write("Garmin/In/x.gpx/kept", "a folder stands where the file should");
-    EXPECT_FALSE(transfers.SendWaypts(waypoints(), "x.txt"));
+    EXPECT_FALSE(transfers.SendWaypts({.records = waypoints(), .path = "x.txt"}));
     EXPECT_THAT(inputFiles(), ElementsAre("x.gpx"));
     ASSERT_EQ(host_.boxes.size(), 1U);
     EXPECT_EQ(host_.boxes[0].icon, BoxIcon::critical);
@@ -321,7 +321,7 @@ TEST_F(MassStorageTest, AFailedUploadTellsWhyAndLeavesWhatWasThere) {
 
     told_.clear();
     fs::remove_all(root() / "Garmin/In");
-    EXPECT_FALSE(transfers.SendWaypts(waypoints(), "x.txt"));
+    EXPECT_FALSE(transfers.SendWaypts({.records = waypoints(), .path = "x.txt"}));
     EXPECT_EQ(host_.boxes.size(), 2U);
     EXPECT_THAT(told_, IsEmpty()) << "no folder: nothing starts";
     EXPECT_FALSE(fs::exists(root() / "Garmin/In"));

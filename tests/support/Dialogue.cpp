@@ -6,6 +6,7 @@
 #include <numeric>
 #include <sstream>
 
+#include "control/ControlFactory.h"
 #include "host/DebugTrace.h"
 
 namespace marlune {
@@ -143,7 +144,7 @@ Stage::Stage(Line line)
     auto usb = std::make_unique<ScriptedUsb>(host);
     usb_ = usb.get();
     usb->onWrite = [this](const Bytes& bytes) { log_.push_back(wireText(bytes)); };
-    control_ = std::make_unique<GpsControl>(host, events, std::move(port), std::move(usb));
+    control_ = ControlFactory::make(host, events, std::move(port), std::move(usb));
     control_->setNumPort(numPort::Comm1);
     if (onUsb()) {
         control_->SetGpsMark("GRM_USB");

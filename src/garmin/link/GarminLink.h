@@ -15,6 +15,8 @@ struct LinkPacket {
     std::vector<std::uint8_t> data;
     // On a serial line, false for silence alone: a packet of id 0 came, too.
     bool came = false;
+    // The checksum was wrong: the protocol takes such a packet as it stands.
+    bool damaged = false;
 };
 
 class GarminLink {
@@ -43,6 +45,9 @@ public:
 
     // False once the connection was closed or replaced under the running procedure.
     [[nodiscard]] virtual bool holds() const = 0;
+
+    // True when nothing can come any more.
+    [[nodiscard]] virtual bool isGone() const { return !holds(); }
 
     // In what links differ for the procedures.
 

@@ -2,10 +2,23 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 
 #include "base/RunTimeError.h"
 
 namespace marlune {
+namespace {
+
+// Whether packet id, size, data and checksum, which plain begins with, are all there and add to 0.
+bool sumsUp(std::span<const std::uint8_t> plain, std::uint8_t size) {
+    const std::size_t count = std::size_t{size} + 3;
+    return plain.size() >= count &&
+           std::accumulate(plain.begin(), plain.begin() + static_cast<std::ptrdiff_t>(count), 0U) %
+                   256 ==
+               0;
+}
+
+}  // namespace
 
 std::vector<std::uint8_t> GpsPacket::Build(std::uint8_t pid, std::span<const std::uint8_t> data) {
     pid_ = pid;
@@ -44,7 +57,7 @@ bool GpsPacket::Parse(std::span<const std::uint8_t> frame) {
     constexpr std::size_t kHeader = 3;
     std::vector<std::uint8_t> plain;
     plain.reserve(frame.size());
-    // The whole frame is unstuffed, its end pair included, as one text would be.
+    // The whole frame is unstuffed, its end pair included.
     for (std::size_t i = 0; i < frame.size(); ++i) {
         plain.push_back(frame[i]);
         if (frame[i] == kDle && i + 1 < frame.size() && frame[i + 1] == kDle) {
@@ -55,10 +68,12 @@ bool GpsPacket::Parse(std::span<const std::uint8_t> frame) {
     if (plain.size() <= kHeader) {
         pid_ = 0;
         size_ = 0;
+        damaged_ = false;
         return false;
     }
     pid_ = plain[1];
     size_ = plain[2];
+    damaged_ = !sumsUp(std::span<const std::uint8_t>(plain).subspan(1), size_);
     const std::size_t present = std::min<std::size_t>(size_, plain.size() - kHeader);
     plain.erase(plain.begin(), plain.begin() + kHeader);
     plain.resize(present);

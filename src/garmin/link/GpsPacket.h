@@ -23,9 +23,13 @@ public:
     // made, the result is empty and errorNumber() is 6.
     std::vector<std::uint8_t> Build(std::uint8_t pid, std::span<const std::uint8_t> data);
 
-    // Takes a frame apart, still stuffed as it came. Checksum and end are not looked at, and data
-    // may be shorter than announced. False with packet id 0 for fewer than 4 bytes.
+    // Takes a frame apart, still stuffed as it came. Its end is not looked at, a wrong checksum
+    // changes nothing (isDamaged() tells), and data may be shorter than announced. False with
+    // packet id 0 for fewer than 4 bytes.
     bool Parse(std::span<const std::uint8_t> frame);
+
+    // Whether the checksum of the frame parsed last did not match, or was missing.
+    [[nodiscard]] bool isDamaged() const { return damaged_; }
 
     [[nodiscard]] std::uint8_t GetPid() const { return pid_; }
     void LetPid(std::uint8_t pid) { pid_ = pid; }
@@ -41,6 +45,7 @@ private:
     std::uint8_t size_ = 0;
     std::vector<std::uint8_t> data_;
     int errorNumber_ = 0;
+    bool damaged_ = false;
 };
 
 // Two operations on byte arrays of the receive side.

@@ -107,7 +107,7 @@ LinkPacket SerialGarminLink::receive() {
     const std::vector<std::uint8_t> frame = grmReadPacket(kUnusedTimeout);
     GpsPacket packet;
     packet.Parse(frame);
-    return {packet.GetPid(), packet.takeData(), frame.size() > 1};
+    return {packet.GetPid(), packet.takeData(), frame.size() > 1, packet.isDamaged()};
 }
 
 void SerialGarminLink::acknowledge(std::uint8_t pid) {

@@ -21,6 +21,7 @@ public:
     void acknowledge(std::uint8_t pid) override;
     void discard() override { port_.ResetComBuffers(); }
     [[nodiscard]] bool holds() const override { return port_.holds(); }
+    [[nodiscard]] bool isGone() const override { return port_.isGone(); }
     [[nodiscard]] bool acknowledges() const override { return true; }
     [[nodiscard]] bool gathers() const override { return false; }
     // Hosts of serial units have always been told false, and go by the events.

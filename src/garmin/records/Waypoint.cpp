@@ -118,8 +118,12 @@ void putFills(int type, std::span<std::uint8_t> record) {
 
 }  // namespace
 
+const DataType& Waypoint::typeOf(std::string_view format, std::span<const std::uint8_t> data) {
+    return DataType::Lire(actualFormat(format, data));
+}
+
 void Waypoint::GetAttributes(std::string_view format, std::span<const std::uint8_t> data) {
-    const DataType& type = DataType::Lire(actualFormat(format, data));
+    const DataType& type = typeOf(format, data);
     latitude = degreesOf(type.latitude, data);
     longitude = degreesOf(type.longitude, data);
     readTexts(type, data);

@@ -33,6 +33,10 @@ public:
     // field, or a one-byte symbol above 15.
     void GetAttributes(std::string_view format, std::span<const std::uint8_t> data);
 
+    // The data type that a record is read as, which may be another than the announced one. Raises
+    // the index error for an unknown type.
+    static const DataType& typeOf(std::string_view format, std::span<const std::uint8_t> data);
+
     // The record of data type format, always at the type's full length. Raises the index error for
     // an unknown type, for texts that do not fit and for D154, and overflow for impossible
     // coordinates.

@@ -10,6 +10,7 @@
 #include "base/CodePage.h"
 #include "base/DateText.h"
 #include "base/RunTimeError.h"
+#include "garmin/records/Values.h"
 #include "garmin/values/LineFields.h"
 #include "nmea/Messages.h"
 #include "nmea/NmeaPacket.h"
@@ -117,22 +118,22 @@ void Magellan::waitOneSecond() {
 
 // Downloads.
 
-// True when the receiver ended its list itself; a refusal ends it like a silence.
-bool Magellan::readList(std::string_view prefix, const TakeSentence& take) {
+// Complete when the receiver ended its list itself; a refusal ends it like a silence.
+Ending Magellan::readList(std::string_view prefix, const TakeSentence& take) {
     for (;;) {
         const std::string sentence = reader_.mgnGet(prefix, kSentenceTimeOut);
         if (sentence.empty()) {
             if (services_.host.stopRequested()) {
                 mgnStop();
             }
-            return false;
+            return endingOfSilence(port_, services_.host);
         }
         if (contains(sentence, "$PMGNCMD,END")) {
             state_.lastChecksum = lastTwo(sentence);
-            return true;
+            return Ending::complete;
         }
         if (contains(sentence, "$PMGNCMD,UNABLE")) {
-            return false;
+            return Ending::refused;
         }
         take(sentence);
     }
@@ -158,87 +159,104 @@ void Magellan::endDownload(const char* letter) {
 }
 
 bool Magellan::mgnGetWaypoints() {
+    TransferLog log(services_, TransferKind::waypoints, TransferDirection::download);
     mgnStop();
     state_.lastChecksum = "71";
     send("$PMGNCMD,WAYPOINT*71\r\n");
     services_.events.StartDownload("W", kUnknownCount, nmeatext::kWaypoints);
     state_.waypoints.clear();
+    services_.records.waypoints.clear();
     // Dropped sentences count too, so the progress may run ahead of what is delivered; it is meant.
     int received = 0;
-    const bool complete = readList("$PMGNWPL", [&](const std::string& sentence) {
+    const Ending ending = readList("$PMGNWPL", [&](const std::string& sentence) {
         ++received;
-        takeWaypoint(sentence, received);
+        takeWaypoint(sentence, received, log);
     });
     endDownload("W");
-    return complete;
+    return log.end(ending);
 }
 
-void Magellan::takeWaypoint(const std::string& sentence, int received) {
+void Magellan::takeWaypoint(const std::string& sentence, int received, TransferLog& log) {
     Waypoint waypoint;
     if (!accepts(sentence, GetAttributes_MGN(waypoint, sentence))) {
+        ++log->wrongChecksum;
         return;
     }
     if (!state_.waypoints.try_emplace(waypoint.ident, waypoint).second) {
         services_.trace.traceLineOf([&] { return nmeatext::kDuplicate + fromAnsi(sentence); });
+        ++log->duplicates;
         return;
     }
+    ++log->transferred;
+    services_.records.waypoints.push_back(recordOf(waypoint));
     services_.events.GpsInfo(nmeatext::kProgress + std::to_string(received));
     services_.events.WayptData(kUnknownCount, waypoint.getIdent(separator()), "D");
 }
 
 bool Magellan::mgnGetTracks() {
+    TransferLog log(services_, TransferKind::tracks, TransferDirection::download);
+    services_.records.tracks.clear();
     mgnStop();
     send(signedSentence("$PMGNCMD,TRACK,2*"));
     services_.events.StartDownload("T", kUnknownCount, nmeatext::kTracks);
     TrackProgress progress;
-    const bool complete = readList("$PMGNTRK", [&](const std::string& sentence) {
+    const Ending ending = readList("$PMGNTRK", [&](const std::string& sentence) {
         ++progress.received;
-        takeTrackPoint(sentence, progress);
+        takeTrackPoint(sentence, progress, log);
     });
     endDownload("T");
     if (!progress.any && mayGoOn(port_, services_.host)) {
         services_.host.messageBox(nmeatext::kNoTrack, BoxIcon::information);
     }
-    return complete;
+    return log.end(ending);
 }
 
-void Magellan::takeTrackPoint(const std::string& sentence, TrackProgress& progress) {
+void Magellan::takeTrackPoint(const std::string& sentence, TrackProgress& progress,
+                              TransferLog& log) {
     Trace point;
     if (!accepts(sentence, GetAttributes_MGN(point, sentence, std::floor(services_.host.now())))) {
+        ++log->wrongChecksum;
         return;
     }
     progress.any = true;
+    ++log->transferred;
     if (point.GetName() != progress.name) {
         progress.name = point.GetName();
         point.pFirst = true;
+        services_.records.tracks.emplace_back().name = point.GetName();
         services_.events.TrackHeader(kUnknownCount,
                                      "N;" + point.GetName() + " - " + dayText(point.pTime), "D");
     }
     services_.events.GpsInfo(nmeatext::kProgress + std::to_string(progress.received));
+    addPoint(services_.records, recordOf(point));
     services_.events.TrackData(kUnknownCount, point.getIdent(separator()), "D");
 }
 
 bool Magellan::mgnGetRoutes() {
+    TransferLog log(services_, TransferKind::routes, TransferDirection::download);
+    services_.records.routes.clear();
     if (state_.waypoints.empty()) {
         services_.host.messageBox(nmeatext::kWaypointsFirst, BoxIcon::information);
-        return false;
+        return log.end(Ending::needsWaypoints);
     }
     mgnStop();
     send(signedSentence("$PMGNCMD,ROUTE*"));
     services_.events.StartDownload("R", kUnknownCount, nmeatext::kRoutes);
-    RouteAssembly routes(services_, state_.waypoints);
-    const bool complete = readList(
-        "$PMGNRTE", [&](const std::string& sentence) { takeRouteSentence(sentence, routes); });
+    RouteAssembly routes(services_, state_.waypoints, log);
+    const Ending ending = readList(
+        "$PMGNRTE", [&](const std::string& sentence) { takeRouteSentence(sentence, routes, log); });
     routes.finish();
     endDownload("R");
     if (!routes.foundRoutes() && mayGoOn(port_, services_.host)) {
         services_.host.messageBox(nmeatext::kNoRoute, BoxIcon::information);
     }
-    return complete;
+    return log.end(ending);
 }
 
-void Magellan::takeRouteSentence(const std::string& sentence, RouteAssembly& routes) {
+void Magellan::takeRouteSentence(const std::string& sentence, RouteAssembly& routes,
+                                 TransferLog& log) {
     if (!accepts(sentence, Sentence(sentence).computedChecksum())) {
+        ++log->wrongChecksum;
         return;
     }
     RoutePhrase phrase;
@@ -246,6 +264,7 @@ void Magellan::takeRouteSentence(const std::string& sentence, RouteAssembly& rou
         phrase = RouteMGN(sentence);
     } catch (const RunTimeError&) {
         reject(sentence);
+        ++log->undecodable;
         return;
     }
     routes.take(phrase);
@@ -253,50 +272,64 @@ void Magellan::takeRouteSentence(const std::string& sentence, RouteAssembly& rou
 
 // Uploads. Receivers acknowledge each sentence; the acknowledgements are not waited for.
 
-void Magellan::mgnSendWaypoints(std::vector<Waypoint> waypoints) {
-    uploadWaypointSentences(services_, port_, kUploads, std::move(waypoints));
+void Magellan::mgnSendWaypoints(const Upload<Waypoint>& upload) {
+    uploadWaypointSentences(services_, port_, kUploads, upload);
 }
 
-void Magellan::mgnSendRoutes(std::vector<Route> routes) {
-    uploadRouteSentences(services_, port_, kUploads, std::move(routes));
+void Magellan::mgnSendRoutes(const Upload<Route>& upload) {
+    uploadRouteSentences(services_, port_, kUploads, upload);
 }
 
-void Magellan::mgnSendTracks(std::vector<TrackItem> items) {
-    services_.events.StartUpload("T", countPoints(items), nmeatext::kUploadTracks);
-    try {
-        sendTrackPoints(items);
-    } catch (const RunTimeError&) {  // a point that no sentence can hold ends the sending
-    }
+void Magellan::mgnSendTracks(const Upload<TrackItem>& upload) {
+    TransferLog log(services_, TransferKind::tracks, TransferDirection::upload);
+    reportReading(log, upload.reading);
+    services_.records.tracks.clear();
+    const std::int16_t points = countPoints(upload.records);
+    log->announced = points;
+    services_.events.StartUpload("T", points, nmeatext::kUploadTracks);
+    const Ending ending = sendTrackPoints(upload.records, log);
     send(kEndOfUpload);
     services_.events.EndUpload("T");
+    log.end(ending);
 }
 
-void Magellan::sendTrackPoints(std::vector<TrackItem>& items) {
+Ending Magellan::sendTrackPoints(const std::vector<TrackItem>& items, TransferLog& log) {
     std::string name;
     std::int16_t numitem = 0;
-    for (TrackItem& item : items) {
+    for (const TrackItem& item : items) {
         // The name travels in each point, so headers are not sent.
-        auto* point = std::get_if<Trace>(&item);
+        const auto* point = std::get_if<Trace>(&item);
         if (point == nullptr) {
             continue;
         }
         if (!mayGoOn(port_, services_.host)) {
-            return;
+            break;
         }
         ++numitem;
-        const std::string sentence = CoderMgn(*point);
+        std::string sentence;
+        try {
+            sentence = CoderMgn(*point);
+        } catch (const RunTimeError&) {
+            return Ending::unsendable;  // a point that no sentence can hold ends the sending
+        }
         if (point->GetName() != name) {
             name = point->GetName();
+            services_.records.tracks.emplace_back().name = name;
             services_.events.TrackHeader(numitem, "N;" + name, "U");
         }
         send(sentence);
+        ++log->transferred;
+        addPoint(services_.records, recordOf(*point));
         services_.events.TrackData(numitem, point->getIdent(separator()), "U");
     }
+    return endingOfUpload(port_, services_.host);
 }
 
 // Real time.
 
 void Magellan::mgnPvt() {
+    TransferLog log(services_, TransferKind::realTime, TransferDirection::download);
+    services_.records.fix.reset();
     send(signedSentence("$PMGNCMD,FIX*"));
     const std::string reply = waitForFix();
     if (reply.empty() || contains(reply, "UNABLE")) {
@@ -304,14 +337,17 @@ void Magellan::mgnPvt() {
         if (services_.host.stopRequested()) {
             mgnStop();
         }
+        log.end(reply.empty() ? endingOfSilence(port_, services_.host) : Ending::refused);
         return;
     }
     connection_.realTimeRunning = true;
     services_.events.Startpvt(nmeatext::kRealTime);
-    followPosition();
+    followPosition(log);
     connection_.realTimeRunning = false;
     mgnStop();
     services_.events.EndPvt();
+    log.end(mayGoOn(port_, services_.host) ? Ending::complete
+                                           : endingOfSilence(port_, services_.host));
 }
 
 // The first reply that is a fix or a refusal; the last one when neither came in time.
@@ -327,7 +363,7 @@ std::string Magellan::waitForFix() {
     return reply;
 }
 
-void Magellan::followPosition() {
+void Magellan::followPosition(TransferLog& log) {
     Host& host = services_.host;
     bool first = true;
     while (connection_.realTimeRunning && mayGoOn(port_, host)) {
@@ -339,9 +375,21 @@ void Magellan::followPosition() {
         GetAttributes_MGN(fix, reply, std::floor(host.now()), first);
         if (fix.point) {
             first = false;
+            ++log->transferred;
+            services_.records.fix = recordOfFix(fix);
             services_.events.PvtData(fix.getIdent(separator()));
         }
     }
+}
+
+// The sentence tells the time of day in UTC and no date; the fix is of this moment, so its date is
+// the one that brings the two nearest.
+FixRecord Magellan::recordOfFix(const PvtData& fix) {
+    FixRecord record = recordOf(fix);
+    const double now = services_.host.utcNow();
+    const double timeOfDay = fix.time - std::floor(fix.time);
+    record.time = unixTime(timeOfDay + std::nearbyint(now - timeOfDay));
+    return record;
 }
 
 }  // namespace marlune

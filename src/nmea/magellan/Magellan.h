@@ -12,8 +12,10 @@
 #include <vector>
 
 #include "family/ConnectionState.h"
-#include "garmin/UploadFiles.h"
+#include "family/Upload.h"
+#include "garmin/records/PvtData.h"
 #include "garmin/records/Route.h"
+#include "garmin/records/TrackItem.h"
 #include "garmin/records/Waypoint.h"
 #include "host/Services.h"
 #include "nmea/NmeaState.h"
@@ -41,12 +43,11 @@ public:
     // sent.
     bool mgnGetRoutes();
 
-    // Uploads, of collections of their own: a handler may start a transfer that changes the
-    // control's. A record that cannot be written as a sentence raises RunTimeError out of the first
+    // Uploads. A record that cannot be written as a sentence raises RunTimeError out of the first
     // two, with no end event; it ends the sending of tracks.
-    void mgnSendWaypoints(std::vector<Waypoint> waypoints);
-    void mgnSendRoutes(std::vector<Route> routes);
-    void mgnSendTracks(std::vector<TrackItem> items);
+    void mgnSendWaypoints(const Upload<Waypoint>& upload);
+    void mgnSendRoutes(const Upload<Route>& upload);
+    void mgnSendTracks(const Upload<TrackItem>& upload);
 
     // Follows the receiver's position until ConnectionState::realTimeRunning is cleared. A silent
     // receiver does not end it.
@@ -67,18 +68,19 @@ private:
     std::string readVersionReply();
     void waitOneSecond();
 
-    bool readList(std::string_view prefix, const TakeSentence& take);
+    Ending readList(std::string_view prefix, const TakeSentence& take);
     bool accepts(std::string_view sentence, std::string_view checksum);
     void reject(std::string_view sentence);
-    void takeWaypoint(const std::string& sentence, int received);
-    void takeTrackPoint(const std::string& sentence, TrackProgress& progress);
-    void takeRouteSentence(const std::string& sentence, RouteAssembly& routes);
+    void takeWaypoint(const std::string& sentence, int received, TransferLog& log);
+    void takeTrackPoint(const std::string& sentence, TrackProgress& progress, TransferLog& log);
+    void takeRouteSentence(const std::string& sentence, RouteAssembly& routes, TransferLog& log);
     void endDownload(const char* letter);
 
-    void sendTrackPoints(std::vector<TrackItem>& items);
+    Ending sendTrackPoints(const std::vector<TrackItem>& items, TransferLog& log);
 
     std::string waitForFix();
-    void followPosition();
+    void followPosition(TransferLog& log);
+    FixRecord recordOfFix(const PvtData& fix);
 
     [[nodiscard]] char separator() const { return services_.host.decimalSeparator(); }
 

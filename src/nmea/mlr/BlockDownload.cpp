@@ -11,13 +11,13 @@
 #include "nmea/Sentence.h"
 #include "nmea/Waiting.h"
 #include "nmea/mlr/BlockSplitter.h"
+#include "serial/LineSpeeds.h"
 
 namespace marlune {
 namespace {
 
-// Two stop bits at both speeds.
-constexpr const char* kFastLine = "baud=38400 parity=n data=8 stop=2";
-constexpr const char* kSlowLine = "baud=4800 parity=n data=8 stop=2";
+// At both speeds.
+constexpr int kStopBits = 2;
 
 // An endless stream of blocks must not fill the memory; no receiver holds a thousandth of this.
 constexpr std::size_t kMostBytes = std::size_t{64} << 20U;
@@ -69,7 +69,11 @@ bool BlockDownload::receive() {
 
 void BlockDownload::takeBlock(const std::string& block) {
     const bool carriesRecords = !contains(block, "DEBUT") && block.size() > BlocMLR::kHeaderLength;
-    if (!carriesRecords || keptBytes_ + block.size() > kMostBytes) {
+    if (!carriesRecords) {
+        return;
+    }
+    if (keptBytes_ + block.size() > kMostBytes) {
+        ++result_.dropped;
         return;
     }
     keptBytes_ += block.size();
@@ -86,10 +90,11 @@ std::optional<MlrBlocks> mlrBlockDownload(Services& services, PortLease& port,
         port.write({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
     };
     write(request);
-    port.reopen(kFastLine, [&] { services.events.GpsInfo(nmeatext::kMlrProgress); });
+    port.reopen(lineSettings(kMlrBlockSpeed, kStopBits),
+                [&] { services.events.GpsInfo(nmeatext::kMlrProgress); });
     BlockDownload download(services, port);
     const bool complete = download.receive();
-    port.reopen(kSlowLine);
+    port.reopen(lineSettings(kNmeaSpeed, kStopBits));
     write(closing);
     if (!complete) {
         return std::nullopt;

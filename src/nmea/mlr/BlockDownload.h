@@ -14,6 +14,7 @@ namespace marlune {
 struct MlrBlocks {
     std::vector<BlocMLR> blocks;  // in order of arrival, those without records left out
     int total = 0;                // records, as the blocks' counts say
+    int dropped = 0;              // blocks that there was no room for
 };
 
 // Sends request at 4800 baud, listens at 38400 until the closing block has come, and sends closing

@@ -6,6 +6,7 @@
 
 #include "base/CodePage.h"
 #include "base/RunTimeError.h"
+#include "garmin/records/Values.h"
 #include "garmin/values/LineFields.h"
 #include "garmin/values/NumberText.h"
 #include "nmea/Messages.h"
@@ -42,6 +43,16 @@ constexpr std::size_t kMostRouteSentences = 16384;
 double firstNumber(std::string_view text) {
     const std::size_t digit = text.find_first_of("0123456789");
     return digit == std::string_view::npos ? 0 : readNumber(text.substr(digit));
+}
+
+// These sentences carry no altitude and no symbol, and pad their names.
+WaypointRecord recordOfMlr(const Waypoint& waypoint) {
+    WaypointRecord record = recordOf(waypoint);
+    record.name = trimBlanks(waypoint.ident);
+    record.altitude.reset();
+    record.symbol.reset();
+    record.display.reset();
+    return record;
 }
 
 bool isTrackPoint(std::string_view waypointSentence) {
@@ -115,22 +126,26 @@ void Mlr::accept(double version, bool sendsBlocks) {
 // Downloads.
 
 bool Mlr::mlrGetWaypoints() {
-    List list = {"W", nmeatext::kMlrWaypoints, nmeatext::kMlrNoWaypoint};
+    TransferLog log(services_, TransferKind::waypoints, TransferDirection::download);
+    services_.records.waypoints.clear();
+    List list = {"W", nmeatext::kMlrWaypoints, nmeatext::kMlrNoWaypoint, log};
     if (state_.sendsBlocks) {
         list.header = nmeatext::kMlrBlockWaypoints;
         return downloadBlocks(list, kSendWaypoints, std::string_view("$GPWPL").size(),
                               [&](std::string_view record) { takeWaypointRecord(record, list); });
     }
-    listen([&](const std::string& sentence) {
+    const Ending ending = listen([&](const std::string& sentence) {
         if (contains(sentence, "$GPWPL") && !isTrackPoint(sentence)) {
             takeWaypoint(sentence, list);
         }
     });
-    return finish(list);
+    return finish(list, ending);
 }
 
 bool Mlr::mlrGetTracks() {
-    List list = {"T", nmeatext::kMlrTracks, nmeatext::kMlrNoTrack};
+    TransferLog log(services_, TransferKind::tracks, TransferDirection::download);
+    services_.records.tracks.clear();
+    List list = {"T", nmeatext::kMlrTracks, nmeatext::kMlrNoTrack, log};
     if (state_.sendsBlocks) {
         list.header = nmeatext::kMlrBlockTracks;
         std::uint16_t previous = 0;
@@ -138,42 +153,48 @@ bool Mlr::mlrGetTracks() {
             list, kSendTracks, kMlrTrackRecordLength,
             [&](std::string_view record) { takeTrackRecord(record, previous, list); });
     }
-    listen([&](const std::string& sentence) {
+    const Ending ending = listen([&](const std::string& sentence) {
         if (contains(sentence, "$GPWPL") && isTrackPoint(sentence)) {
             takeTrackPoint(sentence, list);
         }
     });
-    return finish(list);
+    return finish(list, ending);
 }
 
 // The points' sentences may come before or behind the routes that name them.
 bool Mlr::mlrGetRoutes() {
+    TransferLog log(services_, TransferKind::routes, TransferDirection::download);
+    services_.records.routes.clear();
     std::vector<RoutePhrase> phrases;
-    listen([&](const std::string& sentence) {
+    const Ending ending = listen([&](const std::string& sentence) {
         if (contains(sentence, "$GPWPL")) {
             Waypoint waypoint;
-            (void)decodeWaypoint(sentence, waypoint);
+            (void)decodeWaypoint(sentence, waypoint, log);
         } else if (phrases.size() < kMostRouteSentences) {
-            takeRouteSentence(sentence, phrases);
+            takeRouteSentence(sentence, phrases, log);
         }
     });
-    List list = {"R", nmeatext::kMlrRoutes, nmeatext::kMlrNoRoute};
-    RouteAssembly routes(services_, state_.waypoints);
+    List list = {"R", nmeatext::kMlrRoutes, nmeatext::kMlrNoRoute, log};
+    RouteAssembly routes(services_, state_.waypoints, log);
     for (const RoutePhrase& phrase : phrases) {
         begin(list, kUnknownCount);
         routes.take(phrase);
     }
     routes.finish();
-    return finish(list);
+    return finish(list, ending);
 }
 
 // Hears the lists that a sentence receiver sends when its user wants it to.
-void Mlr::listen(const TakeText& take) {
+Ending Mlr::listen(const TakeText& take) {
     float wait = kFirstSentence;
     for (;;) {
         const std::string sentence = reader_.nextSentence(kListCodes, wait);
         if (sentence.empty()) {
-            return;
+            const Ending ending = endingOfSilence(port_, services_.host);
+            return ending == Ending::interrupted && !services_.host.stopRequested() &&
+                           wait == kFollowingSentence
+                       ? Ending::complete
+                       : ending;
         }
         wait = kFollowingSentence;
         take(sentence);
@@ -184,20 +205,23 @@ bool Mlr::downloadBlocks(List& list, const char* request, std::size_t shortestRe
                          const TakeText& take) {
     const std::optional<MlrBlocks> download = mlrBlockDownload(services_, port_, request, kDone);
     if (!download) {
-        return false;
+        return list.log.end(endingOfSilence(port_, services_.host));
     }
+    list.log->announced = download->total;
+    list.log->oversized += download->dropped;
     if (download->total > 0) {
         begin(list, static_cast<std::int16_t>(download->total));
     }
     int number = 0;
     for (const BlocMLR& block : download->blocks) {
-        takeBlock(block, ++number, shortestRecord, take);
+        takeBlock(block, ++number, shortestRecord, take, list.log);
     }
-    return finish(list);
+    return finish(list, mayGoOn(port_, services_.host) ? Ending::complete
+                                                       : endingOfSilence(port_, services_.host));
 }
 
 void Mlr::takeBlock(const BlocMLR& block, int number, std::size_t shortestRecord,
-                    const TakeText& take) {
+                    const TakeText& take, TransferLog& log) {
     services_.trace.traceLine("-------bloc:" + std::to_string(number));
     if (block.recordCount() == 0) {
         return;
@@ -205,6 +229,7 @@ void Mlr::takeBlock(const BlocMLR& block, int number, std::size_t shortestRecord
     const std::size_t length = block.recordLength();
     if (length < shortestRecord || length > INT16_MAX) {
         services_.events.GpsInfo(nmeatext::kMlrBadBlock + std::to_string(number));
+        log->oversized += static_cast<int>(block.recordCount());
         return;
     }
     int packet = 0;
@@ -225,33 +250,37 @@ void Mlr::begin(List& list, std::int16_t count) {
     }
 }
 
-bool Mlr::finish(const List& list) {
+bool Mlr::finish(const List& list, Ending ending) {
     if (list.begun) {
         services_.events.EndDownload(list.letter);
     } else if (mayGoOn(port_, services_.host)) {
         services_.host.messageBox(list.nothingText, BoxIcon::information);
     }
+    list.log.end(!list.begun && ending == Ending::complete ? Ending::nothingThere : ending);
     return list.begun;
 }
 
 // Decodes and remembers a waypoint; a sentence that is none is traced and left out.
-bool Mlr::decodeWaypoint(std::string_view sentence, Waypoint& waypoint) {
+bool Mlr::decodeWaypoint(std::string_view sentence, Waypoint& waypoint, TransferLog& log) {
     if (!GetAttributes_MLR(waypoint, sentence)) {
-        reject(sentence);
+        reject(sentence, log);
         return false;
     }
     state_.waypoints.insert_or_assign(std::string(trimBlanks(waypoint.ident)), waypoint);
     return true;
 }
 
-void Mlr::reject(std::string_view sentence) {
+void Mlr::reject(std::string_view sentence, TransferLog& log) {
+    ++log->undecodable;
     services_.trace.traceLineOf([&] { return nmeatext::kRejected + fromAnsi(sentence); });
 }
 
 void Mlr::takeWaypoint(std::string_view sentence, List& list) {
     Waypoint waypoint;
-    if (decodeWaypoint(sentence, waypoint)) {
+    if (decodeWaypoint(sentence, waypoint, list.log)) {
         begin(list, kUnknownCount);
+        ++list.log->transferred;
+        services_.records.waypoints.push_back(recordOfMlr(waypoint));
         services_.events.WayptData(++list.item, waypoint.getIdent(separator()), "D");
     }
 }
@@ -261,7 +290,7 @@ void Mlr::takeWaypointRecord(std::string_view record, List& list) {
     // What pads a record stands around the sentence.
     const std::size_t start = record.find("$GPWPL");
     if (start == std::string_view::npos) {
-        reject(record);
+        reject(record, list.log);
         return;
     }
     const std::size_t end = record.find_last_not_of(" \r\n\0"sv) + 1;
@@ -271,10 +300,13 @@ void Mlr::takeWaypointRecord(std::string_view record, List& list) {
 void Mlr::takeTrackPoint(std::string_view sentence, List& list) {
     Trace point;
     if (!GetAttributes_MLR(point, sentence, today())) {
-        reject(sentence);
+        reject(sentence, list.log);
         return;
     }
-    reportPoint(point, list);
+    TrackPointRecord value = recordOf(point);
+    value.altitude.reset();
+    value.time.reset();  // the line's is made up, to keep the order
+    reportPoint(point, value, list);
 }
 
 void Mlr::takeTrackRecord(std::string_view record, std::uint16_t& previous, List& list) {
@@ -282,34 +314,42 @@ void Mlr::takeTrackRecord(std::string_view record, std::uint16_t& previous, List
     const std::uint16_t number = GetAttributes_MLR_SP(point, record, today());
     point.pFirst = number == 1 || number <= previous;
     previous = number;
-    reportPoint(point, list);
+    TrackPointRecord value = recordOf(point);
+    if (!isDated_MLR_SP(record)) {
+        value.time.reset();
+    }
+    reportPoint(point, value, list);
 }
 
-void Mlr::reportPoint(Trace& point, List& list) {
+void Mlr::reportPoint(const Trace& point, const TrackPointRecord& value, List& list) {
     begin(list, kUnknownCount);
+    ++list.log->transferred;
+    addPoint(services_.records, value);
     services_.events.TrackData(++list.item, point.getIdent(separator()), "D");
 }
 
-void Mlr::takeRouteSentence(std::string_view sentence, std::vector<RoutePhrase>& phrases) {
+void Mlr::takeRouteSentence(std::string_view sentence, std::vector<RoutePhrase>& phrases,
+                            TransferLog& log) {
     try {
         phrases.push_back(RouteMLR(sentence));
     } catch (const RunTimeError&) {
-        reject(sentence);
+        reject(sentence, log);
     }
 }
 
 // Uploads.
 
-void Mlr::mlrSendWaypoints(std::vector<Waypoint> waypoints) {
-    uploadWaypointSentences(services_, port_, kUploads, std::move(waypoints));
+void Mlr::mlrSendWaypoints(const Upload<Waypoint>& upload) {
+    uploadWaypointSentences(services_, port_, kUploads, upload);
 }
 
-void Mlr::mlrSendRoutes(std::vector<Route> routes) {
-    uploadRouteSentences(services_, port_, kUploads, std::move(routes));
+void Mlr::mlrSendRoutes(const Upload<Route>& upload) {
+    uploadRouteSentences(services_, port_, kUploads, upload);
 }
 
 void Mlr::mlrSendTracks() {
     services_.host.messageBox(nmeatext::kMlrNoTrackUpload, BoxIcon::critical);
+    TransferLog(services_, TransferKind::tracks, TransferDirection::upload).end(Ending::notOffered);
 }
 
 }  // namespace marlune

@@ -13,10 +13,13 @@
 #include <vector>
 
 #include "family/ConnectionState.h"
+#include "family/Upload.h"
 #include "garmin/records/Route.h"
 #include "garmin/records/Trace.h"
 #include "garmin/records/Waypoint.h"
 #include "host/Services.h"
+#include "host/TransferLog.h"
+#include "marlune/Records.h"
 #include "nmea/NmeaState.h"
 #include "nmea/RouteAssembly.h"
 #include "nmea/SentenceReader.h"
@@ -40,11 +43,10 @@ public:
     bool mlrGetTracks();
     bool mlrGetRoutes();
 
-    // Uploads, of collections of their own: a handler may start a transfer that changes the
-    // control's. A record that cannot be written as a sentence raises RunTimeError, with no end
+    // Uploads. A record that cannot be written as a sentence raises RunTimeError, with no end
     // event.
-    void mlrSendWaypoints(std::vector<Waypoint> waypoints);
-    void mlrSendRoutes(std::vector<Route> routes);
+    void mlrSendWaypoints(const Upload<Waypoint>& upload);
+    void mlrSendRoutes(const Upload<Route>& upload);
     // These receivers take no tracks: tells the user so.
     void mlrSendTracks();
 
@@ -54,6 +56,7 @@ private:
         const char* letter;
         const char* header;
         const char* nothingText;
+        TransferLog& log;
         bool begun = false;
         std::int16_t item = 0;
     };
@@ -64,22 +67,24 @@ private:
     void acceptSentenceReceiver(const std::string& reply);
     void accept(double version, bool sendsBlocks);
 
-    void listen(const TakeText& take);
+    // Why it ended: a silence behind sentences is the end of the list.
+    Ending listen(const TakeText& take);
     bool downloadBlocks(List& list, const char* request, std::size_t shortestRecord,
                         const TakeText& take);
     void takeBlock(const BlocMLR& block, int number, std::size_t shortestRecord,
-                   const TakeText& take);
+                   const TakeText& take, TransferLog& log);
     void begin(List& list, std::int16_t count);
-    bool finish(const List& list);
+    bool finish(const List& list, Ending ending);
 
-    bool decodeWaypoint(std::string_view sentence, Waypoint& waypoint);
-    void reject(std::string_view sentence);
+    bool decodeWaypoint(std::string_view sentence, Waypoint& waypoint, TransferLog& log);
+    void reject(std::string_view sentence, TransferLog& log);
     void takeWaypoint(std::string_view sentence, List& list);
     void takeWaypointRecord(std::string_view record, List& list);
     void takeTrackPoint(std::string_view sentence, List& list);
     void takeTrackRecord(std::string_view record, std::uint16_t& previous, List& list);
-    void reportPoint(Trace& point, List& list);
-    void takeRouteSentence(std::string_view sentence, std::vector<RoutePhrase>& phrases);
+    void reportPoint(const Trace& point, const TrackPointRecord& value, List& list);
+    void takeRouteSentence(std::string_view sentence, std::vector<RoutePhrase>& phrases,
+                           TransferLog& log);
 
     double today();
     [[nodiscard]] char separator() const { return services_.host.decimalSeparator(); }

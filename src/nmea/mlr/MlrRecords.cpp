@@ -121,4 +121,8 @@ std::uint16_t GetAttributes_MLR_SP(Trace& point, std::string_view record, double
     return number;
 }
 
+bool isDated_MLR_SP(std::string_view record) {
+    return record.size() >= kMlrTrackRecordLength && unsignedAt(record, kTime) != 0;
+}
+
 }  // namespace marlune

@@ -40,4 +40,7 @@ inline constexpr std::size_t kMlrTrackRecordLength = 16;
 // index error for a record that is too short.
 std::uint16_t GetAttributes_MLR_SP(Trace& point, std::string_view record, double today);
 
+// Whether such a record carries a time of its own.
+bool isDated_MLR_SP(std::string_view record);
+
 }  // namespace marlune

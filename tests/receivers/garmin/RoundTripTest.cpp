@@ -3,6 +3,7 @@
 // other's codecs, so a record type that both got wrong in the same way is all that could hide.
 #include <gmock/gmock.h>
 
+#include "control/ControlFactory.h"
 #include "marlune/GpsControl.h"
 #include "receivers/garmin/GarminReceiver.h"
 #include "support/Dialogue.h"
@@ -25,8 +26,8 @@ public:
             receiver_.hear(bytes, host_.elapsed());
             line->arrive(receiver_.takeOutput());
         };
-        control_ = std::make_unique<GpsControl>(host_, events_, std::move(port),
-                                                std::make_unique<ScriptedUsb>(host_));
+        control_ = ControlFactory::make(host_, events_, std::move(port),
+                                        std::make_unique<ScriptedUsb>(host_));
         EXPECT_TRUE(control_->gpsConnect());
     }
 

@@ -1,0 +1,30 @@
+// Garmin units on USB: "GRM_USB". Every service is a session of its own.
+#pragma once
+
+#include "garmin/GarminFamily.h"
+
+namespace marlune {
+
+class UsbGarmin : public GarminFamily {
+public:
+    using GarminFamily::GarminFamily;
+
+    [[nodiscard]] bool serves(std::string_view protocolCode) const override {
+        return protocolCode == "GRM_USB";
+    }
+    [[nodiscard]] bool isOnUsb() const override { return true; }
+    Opening open() override;
+    bool identify() override;
+
+    bool getWaypts() override;
+    bool getTracks() override;
+    bool GetRoutes() override;
+    bool SendWaypts(Upload<Waypoint> upload) override;
+    bool SendRoutes(Upload<Route> upload) override;
+    bool SendTraces(Upload<TrackItem> upload) override;
+    bool StartPvtData() override;
+    double GetTime() override;
+    std::string getPosition() override;
+};
+
+}  // namespace marlune

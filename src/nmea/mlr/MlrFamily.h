@@ -1,0 +1,35 @@
+// MLR receivers: "MLR".
+#pragma once
+
+#include "family/Family.h"
+#include "nmea/NmeaState.h"
+#include "nmea/mlr/MlrState.h"
+
+namespace marlune {
+
+class MlrFamily : public Family {
+public:
+    // The sentence under assembly is the control's, which has one line only.
+    MlrFamily(ControlServices& services, NmeaState& nmea) : Family(services), nmea_(nmea) {}
+
+    [[nodiscard]] bool serves(std::string_view protocolCode) const override {
+        return protocolCode == "MLR";
+    }
+    [[nodiscard]] std::optional<LineChoice> line() const override;
+    bool identify() override;
+    void refreshIdent() override { identify(); }
+    [[nodiscard]] std::string getProtocoles() const override;
+
+    bool getWaypts() override;
+    bool getTracks() override;
+    bool GetRoutes() override;
+    bool SendWaypts(Upload<Waypoint> upload) override;
+    bool SendRoutes(Upload<Route> upload) override;
+    bool SendTraces(Upload<TrackItem> upload) override;
+
+private:
+    NmeaState& nmea_;
+    MlrState state_;
+};
+
+}  // namespace marlune
