@@ -22,7 +22,8 @@ public:
     // the transfer-running flag is cleared.
     void stopTransfer();
 
-    // Asks for the battery voltages and keeps them as a text.
+    // Asks for the battery voltages and keeps them as a text. Kept for its name: no member of the
+    // control calls it.
     void grmGetVoltages();
 
 private:

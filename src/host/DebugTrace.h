@@ -57,7 +57,7 @@ private:
 std::string decimalDump(std::span<const std::uint8_t> bytes);
 
 // The first n bytes (n is clipped to their number), each as a blank and its number in hexadecimal
-// capitals without leading zero: " 10 A 2".
+// capitals without leading zero: " 10 A 2". Kept for its name: nothing here calls it.
 std::string hexDump(std::span<const std::uint8_t> bytes, std::int32_t n);
 
 }  // namespace marlune

@@ -15,8 +15,8 @@ public:
     }
 
     // "4807.038,N,01131.000,E": degrees and minutes with three decimals. 0 is "S" and "W", and
-    // minutes that round to 60 stay 60.000; both are meant. Raises overflow when the whole degrees
-    // do not fit 16 bits.
+    // minutes that round to 60 stay 60.000: receivers read both, and programs compare what is sent
+    // with what they saw sent before. Raises overflow when the whole degrees do not fit 16 bits.
     [[nodiscard]] std::string DMM() const;
 
 private:

@@ -20,7 +20,7 @@ public:
     // to be sent: "$PMGNCSM,3D*12" CR LF.
     std::string AckMgn(std::string_view checksum);
 
-    // Reserved.
+    // Kept for their names; they have never done anything.
     [[nodiscard]] static std::string Ecrire() { return {}; }
     [[nodiscard]] static std::string Lire() { return {}; }
 

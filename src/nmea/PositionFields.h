@@ -11,8 +11,9 @@ namespace marlune {
 double readLatitude(std::string_view field, std::string_view hemisphere);
 double readLongitude(std::string_view field, std::string_view hemisphere);
 
-// Metres. "F" is feet, taken as three to the metre; that rough factor is meant. Any other unit is
-// metres. Raises overflow when a single cannot hold it.
+// Metres. "F" is feet, taken as three to the metre: hosts know the altitudes of this rough factor
+// from all earlier downloads, and compare. Any other unit is metres. Raises overflow when a single
+// cannot hold it.
 float readAltitude(std::string_view field, std::string_view unit);
 
 }  // namespace marlune

@@ -97,7 +97,8 @@ void SentenceReader::nmeaGetPhrase(std::string_view codes, float listening, floa
     state_.sentenceEvent = false;
     const std::string capitals = upperCase(trimBlanks(toAnsi(codes)));
     state_.codeFilter = fromAnsi(capitals);
-    // The host's events are not processed in this wait; that is meant.
+    // The host's events are not processed in this wait: a caller counts on nothing happening
+    // between its command and the first listening.
     const double listenFrom = roundedClock(host) + initialDelay;
     while (initialDelay > 0 && host.secondsClock() < listenFrom && mayGoOn(port_, host)) {
         host.pause(kWaitSlice);

@@ -24,7 +24,8 @@ std::span<const std::uint8_t> part(std::span<const std::uint8_t> bytes, std::siz
 
 std::vector<std::uint8_t> GrmUSBPacket::build(std::uint8_t ptype, std::uint8_t pid,
                                               std::span<const std::uint8_t> data) {
-    // The size is taken from the upper bound, which must be 1 at least: one byte counts as none.
+    // A single byte is not sent: the commands of this protocol have two bytes of data or none, and
+    // one byte is what an empty array of the callers looks like.
     const std::size_t size = data.size() >= 2 ? data.size() : 0;
     std::vector<std::uint8_t> packet(kHeaderSize + size);
     packet[0] = ptype;

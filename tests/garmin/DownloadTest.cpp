@@ -105,8 +105,6 @@ TEST_P(EveryLineDownloadTest, TellsThatNothingIsThere) {
 }
 
 TEST_F(DownloadTest, UnknownPacketsUseUpPasses) {
-    host.createTraceFolder();
-    control().SetDebug("ON");
     // Three passes for two records: the unknown packet takes one, so the end is not read.
     getWaypts(opening(2) + waypoint(1, "PT1") + Script{answers(34, d300(false))} +
               waypoint(3, "PT2") + Script{answers(12, {7, 0}), event("EndDownload|W")});

@@ -54,6 +54,8 @@ inline Bytes text0(const std::string& text) {
 
 // The lines that a dialogue is played over, for parameterised suites.
 inline const auto kEveryLine = testing::Values(Line::serial, Line::usbInterrupt, Line::usbBulk);
+// For uploads, which read no pipe.
+inline const auto kSerialAndUsb = testing::Values(Line::serial, Line::usbInterrupt);
 inline std::string lineName(const testing::TestParamInfo<Line>& line) {
     static const std::map<Line, std::string> kNames = {
         {Line::serial, "Serial"}, {Line::usbInterrupt, "UsbInterrupt"}, {Line::usbBulk, "UsbBulk"}};

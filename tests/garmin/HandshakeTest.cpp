@@ -45,6 +45,15 @@ TEST(Handshake, AsksASilentUnitFiveTimes) {
     EXPECT_FALSE(stage.port().isOpen());
 }
 
+// What an aborted transfer still had on the line is no answer to the product request.
+TEST(Handshake, DropsWhatFollowsTheAbort) {
+    Stage stage;
+    stage.play({sends(10, {0, 0}), answers(6, {10, 0}), answers(35, {1, 2}), sends(254, {0}),
+                answers(6, {254, 0}), answers(255, productData(77, 280, "eTrex")),
+                sends(6, {255, 0}), answers(253, protocolArray("A100 D108")), sends(6, {253, 0})},
+               [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
+}
+
 // A user who asks for an end while the unit is silent is not told about the silence.
 TEST(Handshake, EndsWithoutAWordWhenTheHostRequestsAStop) {
     for (const Script& answer : {Script{}, Script{answers(6)}}) {

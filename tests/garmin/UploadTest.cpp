@@ -63,7 +63,7 @@ class EveryLineUploadTest : public UploadTest, public testing::WithParamInterfac
 protected:
     EveryLineUploadTest() : UploadTest(GetParam()) {}
 };
-INSTANTIATE_TEST_SUITE_P(, EveryLineUploadTest, kEveryLine, lineName);
+INSTANTIATE_TEST_SUITE_P(, EveryLineUploadTest, kSerialAndUsb, lineName);
 
 const std::string kTwoWaypoints = "W;PT1;45;45;NOTE;0;18;0\r\nW;PT2;45,0;45.0;;0;18;0\r\n";
 const Step kWaypoint1 = event("WayptData|1|W;PT1;45;45;NOTE;0;18;0|U");

@@ -163,20 +163,22 @@ TEST_F(MagellanTest, DownloadsRoutesOverKnownWaypoints) {
     expect(kAskRoutes,
            sentence("$PMGNRTE,2,1,c,1,FIRST,A,a,B,a") +
                sentence("$PMGNRTE,2,2,c,1,FIRST,MISSING,a,A,a") +
-               sentence("$PMGNRTE,2,1,c,7,,B,a") + sentence("$PMGNRTE,1,1,c,300,BAD,A,a") +
-               "$PMGNRTE,1,1,c,9,WRONG,A,a*00\r\n" + sentence("$PMGNRTE,9,1,c,8,CUT,A,a") + kEnd);
+               sentence("$PMGNRTE,2,1,c,7,,B,a") + sentence("$PMGNRTE,3,2,c,5,LATE,A,a") +
+               sentence("$PMGNRTE,1,1,c,300,BAD,A,a") + "$PMGNRTE,1,1,c,9,WRONG,A,a*00\r\n" +
+               sentence("$PMGNRTE,9,1,c,8,CUT,A,a") + kEnd);
     EXPECT_TRUE(device.mgnGetRoutes());
     EXPECT_EQ(takeLog(),
               (Log{writes(kStop), writes(kAskRoutes), "StartDownload|R|100|Routes MGN",
                    "RouteHeader|1|R;1;FIRST|D", "RouteData|2|" + pointLine("A") + "|D",
                    "RouteData|3|" + pointLine("B") + "|D", "RouteData|4|" + pointLine("A") + "|D",
                    "RouteHeader|5|R;7;ROUTE 7|D", "RouteData|6|" + pointLine("B") + "|D",
-                   "RouteHeader|7|R;8;CUT|D", "RouteData|8|" + pointLine("A") + "|D",
+                   "RouteHeader|7|R;5;LATE|D", "RouteData|8|" + pointLine("A") + "|D",
+                   "RouteHeader|9|R;8;CUT|D", "RouteData|10|" + pointLine("A") + "|D",
                    "EndDownload|R", "GpsInfo|", "GpsInfo|"}));
     const Log lines = host.traced();
     EXPECT_EQ(lines[4], "Waypoint inconnu MISSING");
-    EXPECT_EQ(lines[7].substr(0, 12), "Bloc rejete ");
-    EXPECT_EQ(lines[9], "Bloc rejete $PMGNRTE,1,1,c,9,WRONG,A,a*00");
+    EXPECT_EQ(lines[8].substr(0, 12), "Bloc rejete ");
+    EXPECT_EQ(lines[10], "Bloc rejete $PMGNRTE,1,1,c,9,WRONG,A,a*00");
 }
 
 TEST_F(MagellanTest, RoutesNeedWaypoints) {

@@ -33,13 +33,6 @@ TEST(NmeaPacket, SignsWhatStandsBetweenTheFirstAndTheLastCharacter) {
     }
 }
 
-TEST(NmeaPacket, Acknowledges) {
-    NmeaPacket packet;
-    EXPECT_EQ(packet.AckMgn("3D"), "$PMGNCSM,3D*12\r\n");
-    EXPECT_EQ(packet.text(), "$PMGNCSM,3D*");
-    EXPECT_EQ(signedSentence("$PMGNCMD,END*"), "$PMGNCMD,END*3D\r\n");
-}
-
 TEST(Geo, WritesDegreesAndMinutes) {
     const std::vector<std::tuple<double, double, const char*>> cases = {
         {48.1173, 11.0 + 31.0 / 60, "4807.038,N,01131.000,E"},

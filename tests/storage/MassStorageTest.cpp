@@ -262,6 +262,15 @@ TEST_F(MassStorageTest, ReadsNothingOutsideTheDrive) {
     }
 }
 
+TEST_F(MassStorageTest, FollowsNoLinkOutOfTheDrive) {
+    const std::string outside =
+        unitFolder_.write("outside/x.gpx", kGpx + "<wpt lat='1' lon='1'/></gpx>");
+    std::error_code unsupported;
+    fs::create_symlink(outside, root() / "Garmin/Out/x.gpx", unsupported);
+    EXPECT_FALSE(connected().getWaypts());
+    EXPECT_THAT(told_, IsEmpty());
+}
+
 TEST_F(MassStorageTest, StopsInTheMiddleWhenTheHostDisconnectsOrWantsTheEnd) {
     write("Garmin/Out/a.gpx", kGpx + "<wpt lat='1' lon='1'/><wpt lat='2' lon='2'/></gpx>");
     StorageTransfers transfers = connected();

@@ -53,8 +53,9 @@ public:
 
     // Whether both sides acknowledge every packet before the next one goes out.
     [[nodiscard]] virtual bool acknowledges() const = 0;
-    // Whether an answer has come whole before its first packet is received: its number of packets
-    // is what came, whatever was announced, and id 0 is its end, not a silence that may pass.
+    // Whether request() waits until the whole answer is there, and receive() hands out what it
+    // gathered. Then the answer has as many packets as came, whatever count the unit announced, and
+    // packet id 0 is its end; on a link that does not gather, id 0 is a silence that may pass.
     [[nodiscard]] virtual bool gathers() const = 0;
     // Whether a transfer that went well ends in true.
     [[nodiscard]] virtual bool tellsSuccess() const = 0;

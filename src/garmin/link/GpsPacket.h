@@ -48,7 +48,7 @@ private:
     bool damaged_ = false;
 };
 
-// Two operations on byte arrays of the receive side.
+// Two operations on byte arrays of the receive side, kept for their names: nothing here calls them.
 namespace GpsBuffer {
 
 // The bytes in reverse order.

@@ -47,8 +47,8 @@ private:
     bool dleSeen_ = false;
 };
 
-// Takes the first bytes behind the size byte, as far as they are here already, in one piece. None
-// of as many as the size tells can end the frame.
+// Takes the bytes behind the size byte that are here already in one piece, but no more than the
+// size tells: so many are data and checksum at the least, and cannot hold the frame's end.
 void takeWaiting(PortLease& port, std::vector<std::uint8_t>& frame, FrameEnd& end) {
     const std::size_t header = frame.size();
     const std::size_t count = std::min<std::size_t>(frame.back(), port.available());

@@ -37,7 +37,8 @@ public:
     std::vector<std::uint8_t> grmReadPacket(double timeout);
 
     // Reads one frame within a number of seconds. Nothing, or something that is no frame, gives the
-    // substitute frame; what was no frame is read away and traced as "Erreur - ".
+    // substitute frame; what was no frame is read away and traced as "Erreur - ". Kept for its
+    // name: no procedure calls it.
     std::vector<std::uint8_t> grmReadPacketTimed(double seconds);
 
 private:

@@ -34,6 +34,7 @@ public:
 
     // Appends a point. Raises overflow beyond 32767 points.
     void AddWaypt(Waypoint waypoint);
+    // Kept for its name: nothing here calls it.
     [[nodiscard]] std::int16_t NbWayPts() const { return count_; }
     [[nodiscard]] const std::vector<Waypoint>& Waypoints() const { return waypoints_; }
     [[nodiscard]] std::vector<Waypoint>& Waypoints() { return waypoints_; }

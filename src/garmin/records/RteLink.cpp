@@ -24,7 +24,8 @@ void RteLink::GetAttributes(std::string_view /*format*/, std::span<const std::ui
 }
 
 std::vector<std::uint8_t> RteLink::Coder(std::string_view /*format*/) const {
-    // Class 0x00FF is a direct link. The subclass ends in a zero byte, not in 255: meant so.
+    // Class 0x00FF is a direct link. The subclass ends in a zero byte, not in 255 as the document
+    // has it: units have always been sent it so, and take it.
     constexpr std::array<std::uint8_t, kIdentAt> kDirectLink = {
         255, 0, 0, 0, 0, 0, 0, 0, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 0};
     std::string name = toAnsi(ident);

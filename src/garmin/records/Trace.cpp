@@ -79,7 +79,7 @@ std::vector<std::uint8_t> Trace::Coder(std::string_view format) const {
     if (layout.hasAltitude) {
         putBytes(record, kAltitudeAt, Nombre::FloattoBytes(altitude));
     }
-    // True is all bits set, not 1: meant so.
+    // True is all bits set, not 1: units look for "not 0", and have always been sent it so.
     putByte(record, layout.firstAt, pFirst ? 255 : 0);
     return record;
 }

@@ -14,6 +14,7 @@ public:
     // The pieces of width characters, from the left, put together in reverse order: "ABCDEF" by 2
     // is "EFCDAB". The last piece may be shorter. Characters are those of Windows-1252. A width
     // below 1 gathers nothing.
+    // Kept for its name: nothing here calls it.
     static std::string Inverse(std::string_view text, int width);
 };
 

@@ -26,7 +26,7 @@ public:
     // A text of five words, "Mon Jan 15 12:34:56 2007", any case, months in English; two-digit
     // years are those from 1930 to 2029. Day 0, which stands for a missing date, counts as
     // 01/01/2000. Raises a type mismatch when it is no date and the index error when words are
-    // missing.
+    // missing. Kept for its name: nothing here calls it.
     static double ParseDateText(std::string_view text);
 
     // An 8-byte record: month, day, year (2 bytes), hour (2 bytes), minute, second. Raises a type

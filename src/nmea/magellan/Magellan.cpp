@@ -166,7 +166,8 @@ bool Magellan::mgnGetWaypoints() {
     services_.events.StartDownload("W", kUnknownCount, nmeatext::kWaypoints);
     state_.waypoints.clear();
     services_.records.waypoints.clear();
-    // Dropped sentences count too, so the progress may run ahead of what is delivered; it is meant.
+    // Dropped sentences count too, so the progress that hosts show may run ahead of what is
+    // delivered: it tells that the line is alive.
     int received = 0;
     const Ending ending = readList("$PMGNWPL", [&](const std::string& sentence) {
         ++received;

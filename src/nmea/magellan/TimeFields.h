@@ -9,7 +9,7 @@ namespace marlune {
 // cannot hold the seconds.
 
 // Of a track point. Seconds are the last five characters, whatever stands there: "123456" without a
-// fraction has 23456 of them, and that is meant.
+// fraction has 23456 of them. The receivers that this is written for always send the fraction.
 double readTrackTime(double date, std::string_view field);
 
 // Of a fix. Seconds are all that follows the minutes: receivers differ in the decimals that they
