@@ -73,10 +73,10 @@ private:
 
 // Opens the device without waiting for it, or for its carrier. Returns the descriptor, never 0,
 // which would read as closed; or -1 and errno.
-int openDevice(const std::string& device) {
+int openDevice(const std::string& device, int access) {
     int descriptor = -1;
     do {
-        descriptor = ::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+        descriptor = ::open(device.c_str(), access | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     } while (descriptor < 0 && errno == EINTR);
     if (descriptor == 0) {
         descriptor = ::fcntl(0, F_DUPFD_CLOEXEC, 1);
@@ -89,8 +89,8 @@ int openDevice(const std::string& device) {
 
 // The same device once more, for reads that wait. Returns -1 and errno as above.
 int openReader(const std::string& device) {
-    const int descriptor = openDevice(device);
-    if (descriptor >= 0 && ::fcntl(descriptor, F_SETFL, O_RDWR) != 0) {
+    const int descriptor = openDevice(device, O_RDONLY);
+    if (descriptor >= 0 && ::fcntl(descriptor, F_SETFL, 0) != 0) {
         const int error = errno;
         ::close(descriptor);
         errno = error;
@@ -133,7 +133,7 @@ std::int32_t SystemSerialPort::open(const std::string& device, const std::string
 }
 
 std::int32_t SystemSerialPort::openBoth(const std::string& device) {
-    writer_ = openDevice(device);
+    writer_ = openDevice(device, O_RDWR);
     if (writer_ < 0) {
         return errno;
     }
