@@ -2,6 +2,7 @@
 
 #include <oleauto.h>
 
+#include <algorithm>
 #include <exception>
 #include <new>
 
@@ -10,7 +11,7 @@
 #include "ControlObject.h"
 #include "Errors.h"
 #include "Library.h"
-#include "marlune/GpsControl.h"
+#include "control/Surface.h"
 
 namespace marlune::activex {
 namespace {
@@ -37,12 +38,13 @@ void store(VARIANT& to, bool value) {
     store(to.boolVal, value);
 }
 
-// Members that take the name of a file by reference, by their dispatch ids.
-bool takesFile(DISPID id) {
-    constexpr DISPID kSendWaypts = 16;
-    constexpr DISPID kSendRoutes = 18;
-    constexpr DISPID kSendTraces = 19;
-    return id == kSendWaypts || id == kSendRoutes || id == kSendTraces;
+// Whether the member takes one string, by reference.
+bool takesTextReference(DISPID id) {
+    return std::any_of(surface::kMembers.begin(), surface::kMembers.end(),
+                       [&](const surface::Member& member) {
+                           return member.id == id && member.parameters.size() == 1 &&
+                                  member.parameters[0].type == surface::Type::textReference;
+                       });
 }
 
 std::string fileName(BSTR* Fic) {
@@ -212,7 +214,7 @@ HRESULT Automation::Invoke(DISPID id, REFIID /*reserved*/, LCID /*locale*/, WORD
     }
     const ControlObject::RunningCall running(object_);
     Arguments arguments;
-    if (const HRESULT taken = arguments.take(*parameters, takesFile(id)); FAILED(taken)) {
+    if (const HRESULT taken = arguments.take(*parameters, takesTextReference(id)); FAILED(taken)) {
         if (argumentAtFault != nullptr) {
             *argumentAtFault = arguments.fault();
         }

@@ -5,7 +5,7 @@
 // After windows.h:
 #include <oaidl.h>
 
-#include "control/NamedEvents.h"
+#include "control/Surface.h"
 
 namespace marlune::activex {
 
@@ -17,7 +17,7 @@ public:
     explicit EventSource(ConnectionPoint& sinks) : sinks_(sinks) {}
 
 private:
-    void raise(std::string_view name, std::initializer_list<Parameter> parameters) override;
+    void raise(const surface::Event& event, std::span<const surface::EventValue> values) override;
 
     ConnectionPoint& sinks_;
 };

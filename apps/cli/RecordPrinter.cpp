@@ -2,9 +2,20 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace marlune::cli {
+namespace {
+
+template <class T>
+T first(std::span<const surface::EventValue> values) {
+    return std::get<T>(*std::find_if(
+        values.begin(), values.end(),
+        [](const surface::EventValue& value) { return std::holds_alternative<T>(value); }));
+}
+
+}  // namespace
 
 RecordPrinter::RecordPrinter(Output& records, Output& messages, GpxWriter* gpx,
                              std::function<void()> onEvent)
@@ -26,104 +37,44 @@ void RecordPrinter::print(const std::string& line) {
     output_.write(line + "\n");
 }
 
-void RecordPrinter::begin(std::int16_t records, const std::string& header) {
+void RecordPrinter::begin(std::int16_t records, std::string_view header) {
     started_ = true;
-    message(header);
+    message(std::string(header));
     progress_.begin(records);
-    onEvent_();
 }
 
-void RecordPrinter::end() {
-    progress_.end();
-    onEvent_();
+void RecordPrinter::record(std::string_view text) {
+    if (muted_) {
+        return;
+    }
+    // A sentence brings its line end along.
+    const std::string line(text.substr(0, text.find_last_not_of("\r\n") + 1));
+    print(line);
+    progress_.advance(++records_);
+    if (gpx_ != nullptr) {
+        gpx_->addLine(line);
+    }
 }
 
-void RecordPrinter::record(const std::string& line) {
-    if (!muted_) {
-        print(line);
-        progress_.advance(++records_);
-        if (gpx_ != nullptr) {
-            gpx_->addLine(line);
-        }
+void RecordPrinter::raise(const surface::Event& event,
+                          std::span<const surface::EventValue> values) {
+    switch (event.tells) {
+        case surface::Tells::begin:
+            begin(first<std::int16_t>(values), std::get<std::string_view>(values.back()));
+            break;
+        case surface::Tells::end:
+            progress_.end();
+            break;
+        case surface::Tells::status:
+            if (const auto text = first<std::string_view>(values); !text.empty()) {
+                message(std::string(text));
+            }
+            break;
+        case surface::Tells::record:
+            record(first<std::string_view>(values));
+            break;
     }
     onEvent_();
-}
-
-void RecordPrinter::StartDownload(const std::string& /*DataType*/, std::int16_t nbitem,
-                                  const std::string& Entete) {
-    begin(nbitem, Entete);
-}
-
-void RecordPrinter::StartUpload(const std::string& /*DataType*/, std::int16_t nbitem,
-                                const std::string& Entete) {
-    begin(nbitem, Entete);
-}
-
-void RecordPrinter::EndDownload(const std::string& /*DataType*/) {
-    end();
-}
-
-void RecordPrinter::EndUpload(const std::string& /*DataType*/) {
-    end();
-}
-
-void RecordPrinter::GpsInfo(const std::string& txtInfo) {
-    if (!txtInfo.empty()) {
-        message(txtInfo);
-    }
-    onEvent_();
-}
-
-void RecordPrinter::TrackData(std::int16_t /*numitem*/, const std::string& trackItem,
-                              const std::string& /*sens*/) {
-    record(trackItem);
-}
-
-void RecordPrinter::TrackHeader(std::int16_t /*numitem*/, const std::string& TrkHeader,
-                                const std::string& /*sens*/) {
-    record(TrkHeader);
-}
-
-void RecordPrinter::WayptData(std::int16_t /*numitem*/, const std::string& WayptItem,
-                              const std::string& /*sens*/) {
-    record(WayptItem);
-}
-
-void RecordPrinter::RouteHeader(std::int16_t /*numitem*/, const std::string& HeaderItem,
-                                const std::string& /*sens*/) {
-    record(HeaderItem);
-}
-
-void RecordPrinter::RouteData(std::int16_t /*numitem*/, const std::string& RouteItem,
-                              const std::string& /*sens*/) {
-    record(RouteItem);
-}
-
-void RecordPrinter::RouteLink(std::int16_t /*numitem*/, const std::string& RouteLinkItem,
-                              const std::string& /*sens*/) {
-    record(RouteLinkItem);
-}
-
-void RecordPrinter::ProxData(std::int16_t /*numitem*/, const std::string& ProxItem,
-                             const std::string& /*sens*/) {
-    record(ProxItem);
-}
-
-void RecordPrinter::Startpvt(const std::string& Entete) {
-    record(Entete);
-}
-
-void RecordPrinter::PvtData(const std::string& PvtItem) {
-    record(PvtItem);
-}
-
-void RecordPrinter::EndPvt() {
-    end();
-}
-
-void RecordPrinter::PhraseNMEA(const std::string& Chaine) {
-    // The sentence brings its line end along.
-    record(Chaine.substr(0, Chaine.find_last_not_of("\r\n") + 1));
 }
 
 }  // namespace marlune::cli

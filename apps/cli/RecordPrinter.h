@@ -7,12 +7,12 @@
 
 #include "cli/Output.h"
 #include "cli/Progress.h"
-#include "marlune/GpsControlEvents.h"
+#include "control/Surface.h"
 #include "marlune/Gpx.h"
 
 namespace marlune::cli {
 
-class RecordPrinter : public GpsControlEvents {
+class RecordPrinter : public NamedEvents {
 public:
     // onEvent is called at the end of every handler. gpx may be null.
     RecordPrinter(Output& records, Output& messages, GpxWriter* gpx, std::function<void()> onEvent);
@@ -29,36 +29,10 @@ public:
     // How many record lines came.
     [[nodiscard]] std::size_t records() const { return records_; }
 
-    void StartDownload(const std::string& DataType, std::int16_t nbitem,
-                       const std::string& Entete) override;
-    void StartUpload(const std::string& DataType, std::int16_t nbitem,
-                     const std::string& Entete) override;
-    void EndDownload(const std::string& DataType) override;
-    void EndUpload(const std::string& DataType) override;
-    void GpsInfo(const std::string& txtInfo) override;
-    void TrackData(std::int16_t numitem, const std::string& trackItem,
-                   const std::string& sens) override;
-    void TrackHeader(std::int16_t numitem, const std::string& TrkHeader,
-                     const std::string& sens) override;
-    void WayptData(std::int16_t numitem, const std::string& WayptItem,
-                   const std::string& sens) override;
-    void RouteHeader(std::int16_t numitem, const std::string& HeaderItem,
-                     const std::string& sens) override;
-    void RouteData(std::int16_t numitem, const std::string& RouteItem,
-                   const std::string& sens) override;
-    void RouteLink(std::int16_t numitem, const std::string& RouteLinkItem,
-                   const std::string& sens) override;
-    void ProxData(std::int16_t numitem, const std::string& ProxItem,
-                  const std::string& sens) override;
-    void Startpvt(const std::string& Entete) override;
-    void PvtData(const std::string& PvtItem) override;
-    void EndPvt() override;
-    void PhraseNMEA(const std::string& Chaine) override;
-
 private:
-    void begin(std::int16_t records, const std::string& header);
-    void end();
-    void record(const std::string& line);
+    void raise(const surface::Event& event, std::span<const surface::EventValue> values) override;
+    void begin(std::int16_t records, std::string_view header);
+    void record(std::string_view text);
 
     Output& output_;
     Output& messages_;

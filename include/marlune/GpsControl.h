@@ -101,7 +101,7 @@ public:
     // A line with the receiver's present position, empty when it fails.
     std::string getPosition();
     // Chooses the port that gpsConnect opens.
-    void setNumPort(numPort n);
+    void setNumPort(numPort value);
     void StopPvtData();
     // Aborts a running transfer of a Garmin receiver on a serial line: the loop ends after the
     // record in hand. Elsewhere it does nothing.

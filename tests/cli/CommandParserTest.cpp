@@ -11,7 +11,7 @@ using testing::HasSubstr;
 // What a line asks for, as a text.
 std::string describe(const Call& call) {
     std::string text(call.member->name);
-    for (const Argument& argument : call.arguments) {
+    for (const surface::Argument& argument : call.arguments) {
         const auto* number = std::get_if<std::int16_t>(&argument);
         text += number != nullptr ? " " + std::to_string(*number)
                                   : " '" + std::get<std::string>(argument) + "'";
@@ -25,7 +25,7 @@ std::string describe(const std::string& line) {
         return describe(*call);
     }
     if (const auto* when = std::get_if<When>(&command)) {
-        return std::string(when->event) + " " + std::to_string(when->events) + ": " +
+        return std::string(when->event->name) + " " + std::to_string(when->events) + ": " +
                describe(when->call);
     }
     return "! " + std::get<Fault>(command).text;

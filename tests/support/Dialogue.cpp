@@ -111,18 +111,18 @@ void RecordedEvents::when(const std::string& name, int nth, std::function<void()
     handlers_.push_back({name, nth, std::move(handler)});
 }
 
-void RecordedEvents::raise(std::string_view name, std::initializer_list<Parameter> parameters) {
-    std::string text(name);
-    for (const Parameter& parameter : parameters) {
-        const auto* number = std::get_if<std::int16_t>(&parameter.value);
+void RecordedEvents::raise(const surface::Event& event,
+                           std::span<const surface::EventValue> values) {
+    std::string text(event.name);
+    for (const surface::EventValue& value : values) {
+        const auto* number = std::get_if<std::int16_t>(&value);
         text += '|';
-        text += number == nullptr ? std::get<std::string_view>(parameter.value)
-                                  : std::to_string(*number);
+        text += number == nullptr ? std::get<std::string_view>(value) : std::to_string(*number);
     }
     tell_(text);
     std::vector<std::function<void()>> due;
     for (Handler& handler : handlers_) {
-        if (handler.name == name && --handler.left == 0) {
+        if (handler.name == event.name && --handler.left == 0) {
             due.push_back(handler.run);
         }
     }

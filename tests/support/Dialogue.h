@@ -21,7 +21,7 @@
 #include <string>
 #include <vector>
 
-#include "control/NamedEvents.h"
+#include "control/Surface.h"
 #include "marlune/GpsControl.h"
 #include "support/FakeHost.h"
 #include "support/ScriptedPort.h"
@@ -77,7 +77,7 @@ private:
         int left;
         std::function<void()> run;
     };
-    void raise(std::string_view name, std::initializer_list<Parameter> parameters) override;
+    void raise(const surface::Event& event, std::span<const surface::EventValue> values) override;
 
     Tell tell_;
     std::vector<Handler> handlers_;

@@ -63,8 +63,8 @@ const std::string& textField(const Json& line, const char* name) {
     return value.get_ref<const std::string&>();
 }
 
-Argument argument(const Json& value, Parameter kind, const std::string& which) {
-    if (kind == Parameter::text) {
+surface::Argument argument(const Json& value, surface::Type type, const std::string& which) {
+    if (type == surface::Type::text || type == surface::Type::textReference) {
         if (!value.is_string()) {
             throw BadLine(which + " is not a text");
         }
@@ -88,7 +88,7 @@ Argument argument(const Json& value, Parameter kind, const std::string& which) {
 
 Call callOf(const Json& line) {
     const std::string& name = textField(line, "call");
-    Call call{findMember(name), {}};
+    Call call{surface::findByName(surface::kMembers, name), {}};
     if (call.member == nullptr) {
         throw BadLine("no member is called " + quoted(name));
     }
@@ -104,23 +104,22 @@ Call callOf(const Json& line) {
     }
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         const std::string which = "argument " + std::to_string(i + 1) + " of " + name;
-        call.arguments.push_back(argument(arguments[i], parameters[i], which));
+        call.arguments.push_back(argument(arguments[i], parameters[i].type, which));
     }
     return call;
 }
 
 When whenOf(const Json& line) {
-    const std::string& event = textField(line, "when");
-    const auto& names = eventNames();
-    const auto name = std::find(names.begin(), names.end(), event);
-    if (name == names.end()) {
-        throw BadLine("no event is called " + quoted(event));
+    const std::string& name = textField(line, "when");
+    const auto* event = surface::findByName(surface::kEvents, name);
+    if (event == nullptr) {
+        throw BadLine("no event is called " + quoted(name));
     }
     const Json& nth = field(line, "nth");
     if (!nth.is_number_unsigned() || nth.get<std::uint64_t>() == 0) {
         throw BadLine("\"nth\" is not a number from 1 on");
     }
-    return {*name, nth.get<std::uint64_t>(), callOf(line)};
+    return {event, nth.get<std::uint64_t>(), callOf(line)};
 }
 
 }  // namespace

@@ -3,23 +3,23 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <variant>
+#include <vector>
 
 #include "cli/host/LineReader.h"
-#include "cli/host/MemberTable.h"
+#include "control/Surface.h"
 
 namespace marlune::cli {
 
 // {"call":"setNumPort","args":[3]}
 struct Call {
-    const Member* member = nullptr;
-    Arguments arguments;
+    const surface::Member* member = nullptr;
+    std::vector<surface::Argument> arguments;
 };
 
 // {"when":"WayptData","nth":1,"call":"StopTransfert","args":[]}
 struct When {
-    std::string_view event;    // one of eventNames()
+    const surface::Event* event = nullptr;
     std::uint64_t events = 1;  // until the call is made, that event included
     Call call;
 };

@@ -2,10 +2,10 @@
 
 namespace marlune::cli {
 
-void EventWriter::raise(std::string_view name, std::initializer_list<Parameter> parameters) {
+void EventWriter::raise(const surface::Event& event, std::span<const surface::EventValue> values) {
     listener_.eventBegins();
-    writer_.event(name, parameters);
-    listener_.eventWritten(name);
+    writer_.event(event, values);
+    listener_.eventWritten(event);
 }
 
 }  // namespace marlune::cli

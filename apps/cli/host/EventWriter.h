@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/host/JsonWriter.h"
-#include "control/NamedEvents.h"
+#include "control/Surface.h"
 
 namespace marlune::cli {
 
@@ -17,7 +17,7 @@ public:
     // Before the event is written.
     virtual void eventBegins() = 0;
     // After it; the handler ends with this.
-    virtual void eventWritten(std::string_view name) = 0;
+    virtual void eventWritten(const surface::Event& event) = 0;
 };
 
 class EventWriter : public NamedEvents {
@@ -26,7 +26,7 @@ public:
         : writer_(writer), listener_(listener) {}
 
 private:
-    void raise(std::string_view name, std::initializer_list<Parameter> parameters) override;
+    void raise(const surface::Event& event, std::span<const surface::EventValue> values) override;
 
     JsonWriter& writer_;
     EventListener& listener_;

@@ -9,9 +9,10 @@ namespace {
 // With so many commands in hand the rest stays in the pipe, and holds up whoever writes it.
 constexpr std::size_t kMostWaiting = 1000;
 
-bool hasUrgency(const Command& command, Urgency urgency) {
+// Whether it calls a member that does this to the one that runs.
+bool has(const Command& command, surface::Effect effect) {
     const Call* call = std::get_if<Call>(&command);
-    return call != nullptr && call->member->urgency == urgency;
+    return call != nullptr && call->member->effect == effect;
 }
 
 }  // namespace
@@ -55,9 +56,9 @@ void JsonHostSession::eventBegins() {
     }
 }
 
-void JsonHostSession::eventWritten(std::string_view name) {
+void JsonHostSession::eventWritten(const surface::Event& event) {
     if (!stop_.act()) {
-        callRegistered(name);
+        callRegistered(event);
         callUrgent();
     }
 }
@@ -85,14 +86,14 @@ void JsonHostSession::queueArrived() {
 
 void JsonHostSession::takeWhileRunning() {
     // What was there before the member was called, up to the first call that waits its turn.
-    while (!waiting_.empty() && !hasUrgency(waiting_.front(), Urgency::waits) &&
-           !hasUrgency(waiting_.front(), Urgency::disconnects)) {
+    while (!waiting_.empty() && !has(waiting_.front(), surface::Effect::none) &&
+           !has(waiting_.front(), surface::Effect::disconnects)) {
         Command next = std::move(waiting_.front());
         waiting_.pop_front();
         takeAside(std::move(next));
     }
     while (auto command = nextArrived()) {
-        if (hasUrgency(*command, Urgency::waits)) {
+        if (has(*command, surface::Effect::none)) {
             waiting_.push_back(std::move(*command));
         } else {
             takeAside(std::move(*command));
@@ -116,10 +117,10 @@ void JsonHostSession::callUrgent() {
     }
 }
 
-void JsonHostSession::callRegistered(std::string_view event) {
+void JsonHostSession::callRegistered(const surface::Event& event) {
     std::vector<Call> due;
     std::erase_if(handlers_, [&](When& when) {
-        if (when.event != event || --when.events > 0) {
+        if (when.event != &event || --when.events > 0) {
             return false;
         }
         due.push_back(std::move(when.call));
@@ -147,7 +148,7 @@ void JsonHostSession::call(const Call& call) {
         queueArrived();  // they came before the call: they keep their order
     }
     ++running_;
-    const Result result = call.member->call(control_, call.arguments);
+    const surface::Result result = call.member->call(control_, call.arguments);
     --running_;
     writer_.result(call.member->name, result);
 }

@@ -33,7 +33,7 @@ public:
 
 private:
     void eventBegins() override;
-    void eventWritten(std::string_view name) override;
+    void eventWritten(const surface::Event& event) override;
     void processEvents();
 
     std::optional<Command> nextArrived();
@@ -41,7 +41,7 @@ private:
     void takeWhileRunning();
     void takeAside(Command command);
     void callUrgent();
-    void callRegistered(std::string_view event);
+    void callRegistered(const surface::Event& event);
     void take(Command command);
     void call(const Call& call);
 

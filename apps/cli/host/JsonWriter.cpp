@@ -36,11 +36,10 @@ struct ToJson {
 
 }  // namespace
 
-void JsonWriter::event(std::string_view name,
-                       std::initializer_list<NamedEvents::Parameter> parameters) {
-    Json object = {{"event", name}};
-    for (const auto& parameter : parameters) {
-        object[std::string(parameter.name)] = std::visit(ToJson(), parameter.value);
+void JsonWriter::event(const surface::Event& event, std::span<const surface::EventValue> values) {
+    Json object = {{"event", event.name}};
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        object[std::string(event.parameters[i].name)] = std::visit(ToJson(), values[i]);
     }
     writeLine(output_, object);
 }
@@ -49,7 +48,7 @@ void JsonWriter::box(std::string_view text, BoxIcon icon) {
     writeLine(output_, {{"box", text}, {"icon", iconName(icon)}});
 }
 
-void JsonWriter::result(std::string_view member, const Result& result) {
+void JsonWriter::result(std::string_view member, const surface::Result& result) {
     writeLine(output_, {{"call", member}, {"result", std::visit(ToJson(), result)}});
 }
 

@@ -4,8 +4,7 @@
 #include <string_view>
 
 #include "cli/Output.h"
-#include "cli/host/MemberTable.h"
-#include "control/NamedEvents.h"
+#include "control/Surface.h"
 #include "marlune/Host.h"
 
 namespace marlune::cli {
@@ -14,9 +13,9 @@ class JsonWriter {
 public:
     explicit JsonWriter(Output& output) : output_(output) {}
 
-    void event(std::string_view name, std::initializer_list<NamedEvents::Parameter> parameters);
+    void event(const surface::Event& event, std::span<const surface::EventValue> values);
     void box(std::string_view text, BoxIcon icon);
-    void result(std::string_view member, const Result& result);
+    void result(std::string_view member, const surface::Result& result);
     void error(std::string_view text);
 
 private:
