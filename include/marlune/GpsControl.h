@@ -89,28 +89,41 @@ public:
     bool StartPvtData();
     // Opens the port or the USB device and identifies the receiver. True when that succeeded.
     bool gpsConnect();
+    // Ends the connection: stops what runs in the receiver, and closes the port or the USB device
+    // and the trace file. Without a connection it does nothing. A member that is running, when this
+    // is called in a handler, returns soon and touches the receiver no more.
     void gpsDisconnect();
-    // Downloads, one event per record. Over a Garmin serial line the result stays false even when
-    // all went well; the events tell.
+    // Downloads the tracks: StartDownload, per track a TrackHeader and TrackData per point,
+    // EndDownload. Over a Garmin serial line the result of every transfer stays false even when all
+    // went well; the events tell.
     bool getTracks();
+    // Downloads the waypoints: StartDownload, WayptData per waypoint, EndDownload.
     bool getWaypts();
+    // Downloads the routes: StartDownload, then per route a RouteHeader, RouteData per point and,
+    // from receivers that have them, RouteLink between points; EndDownload.
     bool GetRoutes();
     // "Marlune Version 1.0.0 -  GPSId: ... Version: ... - ...": this version and the receiver's.
     std::string getIdent();
+    // Downloads the waypoints that a Garmin receiver on a serial line warns of when it comes near:
+    // StartDownload, ProxData per waypoint, EndDownload. A box says so where there are none to get.
     bool getProximites();
     // A line with the receiver's present position, empty when it fails.
     std::string getPosition();
     // Chooses the port that gpsConnect opens.
     void setNumPort(numPort value);
+    // Ends StartPvtData, which returns when it has the position it waits for, or the next silence.
     void StopPvtData();
     // Aborts a running transfer of a Garmin receiver on a serial line: the loop ends after the
     // record in hand. Elsewhere it does nothing.
     void StopTransfert();
-    // Uploads the records of a text file of lines (docs/formats.md).
+    // Uploads the waypoints of a text file of lines (docs/formats.md): StartUpload, WayptData per
+    // waypoint, EndUpload. Fic is the file's path, UTF-8.
     bool SendWaypts(const std::string& Fic);
     // What the receiver can do, as its list of protocol tags or a sentence.
     std::string getProtocoles();
+    // The same for routes: RouteHeader, RouteData and RouteLink per line of the file.
     bool SendRoutes(const std::string& Fic);
+    // The same for tracks: TrackHeader and TrackData per line of the file.
     bool SendTraces(const std::string& Fic);
     // Listens to a stream of NMEA sentences that contain NMEACode ("$GPGGA") and carry a position,
     // one PhraseNMEA each, until none came for Delai seconds or StopNMEA is called. It closes the
@@ -118,6 +131,7 @@ public:
     // that falls silent for a second counts as one without position, so a stream that simply stops
     // ends in false.
     bool StartNMEA(const std::string& NMEACode, std::int16_t Delai);
+    // Ends StartNMEA after the sentence in hand.
     void StopNMEA();
     // Discards what waits in the port's queues. Always returns false.
     bool ResetComBuffers();
