@@ -1,7 +1,7 @@
 // What the control shows to hosts of any language: its members and its events, each once, with
 // their names, ids and parameters. The hosts of this tree are driven by these tables; what has to
 // be written by hand elsewhere (the type library, the public headers, the manual) is compared with
-// them by tests/cli/SurfaceTest.cpp.
+// them by tests/house/SurfaceTest.cpp.
 #pragma once
 
 #include "control/SurfaceRows.h"
