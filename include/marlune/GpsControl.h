@@ -152,6 +152,7 @@ public:
 private:
     friend struct ControlFactory;  // of controls over other devices than the platform's
     struct Impl;
+    class Running;
     explicit GpsControl(std::shared_ptr<Impl> impl);
 
     // Shared with the member calls in progress, so a handler may destroy the control.

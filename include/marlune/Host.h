@@ -5,6 +5,13 @@
 // the implementation for the running platform; derive from it and override what your program does
 // better (a real message box, a real event loop).
 //
+// A host with a user interface keeps it alive in two places while a member runs. processEvents()
+// comes where a procedure yields, between two records or two reads; events of the control are
+// raised there, too. In both, handlers may call any member, disconnect, or destroy the control.
+// stopRequested() comes at least every 50 ms of any wait, also in the middle of a read: a host may
+// paint there and take its user's wish to stop, but must call no member of the control from it;
+// answering true is how it ends what runs. The same holds for every other function here.
+//
 // Thread: every function is called on the thread that called the control's member.
 // Text: every string is UTF-8.
 #pragma once
@@ -61,11 +68,17 @@ public:
     virtual void processEvents() = 0;
 
     // True once the program wants every running transfer to end, as on Ctrl-C or at process end.
-    // Loops that have no time-out of their own ask this.
+    // Loops that have no time-out of their own ask this, and every wait does.
     virtual bool stopRequested() = 0;
 
-    // Whether that is because a receiver was silent for longer than the program waits, and not
-    // because somebody wanted an end: reports tell the two apart.
+    // For hosts whose patience ends (SystemHost::setPatience): a member of the control begins, or
+    // ends; one may run inside another.
+    virtual void memberBegins() {}
+    virtual void memberEnds() {}
+    // The receiver's line: a wait for bytes lasted so long in vain, or some came.
+    virtual void waitedForBytes(double /*seconds*/) {}
+    virtual void bytesCame() {}
+    // True while stopRequested() answers true because nothing came, rather than at somebody's wish.
     [[nodiscard]] virtual bool patienceEnded() const { return false; }
 
     // Lets time pass without processing events; returns early when a stop is requested.

@@ -29,12 +29,25 @@ public:
     // one replaces the system's drives. It need not exist yet: a drive is ready once it does.
     void addDriveFolder(std::string folder);
 
+    // How many seconds a member may wait for the receiver in vain, from one byte to the next; 0, as
+    // at first, for as long as the protocols do, and that is for ever when a device stops in the
+    // middle of a frame. Afterwards stopRequested() answers true until the member has ended, so
+    // that it ends as the procedures do at a stop; reports call that interrupted. Time that the
+    // program takes in handlers, and time in which bytes are sent, does not count.
+    void setPatience(double seconds);
+
     void messageBox(const std::string& text, BoxIcon icon) override;
     std::string chooseFile(const std::string& defaultExtension,
                            const std::string& startFolder) override;
     void setMousePointer(MousePointer pointer) override;
     void processEvents() override;
+    // True once the patience has ended. Whoever overrides it asks it as well.
     bool stopRequested() override;
+    void memberBegins() override;
+    void memberEnds() override;
+    void waitedForBytes(double seconds) override;
+    void bytesCame() override;
+    [[nodiscard]] bool patienceEnded() const override { return patienceEnded_; }
     // Asks stopRequested() every 50 ms.
     void pause(double seconds) override;
     // Counts on from the local time at construction, whatever happens to the system's date.
@@ -55,6 +68,10 @@ private:
     char decimalSeparator_ = 0;  // 0: the locale was not asked yet
     std::chrono::steady_clock::time_point clockStart_;
     double clockStartSeconds_;
+    double patience_ = 0;
+    double silence_ = 0;  // seconds waited since the last byte
+    int members_ = 0;     // that run, one inside the other
+    bool patienceEnded_ = false;
 };
 
 }  // namespace marlune

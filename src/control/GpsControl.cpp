@@ -1,5 +1,7 @@
 #include "marlune/GpsControl.h"
 
+#include <utility>
+
 #include "base/RunTimeError.h"
 #include "control/Connection.h"
 #include "control/ControlFactory.h"
@@ -11,10 +13,26 @@
 
 namespace marlune {
 
-// Every member that raises events keeps the state alive until it returns: a handler may destroy the
-// control meanwhile.
 struct GpsControl::Impl : ControlState {
     using ControlState::ControlState;
+};
+
+// A member in progress. It keeps the state alive until it returns: a handler may destroy the
+// control meanwhile.
+class GpsControl::Running {
+public:
+    explicit Running(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {
+        impl_->host.memberBegins();
+    }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    ~Running() { impl_->host.memberEnds(); }
+
+    Impl& operator*() const { return *impl_; }
+    Impl* operator->() const { return impl_.get(); }
+
+private:
+    std::shared_ptr<Impl> impl_;
 };
 
 GpsControl::GpsControl(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {}
@@ -38,7 +56,7 @@ GpsControl::~GpsControl() {
 }
 
 double GpsControl::GetTime() {
-    const auto control = impl_;
+    const Running control(impl_);
     return control->family().GetTime();
 }
 
@@ -53,17 +71,17 @@ void GpsControl::SetGpsMark(const std::string& value) {
 }
 
 bool GpsControl::StartPvtData() {
-    const auto control = impl_;
+    const Running control(impl_);
     return control->family().StartPvtData();
 }
 
 bool GpsControl::gpsConnect() {
-    const auto control = impl_;
+    const Running control(impl_);
     return connectReceiver(*control);
 }
 
 void GpsControl::gpsDisconnect() {
-    const auto control = impl_;
+    const Running control(impl_);
     disconnectReceiver(*control);
 }
 
@@ -143,25 +161,25 @@ bool trapped(ControlState& control, const char* errorText, const Send& send) {
 }  // namespace
 
 bool GpsControl::getTracks() {
-    const auto control = impl_;
+    const Running control(impl_);
     return beginDownload(*control, Member::getTracks, TransferKind::tracks, "GetTracks") &&
            control->family().getTracks();
 }
 
 bool GpsControl::getWaypts() {
-    const auto control = impl_;
+    const Running control(impl_);
     return beginDownload(*control, Member::getWaypts, TransferKind::waypoints, "GetWaypoints") &&
            control->family().getWaypts();
 }
 
 bool GpsControl::GetRoutes() {
-    const auto control = impl_;
+    const Running control(impl_);
     return beginDownload(*control, Member::GetRoutes, TransferKind::routes, "GetRoutes") &&
            control->family().GetRoutes();
 }
 
 std::string GpsControl::getIdent() {
-    const auto control = impl_;
+    const Running control(impl_);
     if (control->port.isOpen()) {
         control->family().refreshIdent();
     }
@@ -169,12 +187,12 @@ std::string GpsControl::getIdent() {
 }
 
 bool GpsControl::getProximites() {
-    const auto control = impl_;
+    const Running control(impl_);
     return control->family().getProximites();
 }
 
 std::string GpsControl::getPosition() {
-    const auto control = impl_;
+    const Running control(impl_);
     return control->family().getPosition();
 }
 
@@ -188,12 +206,12 @@ void GpsControl::StopPvtData() {
 }
 
 void GpsControl::StopTransfert() {
-    const auto control = impl_;
+    const Running control(impl_);
     control->family().StopTransfert();
 }
 
 bool GpsControl::SendWaypts(const std::string& Fic) {
-    const auto control = impl_;
+    const Running control(impl_);
     return trapped(*control, text::kWaypointUploadError, [&] {
         auto upload = readUpload(*control, kWaypointUpload, Fic);
         return upload.reading && control->family().SendWaypts(std::move(upload));
@@ -205,7 +223,7 @@ std::string GpsControl::getProtocoles() {
 }
 
 bool GpsControl::SendRoutes(const std::string& Fic) {
-    const auto control = impl_;
+    const Running control(impl_);
     return trapped(*control, text::kRouteUploadError, [&] {
         auto upload = readUpload(*control, kRouteUpload, Fic);
         return upload.reading && control->family().SendRoutes(std::move(upload));
@@ -213,7 +231,7 @@ bool GpsControl::SendRoutes(const std::string& Fic) {
 }
 
 bool GpsControl::SendTraces(const std::string& Fic) {
-    const auto control = impl_;
+    const Running control(impl_);
     return trapped(*control, text::kTrackUploadError, [&] {
         auto upload = readUpload(*control, kTrackUpload, Fic);
         return upload.reading && control->family().SendTraces(std::move(upload));
@@ -221,7 +239,7 @@ bool GpsControl::SendTraces(const std::string& Fic) {
 }
 
 bool GpsControl::StartNMEA(const std::string& NMEACode, std::int16_t Delai) {
-    const auto control = impl_;
+    const Running control(impl_);
     return startNmea(
         control->services, control->port, control->nmea, [&] { closeDevice(*control); }, NMEACode,
         Delai);

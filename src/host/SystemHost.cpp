@@ -50,8 +50,33 @@ void SystemHost::setMousePointer(MousePointer /*pointer*/) {}
 
 void SystemHost::processEvents() {}
 
+void SystemHost::setPatience(double seconds) {
+    patience_ = seconds;
+}
+
 bool SystemHost::stopRequested() {
-    return false;
+    return patienceEnded_;
+}
+
+void SystemHost::memberBegins() {
+    if (members_++ == 0) {
+        silence_ = 0;
+    }
+}
+
+void SystemHost::memberEnds() {
+    if (--members_ == 0) {
+        patienceEnded_ = false;
+    }
+}
+
+void SystemHost::waitedForBytes(double seconds) {
+    silence_ += seconds;
+    patienceEnded_ = patienceEnded_ || (members_ > 0 && patience_ > 0 && silence_ >= patience_);
+}
+
+void SystemHost::bytesCame() {
+    silence_ = 0;
 }
 
 void SystemHost::pause(double seconds) {

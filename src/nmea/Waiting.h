@@ -26,6 +26,7 @@ inline double roundedClock(Host& host) {
 inline void pauseWhenGone(const PortLease& port, Host& host) {
     if (port.isGone() && port.holds()) {
         host.pause(kWaitSlice);
+        host.waitedForBytes(kWaitSlice);
     }
 }
 

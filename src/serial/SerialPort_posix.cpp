@@ -178,14 +178,18 @@ std::size_t SystemSerialPort::readWaiting(std::span<std::uint8_t> into, std::siz
     }
     while (count < into.size() && !gone_) {
         // A stop ends the wait, not the reading of what is here.
-        const milliseconds left =
-            host_.stopRequested() ? milliseconds(0) : deadline.left(steady_clock::now());
+        const auto start = steady_clock::now();
+        const milliseconds left = host_.stopRequested() ? milliseconds(0) : deadline.left(start);
         const Outcome outcome = readAhead(left);
         if (outcome == Outcome::moved) {
             deadline.arrived(lastMove_);
             count += ahead_.take(into.subspan(count));
+            host_.bytesCame();
         } else if (left.count() == 0) {
             break;
+        } else {
+            const std::chrono::duration<double> waited = steady_clock::now() - start;
+            host_.waitedForBytes(waited.count());
         }
     }
     return count;

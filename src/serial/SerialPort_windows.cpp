@@ -95,6 +95,10 @@ std::size_t WindowsSerialPort::read(std::span<std::uint8_t> into) {
     if (ReadFile(handle_, into.data(), static_cast<DWORD>(into.size()), &arrived, nullptr) ==
         FALSE) {
         noteFailure();
+    } else if (arrived > 0) {
+        host_.bytesCame();
+    } else {
+        host_.waitedForBytes(1.0 + 0.1 * static_cast<double>(into.size()));
     }
     return arrived;
 }

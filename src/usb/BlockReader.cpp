@@ -60,6 +60,7 @@ std::optional<GrmUSBPacket> BlockReader::nextPacket(int timeoutMilliseconds) {
 bool BlockReader::readInterrupt(int timeoutMilliseconds) {
     block_.assign(kInterruptBlock, 0);
     const int count = usb_.readInterruptBlock(block_, timeoutMilliseconds);
+    tellHost(count, timeoutMilliseconds);
     // Within an interrupt run an empty block ends the reading as silence does.
     if (count < 0 || (count == 0 && mode_ == Mode::interrupt)) {
         return false;
@@ -96,12 +97,21 @@ void BlockReader::determineMode() {
 void BlockReader::readBulk(int timeoutMilliseconds) {
     block_.resize(kBulkBlock);
     const int count = usb_.readBulkBlock(block_, timeoutMilliseconds);
+    tellHost(count, timeoutMilliseconds);
     if (count > 0) {
         assembler_.append(std::span(block_).first(static_cast<std::size_t>(count)));
         return;
     }
     dropPartial();
     mode_ = Mode::undetermined;
+}
+
+void BlockReader::tellHost(int count, int timeoutMilliseconds) {
+    if (count > 0) {
+        services_.host.bytesCame();
+    } else if (count < 0 || mode_ == Mode::bulk) {
+        services_.host.waitedForBytes(timeoutMilliseconds / 1000.0);
+    }
 }
 
 void BlockReader::dropPartial() {

@@ -38,6 +38,8 @@ private:
     // Looks at the block that stands at the start of a packet.
     void determineMode();
     void dropPartial();
+    // What a read brought, or that it timed out.
+    void tellHost(int count, int timeoutMilliseconds);
 
     UsbLease& usb_;
     Services& services_;

@@ -42,6 +42,33 @@ TEST(SystemHost, APauseEndsWhenAStopIsRequested) {
     host.pause(1e6);  // the test's own time limit would tell
 }
 
+TEST(SystemHost, PatienceEndsTheMemberThatWaitsInVain) {
+    SystemHost host;
+    host.memberBegins();
+    host.waitedForBytes(1e6);
+    EXPECT_FALSE(host.stopRequested()) << "there is none at first";
+    host.memberEnds();
+
+    host.setPatience(30);
+    host.memberBegins();
+    host.waitedForBytes(29);
+    host.bytesCame();
+    host.waitedForBytes(29);
+    EXPECT_FALSE(host.stopRequested()) << "it counts from the last byte";
+    host.memberBegins();  // in a handler of the other
+    host.waitedForBytes(1);
+    host.memberEnds();
+    EXPECT_TRUE(host.stopRequested() && host.patienceEnded());
+    host.bytesCame();
+    EXPECT_TRUE(host.stopRequested()) << "until the member has ended";
+    host.memberEnds();
+    EXPECT_FALSE(host.stopRequested() || host.patienceEnded());
+    host.waitedForBytes(29);
+    host.memberBegins();
+    host.waitedForBytes(29);
+    EXPECT_FALSE(host.stopRequested()) << "nothing is left of the last one";
+}
+
 TEST(SystemErrorText, IsShortAndTrimmed) {
     for (const std::int32_t code : {1, 2, 5, 13, 87}) {
         const std::string text = systemErrorText(code);
