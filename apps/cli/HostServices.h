@@ -16,9 +16,14 @@ public:
 
     std::function<void(const std::string&, BoxIcon)> onBox;
     std::function<void()> onProcessEvents;
+    // Comes at least every 50 ms of every wait. It must call no member of the control; true ends
+    // what runs.
+    std::function<bool()> onWait;
 
     // Asks every running transfer to end, as a signal does.
     void requestStop() { stop_ = true; }
+    // Whether the program is to end: a signal came, or somebody asked.
+    [[nodiscard]] bool ends() const { return stop_ || interrupt_.requested(); }
 
     void messageBox(const std::string& text, BoxIcon icon) override {
         if (onBox) {
@@ -30,7 +35,9 @@ public:
             onProcessEvents();
         }
     }
-    bool stopRequested() override { return stop_ || interrupt_.requested(); }
+    bool stopRequested() override {
+        return (onWait && onWait()) || ends() || SystemHost::stopRequested();
+    }
 
 private:
     const Interrupt& interrupt_;

@@ -1,5 +1,7 @@
 // The signals that ask the program to end: SIGINT, SIGTERM, SIGHUP. The first one is remembered, so
-// that the receiver can be left in order; a second one of the same kind ends the program as usual.
+// that the receiver can be left in order; another one that comes more than a second later ends the
+// program as usual. Within that second it is taken for the same: "timeout" signals a program and
+// then its whole group, and terminals do the like.
 // SIGPIPE is ignored: a reader that goes away must not end a transfer half-way.
 //
 // At most one object lives at a time; it restores what it found.
@@ -8,6 +10,7 @@
 #include <array>
 #include <atomic>
 #include <csignal>
+#include <cstdint>
 
 namespace marlune::cli {
 
@@ -32,6 +35,7 @@ private:
     // A signal handler sees nothing but these.
     static std::atomic<int> caught_;
     static std::atomic<int> wake_;
+    static std::atomic<std::int64_t> caughtAt_;  // milliseconds of the steady clock
 
     std::array<int, 2> pipe_{-1, -1};
     std::array<struct sigaction, kSignals.size()> before_{};

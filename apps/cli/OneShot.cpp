@@ -3,46 +3,69 @@
 #include <exception>
 #include <system_error>
 
+#include "cli/Advice.h"
+#include "cli/Phrases.h"
+#include "garmin/values/NumberText.h"
+
 namespace marlune::cli {
+namespace {
+
+std::optional<GpxKind> sentKind(Action action) {
+    switch (action) {
+        case Action::sendWaypoints:
+            return GpxKind::waypoints;
+        case Action::sendRoutes:
+            return GpxKind::routes;
+        case Action::sendTracks:
+            return GpxKind::tracks;
+        default:
+            return std::nullopt;
+    }
+}
+
+std::optional<RecordFile> recordFile(const Options& options, const Speech& say) {
+    return options.file.empty() ? std::nullopt
+                                : std::optional<RecordFile>(std::in_place, options.file, say);
+}
+
+}  // namespace
 
 OneShot::OneShot(const Options& options, HostServices& host, Output& records, Output& messages)
     : options_(options),
       host_(host),
       records_(records),
-      printer_(records, messages, options.gpxFile.empty() ? nullptr : &gpx_,
-               [this] { stop_.act(); }),
+      messages_(messages),
+      speech_(options.language),
+      recordFile_(recordFile(options, speech_)),
+      printer_(records, messages, recordFile_ ? &*recordFile_ : nullptr, [this] { stop_.act(); }),
       control_(host, printer_),
       stop_(control_, host, records) {
-    host.onBox = [this](const std::string& text, BoxIcon icon) { showBox(text, icon); };
+    host.onBox = [this](const std::string& text, BoxIcon /*icon*/) {
+        printer_.message(text);
+        stop_.act();
+    };
     host.onProcessEvents = [this] { stop_.act(); };
 }
 
 ExitStatus OneShot::run() {
     prepareFile();
-    if (connect()) {
+    const bool connected = connect();
+    const bool performs = connected && maySend();
+    if (performs) {
         perform();
     }
     stop_.disconnect();
-    saveGpx();
+    ExitStatus status = performs ? finish() : kFailed;
     if (records_.error() != 0) {
-        fail("standard output: " + std::generic_category().message(records_.error()));
+        say(speech_(phrase::kColon, {speech_(phrase::kStandardOutput),
+                                     std::generic_category().message(records_.error())}));
     }
-    return failed_ || records_.broken() ? kFailed : kDone;
+    return records_.broken() ? kFailed : status;
 }
 
 void OneShot::prepareFile() {
-    switch (options_.action) {
-        case Action::sendWaypoints:
-            file_ = std::make_unique<UploadFile>(options_.sendFile, GpxKind::waypoints);
-            break;
-        case Action::sendRoutes:
-            file_ = std::make_unique<UploadFile>(options_.sendFile, GpxKind::routes);
-            break;
-        case Action::sendTracks:
-            file_ = std::make_unique<UploadFile>(options_.sendFile, GpxKind::tracks);
-            break;
-        default:
-            break;
+    if (const auto kind = sentKind(options_.action)) {
+        uploadFile_ = std::make_unique<UploadFile>(options_.sendFile, *kind, speech_);
     }
 }
 
@@ -52,11 +75,60 @@ bool OneShot::connect() {
         stop_.listenOnly();
         return true;
     }
+    constexpr double kPatientFor = 1.8;
+    const double start = host_.secondsClock();
+    host_.onWait = [this, start, told = false]() mutable {
+        const ConnectionReport& report = control_.lastConnection();
+        if (!told && report.systemError == 0 && host_.secondsClock() - start > kPatientFor) {
+            told = true;
+            printer_.message(speech_(phrase::kAsking, {report.device}));
+        }
+        return false;
+    };
     const bool connected = control_.gpsConnect();
-    if (!connected && !stop_.requested()) {
-        fail("no receiver is connected");
+    host_.onWait = nullptr;
+    if (connected) {
+        tellCapabilities();
+    } else if (!stop_.requested()) {
+        explainFailure();
     }
     return connected;
+}
+
+void OneShot::explainFailure() {
+    for (const std::string& text :
+         adviceOn(control_.lastConnection(), options_.family(), speech_)) {
+        say(text);
+    }
+    say(speech_(phrase::kMoreHelp));
+}
+
+void OneShot::tellCapabilities() {
+    switch (control_.lastConnection().capabilities) {
+        case CapabilitySource::announced:
+            if (options_.action == Action::ident) {
+                say(speech_(phrase::kAnnounced));
+            }
+            break;
+        case CapabilitySource::table:
+            say(speech_(phrase::kFromTable));
+            break;
+        case CapabilitySource::generic:
+            say(speech_(phrase::kGeneric));
+            break;
+        case CapabilitySource::none:
+            break;
+    }
+}
+
+// What is sent in the wrong record type may spoil what a receiver holds.
+bool OneShot::maySend() {
+    const bool guessed = control_.lastConnection().capabilities == CapabilitySource::generic;
+    if (uploadFile_ != nullptr && guessed && !options_.trustTable) {
+        say(speech_(phrase::kNotOnAGuess));
+        return false;
+    }
+    return true;
 }
 
 void OneShot::perform() {
@@ -80,21 +152,19 @@ void OneShot::perform() {
             control_.getProximites();
             break;
         case Action::sendWaypoints:
-            send(&GpsControl::SendWaypts);
+            control_.SendWaypts(uploadFile_->path());
             break;
         case Action::sendRoutes:
-            send(&GpsControl::SendRoutes);
+            control_.SendRoutes(uploadFile_->path());
             break;
         case Action::sendTracks:
-            send(&GpsControl::SendTraces);
+            control_.SendTraces(uploadFile_->path());
             break;
         case Action::time:
             printTime();
             break;
         case Action::position:
-            if (const std::string line = control_.getPosition(); !line.empty()) {
-                printer_.print(line);
-            }
+            printPosition();
             break;
         case Action::pvt:
             control_.StartPvtData();
@@ -117,44 +187,61 @@ void OneShot::getRoutes() {
     }
 }
 
-void OneShot::send(bool (GpsControl::*member)(const std::string&)) {
-    (control_.*member)(file_->path());
-    // The control says nothing about a file without records.
-    if (!printer_.started() && !failed_ && !stop_.requested()) {
-        fail(options_.sendFile + ": nothing was sent");
-    }
-}
-
 void OneShot::printTime() {
     if (const double time = control_.GetTime(); time != 0) {
         printer_.print(host_.dateText(time));
     }
 }
 
-// Also what a transfer brought that was cut short, but no empty file in the place of a full one.
-void OneShot::saveGpx() {
-    if (options_.gpxFile.empty() || (printer_.records() == 0 && failed_)) {
+// The control's own text has the receiver's radians.
+void OneShot::printPosition() {
+    const std::string text = control_.getPosition();
+    const auto& fix = control_.records().fix;
+    if (text.empty() || !fix) {
         return;
     }
+    constexpr int kDecimals = 6;
+    const auto degrees = [&](double angle) {
+        return numberText(roundHalfEven(angle, kDecimals), options_.decimalSeparator);
+    };
+    printer_.print(text.substr(0, text.find("Latitude: ")) + "Latitude: " + degrees(fix->latitude) +
+                   " - Longitude: " + degrees(fix->longitude));
+}
+
+ExitStatus OneShot::finish() {
+    if (options_.action == Action::ident) {
+        return kDone;
+    }
+    const bool linesSent = uploadFile_ == nullptr || uploadFile_->keepsLines();
+    const Verdict verdict = judge(control_.lastTransfer(), speech_, linesSent);
+    const bool saved = saveFile(verdict.isWhole());
+    if (printer_.notSentences() > 0) {
+        say(speech_(phrase::kNoSentences, {std::to_string(printer_.notSentences())}));
+    }
+    if (!verdict.isWhole()) {
+        say(verdict.text);
+    } else if (messages_.isTerminal()) {
+        printer_.message(verdict.text);
+    }
+    return saved ? verdict.status : kFailed;
+}
+
+bool OneShot::saveFile(bool whole) {
+    if (!recordFile_) {
+        return true;
+    }
     try {
-        gpx_.save(options_.gpxFile);
+        for (const std::string& remark : recordFile_->save(whole, options_.keepPartial)) {
+            say(remark);
+        }
     } catch (const std::system_error& error) {
-        fail(options_.gpxFile + ": " + error.code().message());
+        say(recordFile_->path() + ": " + error.code().message());
+        return false;
     }
-    if (gpx_.leftOut() > 0) {
-        printer_.message(options_.gpxFile + ": left out " + std::to_string(gpx_.leftOut()) +
-                         " records without a position on earth");
-    }
+    return true;
 }
 
-void OneShot::showBox(const std::string& text, BoxIcon icon) {
-    failed_ = failed_ || icon == BoxIcon::critical || icon == BoxIcon::exclamation;
-    printer_.message(text);
-    stop_.act();
-}
-
-void OneShot::fail(const std::string& text) {
-    failed_ = true;
+void OneShot::say(const std::string& text) {
     printer_.message("marlune: " + text);
 }
 

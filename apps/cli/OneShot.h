@@ -1,20 +1,25 @@
-// One command against one receiver: connect, do it, disconnect.
+// One command against one receiver: connect, do it, disconnect, and tell how it went.
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "cli/HostServices.h"
 #include "cli/Options.h"
 #include "cli/Output.h"
+#include "cli/RecordFile.h"
 #include "cli/RecordPrinter.h"
+#include "cli/Speech.h"
 #include "cli/TransferStop.h"
 #include "cli/UploadFile.h"
+#include "cli/Verdict.h"
 #include "marlune/GpsControl.h"
 
 namespace marlune::cli {
 
 class OneShot {
 public:
+    // Throws std::system_error when the file for the records could not be written.
     OneShot(const Options& options, HostServices& host, Output& records, Output& messages);
     OneShot(const OneShot&) = delete;
     OneShot& operator=(const OneShot&) = delete;
@@ -28,23 +33,28 @@ public:
 private:
     void prepareFile();
     bool connect();
+    void explainFailure();
+    bool maySend();
+    void tellCapabilities();
     void perform();
     void getRoutes();
-    void send(bool (GpsControl::*member)(const std::string&));
     void printTime();
-    void saveGpx();
-    void showBox(const std::string& text, BoxIcon icon);
-    void fail(const std::string& text);
+    void printPosition();
+    // Tells how the transfer went and keeps what came.
+    ExitStatus finish();
+    bool saveFile(bool whole);
+    void say(const std::string& text);
 
     const Options& options_;
     HostServices& host_;
     Output& records_;
-    GpxWriter gpx_;
+    Output& messages_;
+    Speech speech_;
+    std::optional<RecordFile> recordFile_;
     RecordPrinter printer_;
     GpsControl control_;
     TransferStop stop_;
-    std::unique_ptr<UploadFile> file_;
-    bool failed_ = false;
+    std::unique_ptr<UploadFile> uploadFile_;
 };
 
 }  // namespace marlune::cli

@@ -3,8 +3,11 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
+#include <iostream>
 #include <stdexcept>
 #include <system_error>
+
+#include "cli/Suggestion.h"
 
 namespace marlune::cli {
 namespace {
@@ -32,6 +35,10 @@ std::string checkDecimal(const std::string& text) {
     return text == "." || text == "," ? "" : "\"" + text + "\" is neither . nor ,";
 }
 
+std::string checkLanguage(const std::string& text) {
+    return text == "en" || text == "fr" ? "" : "\"" + text + "\" is neither en nor fr";
+}
+
 std::string checkFileName(const std::string& text) {
     return text.empty() ? "an empty name" : "";
 }
@@ -52,13 +59,32 @@ std::string checkParses(const std::string& text) {
     }
 }
 
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  marlune ident --port /dev/ttyUSB0\n"
+    "  marlune tracks --port /dev/ttyUSB0 --gpx tracks.gpx\n"
+    "  marlune send-waypoints places.gpx --port 1 --mark MGN\n"
+    "\"--port virtual\" plays a receiver for trying things out.";
+
+bool isDownload(Action action) {
+    return action == Action::waypoints || action == Action::tracks || action == Action::routes ||
+           action == Action::proximities || action == Action::pvt;
+}
+
+bool isUpload(Action action) {
+    return action == Action::sendWaypoints || action == Action::sendRoutes ||
+           action == Action::sendTracks;
+}
+
 class Parser {
 public:
     Parser() : app_("Exchanges waypoints, routes, tracks and positions with a GPS receiver.") {
         app_.name("marlune");
         app_.set_version_flag("--version", "marlune " MARLUNE_VERSION);
         app_.require_subcommand(0, 1);  // none is told below, by name
+        app_.footer(kExamples);
         addCommonOptions();
+        addSpecialOptions();
         addDownloads();
         addUploads();
         addOthers();
@@ -68,12 +94,19 @@ public:
         try {
             app_.parse(argc, argv);
             if (app_.get_subcommands().empty()) {
+                std::cerr << app_.help() << '\n';
                 throw CLI::RequiredError("A command");
             }
             readChoices();
             checkPort();
+            checkSpecialOptions();
+        } catch (const CLI::Success& success) {
+            app_.exit(success);
+            return kDone;
         } catch (const CLI::ParseError& error) {
-            return app_.exit(error) == 0 ? kDone : kWrongUsage;
+            std::cerr << "marlune: " << error.what() << '\n'
+                      << suggestion() << "Run with --help for more information.\n";
+            return kWrongUsage;
         }
         return options_;
     }
@@ -104,10 +137,37 @@ private:
             ->check(checkFolder)
             ->allow_extra_args(false)
             ->type_name("DIR");
-        app_.add_option("--decimal", decimal_, "Decimal separator of the text lines: . or ,")
+        app_.add_option("--decimal", decimal_,
+                        "Decimal separator of the text lines: . (the default) or ,")
             ->check(checkDecimal)
             ->type_name("CHARACTER");
         app_.add_flag("--debug", options_.debug, "Write the trace file");
+        app_.add_option("--timeout", options_.timeout,
+                        "Give up after so many seconds without a byte; 30 without this option, 0 "
+                        "for never")
+            ->check(CLI::NonNegativeNumber.description(""))
+            ->type_name("SECONDS");
+        app_.add_option("--lang", language_,
+                        "Language of the messages: en or fr; the locale's without this option")
+            ->check(checkLanguage)
+            ->type_name("LANGUAGE");
+    }
+
+    // Those of certain commands. They are here all the same, so that they may stand in front.
+    void addSpecialOptions() {
+        file_ = app_.add_option("-o,--output,--gpx", options_.file,
+                                "With downloads and pvt: write the records to a GPX file as well; "
+                                "- for standard output, without the lines then")
+                    ->check(checkFileName)
+                    ->type_name("FILE");
+        keepPartial_ = app_.add_flag("--keep-partial", options_.keepPartial,
+                                     "With that: keep what an incomplete transfer brought, in a "
+                                     "file of its own beside FILE");
+        trustTable_ = app_.add_flag("--trust-table", options_.trustTable,
+                                    "With send-...: send although the receiver's record types are "
+                                    "a guess");
+        details_ = app_.add_flag("--details", options_.details,
+                                 "With host: tell reports and records as values, too");
     }
 
     CLI::App* add(const char* name, const char* description, Action action) {
@@ -118,13 +178,6 @@ private:
         return sub;
     }
 
-    void addDownload(const char* name, const char* description, Action action) {
-        add(name, description, action)
-            ->add_option("--gpx", options_.gpxFile, "Write the records to a GPX file as well")
-            ->check(checkFileName)
-            ->type_name("FILE");
-    }
-
     void addUpload(const char* name, const char* description, Action action) {
         add(name, description, action)
             ->add_option("FILE", options_.sendFile, "A file of text lines, or a .gpx file")
@@ -133,11 +186,11 @@ private:
     }
 
     void addDownloads() {
-        addDownload("waypoints", "Download the waypoints", Action::waypoints);
-        addDownload("tracks", "Download the tracks", Action::tracks);
-        addDownload("routes", "Download the routes", Action::routes);
-        addDownload("proximities", "Download the proximity waypoints", Action::proximities);
-        addDownload("pvt", "Follow the position until Ctrl-C or silence", Action::pvt);
+        add("waypoints", "Download the waypoints", Action::waypoints);
+        add("tracks", "Download the tracks", Action::tracks);
+        add("routes", "Download the routes", Action::routes);
+        add("proximities", "Download the proximity waypoints", Action::proximities);
+        add("pvt", "Follow the position until Ctrl-C or silence", Action::pvt);
     }
 
     void addUploads() {
@@ -171,6 +224,9 @@ private:
         if (!decimal_.empty()) {
             options_.decimalSeparator = decimal_.front();
         }
+        const bool french =
+            language_.empty() ? userLanguage() == Language::french : language_ == "fr";
+        options_.language = french ? Language::french : Language::english;
     }
 
     void checkPort() const {
@@ -187,11 +243,65 @@ private:
         }
     }
 
+    void checkSpecialOptions() const {
+        const Action action = options_.action;
+        const auto allow = [](const CLI::Option* option, bool allowed, const char* where) {
+            if (option->count() > 0 && !allowed) {
+                throw CLI::ValidationError(option->get_name(false, true), where);
+            }
+        };
+        allow(file_, isDownload(action), "only downloads and pvt write files");
+        allow(keepPartial_, isDownload(action), "only downloads and pvt write files");
+        allow(trustTable_, isUpload(action), "only the send commands send");
+        allow(details_, action == Action::host, "only host tells details");
+    }
+
+    // A line about the first word that nobody knows; empty when all are known.
+    [[nodiscard]] std::string suggestion() const {
+        std::string unknown;
+        for (const CLI::App* app : withCommands()) {
+            if (const auto rest = app->remaining(); !rest.empty() && unknown.empty()) {
+                unknown = rest.front();
+            }
+        }
+        const std::string near = nearest(unknown.substr(0, unknown.find('=')), knownWords(unknown));
+        return unknown.empty() || near.empty() ? "" : "Did you mean " + near + "?\n";
+    }
+
+    [[nodiscard]] std::vector<const CLI::App*> withCommands() const {
+        std::vector<const CLI::App*> apps = {&app_};
+        for (const CLI::App* command : app_.get_subcommands(nullptr)) {
+            apps.push_back(command);
+        }
+        return apps;
+    }
+
+    [[nodiscard]] std::vector<std::string> knownWords(const std::string& like) const {
+        std::vector<std::string> words;
+        if (like.starts_with('-')) {
+            for (const CLI::Option* option : app_.get_options()) {
+                for (const std::string& name : option->get_lnames()) {
+                    words.push_back("--" + name);
+                }
+            }
+        } else {
+            for (const CLI::App* command : app_.get_subcommands(nullptr)) {
+                words.push_back(command->get_name());
+            }
+        }
+        return words;
+    }
+
     CLI::App app_;
+    CLI::Option* file_ = nullptr;
+    CLI::Option* keepPartial_ = nullptr;
+    CLI::Option* trustTable_ = nullptr;
+    CLI::Option* details_ = nullptr;
     Options options_;
     std::string port_;
     std::vector<std::string> portDevices_;
     std::string decimal_;
+    std::string language_;
 };
 
 }  // namespace
@@ -199,6 +309,11 @@ private:
 std::string Options::family() const {
     const std::string family = upper(mark.substr(0, mark.find(';')));
     return family.empty() ? "GRM" : family;
+}
+
+double Options::patience(bool listening) const {
+    constexpr double kPatience = 30;
+    return timeout.value_or(listening ? 0 : kPatience);
 }
 
 std::variant<Options, ExitStatus> parseOptions(int argc, const char* const* argv) {

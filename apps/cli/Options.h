@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cli/PortChoice.h"
+#include "cli/Speech.h"
 
 namespace marlune::cli {
 
@@ -35,20 +36,28 @@ struct Options {
     std::vector<PortDevice> portDevices;
     std::optional<std::string> documents;
     std::vector<std::string> drives;
-    char decimalSeparator = 0;  // 0 when it was not given
+    char decimalSeparator = '.';
     bool debug = false;
+    std::optional<double> timeout;  // seconds of patience; 0 for none
+    Language language = Language::english;
 
-    std::string gpxFile;   // where downloaded records go besides; empty for nowhere
+    std::string file;  // where downloaded records go besides; "-" for standard output, empty for
+                       // nowhere
+    bool keepPartial = false;
+    bool trustTable = false;
+    bool details = false;
     std::string sendFile;  // what to send
     std::string nmeaCode;
     std::int16_t nmeaSeconds = 0;
 
     // The family without its rate, in capitals: "GRM" when none was given.
     [[nodiscard]] std::string family() const;
+    // How long a member may wait for a byte. The listener has a time of its own for that.
+    [[nodiscard]] double patience(bool listening) const;
 };
 
 // The program's exit statuses; a signal's is 128 and its number, so 130 for Ctrl-C.
-enum ExitStatus { kDone = 0, kFailed = 1, kWrongUsage = 2, kSignalled = 128 };
+enum ExitStatus { kDone = 0, kFailed = 1, kWrongUsage = 2, kIncomplete = 3, kSignalled = 128 };
 
 // The options, or the status to exit with at once: the help was printed, or a message about what is
 // wrong with the arguments.

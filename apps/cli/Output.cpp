@@ -9,6 +9,13 @@
 
 namespace marlune::cli {
 
+Output::Output(int descriptor, const Interrupt& interrupt)
+    : descriptor_(descriptor), terminal_(isatty(descriptor) == 1), interrupt_(interrupt) {}
+
+void Output::writeForeign(std::string_view text) {
+    write(terminal_ ? visible(text) : std::string(text));
+}
+
 void Output::write(std::string_view text) {
     // So much fits into a pipe that says it has room, without waiting.
     constexpr std::size_t kPiece = 4096;
@@ -50,6 +57,27 @@ void Output::checkReader() {
     if (poll(&end, 1, 0) > 0 && (end.revents & (POLLERR | POLLNVAL)) != 0) {
         broken_ = true;
     }
+}
+
+std::string visible(std::string_view text) {
+    constexpr char kDelete = '\x7F';
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        // C2 80 to C2 9F, which terminals obey like ESC and a letter.
+        const bool upperControl =
+            byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
+        if (upperControl) {
+            out += '?';
+            ++i;
+        } else if ((byte < 0x20 && byte != '\n') || text[i] == kDelete) {
+            out += '^';
+            out += static_cast<char>(byte ^ 0x40U);
+        } else {
+            out += text[i];
+        }
+    }
+    return out;
 }
 
 }  // namespace marlune::cli

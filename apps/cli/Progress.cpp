@@ -1,10 +1,8 @@
 #include "cli/Progress.h"
 
-#include <unistd.h>
-
 namespace marlune::cli {
 
-Progress::Progress(Output& output) : output_(output), terminal_(isatty(output.descriptor()) == 1) {}
+Progress::Progress(Output& output) : output_(output), terminal_(output.isTerminal()) {}
 
 void Progress::begin(std::int16_t records) {
     running_ = true;

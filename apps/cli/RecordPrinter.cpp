@@ -1,7 +1,5 @@
 #include "cli/RecordPrinter.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <utility>
 
@@ -17,42 +15,54 @@ T first(std::span<const surface::EventValue> values) {
 
 }  // namespace
 
-RecordPrinter::RecordPrinter(Output& records, Output& messages, GpxWriter* gpx,
+RecordPrinter::RecordPrinter(Output& records, Output& messages, RecordFile* file,
                              std::function<void()> onEvent)
     : output_(records),
       messages_(messages),
       progress_(messages),
-      gpx_(gpx),
+      file_(file),
       onEvent_(std::move(onEvent)) {}
 
 void RecordPrinter::message(const std::string& text) {
     progress_.clear();
-    messages_.write(text + "\n");
+    messages_.writeForeign(text + "\n");
 }
 
 void RecordPrinter::print(const std::string& line) {
-    if (isatty(output_.descriptor()) == 1) {
+    if (output_.isTerminal()) {
         progress_.clear();  // most likely the same terminal
     }
-    output_.write(line + "\n");
+    output_.writeForeign(line + "\n");
 }
 
 void RecordPrinter::begin(std::int16_t records, std::string_view header) {
-    started_ = true;
     message(std::string(header));
     progress_.begin(records);
 }
 
-void RecordPrinter::record(std::string_view text) {
+void RecordPrinter::record(std::string_view line) {
     if (muted_) {
         return;
     }
-    // A sentence brings its line end along.
-    const std::string line(text.substr(0, text.find_last_not_of("\r\n") + 1));
-    print(line);
+    if (file_ != nullptr) {
+        file_->add(line);
+    }
+    if (file_ == nullptr || !file_->takesStandardOutput()) {
+        print(std::string(line));
+    }
     progress_.advance(++records_);
-    if (gpx_ != nullptr) {
-        gpx_->addLine(line);
+}
+
+// The text reaches to the next sentence: what a line is that carries other things, too, and what
+// stands between its sentences, is the device's affair and not shown.
+void RecordPrinter::sentence(std::string_view text) {
+    const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
+    const bool printable =
+        std::all_of(line.begin(), line.end(), [](char c) { return c >= ' ' && c <= '~'; });
+    if (printable && line.starts_with('$')) {
+        record(line);
+    } else {
+        ++notSentences_;
     }
 }
 
@@ -66,12 +76,17 @@ void RecordPrinter::raise(const surface::Event& event,
             progress_.end();
             break;
         case surface::Tells::status:
-            if (const auto text = first<std::string_view>(values); !text.empty()) {
+            if (const auto text = first<std::string_view>(values);
+                !text.empty() && messages_.isTerminal()) {
                 message(std::string(text));
             }
             break;
         case surface::Tells::record:
-            record(first<std::string_view>(values));
+            if (event.name == "PhraseNMEA") {
+                sentence(first<std::string_view>(values));
+            } else {
+                record(first<std::string_view>(values));
+            }
             break;
     }
     onEvent_();

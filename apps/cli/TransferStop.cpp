@@ -10,7 +10,7 @@ bool TransferStop::requested() {
     if (output_.broken()) {
         host_.requestStop();
     }
-    return host_.stopRequested();
+    return host_.ends();
 }
 
 bool TransferStop::act() {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "base/CodePage.h"
+#include "cli/Phrases.h"
 
 namespace marlune::cli {
 namespace {
@@ -22,16 +23,16 @@ bool isGpx(const std::string& path) {
     return strcasecmp(extension.c_str(), ".gpx") == 0;
 }
 
-const char* kindName(GpxKind kind) {
+const Phrase& kindName(GpxKind kind) {
     switch (kind) {
         case GpxKind::waypoints:
-            return "waypoints";
+            return phrase::kWaypoints;
         case GpxKind::routes:
-            return "routes";
+            return phrase::kRoutes;
         case GpxKind::tracks:
             break;
     }
-    return "tracks";
+    return phrase::kTracks;
 }
 
 std::vector<std::string> readLines(const std::string& path, GpxKind kind) {
@@ -53,14 +54,14 @@ bool isAscii(const std::string& text) {
 
 // The control's own box for a file that is not there names no file, and comes only once a receiver
 // is connected.
-void requireReadable(const std::string& path) {
+void requireReadable(const std::string& path, const Speech& say) {
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
     if (std::filesystem::is_directory(status)) {
-        throw std::runtime_error(path + ": the file is a folder");
+        throw std::runtime_error(say(phrase::kIsFolder, {path}));
     }
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
-        throw std::runtime_error(path + ": the file is no regular file");
+        throw std::runtime_error(say(phrase::kNoRegularFile, {path}));
     }
     if (access(path.c_str(), R_OK) != 0) {
         throw std::runtime_error(path + ": " + std::system_category().message(errno));
@@ -93,8 +94,9 @@ std::filesystem::path makeTemporaryFolder() {
 
 }  // namespace
 
-UploadFile::UploadFile(const std::string& path, GpxKind kind) : path_(path) {
-    requireReadable(path);
+UploadFile::UploadFile(const std::string& path, GpxKind kind, const Speech& say)
+    : say_(say), path_(path) {
+    requireReadable(path, say);
     if (isGpx(path)) {
         convert(path, kind);
     } else if (isUnmarkedUtf8(path)) {
@@ -117,8 +119,9 @@ void UploadFile::removeFolder() {
 void UploadFile::convert(const std::string& gpxFile, GpxKind kind) {
     const std::vector<std::string> lines = readLines(gpxFile, kind);
     if (lines.empty()) {
-        throw std::runtime_error(gpxFile + ": the file holds no " + kindName(kind));
+        throw std::runtime_error(say_(phrase::kHoldsNone, {gpxFile, say_(kindName(kind))}));
     }
+    keepsLines_ = false;
     write([&lines](std::ostream& out) {
         for (const std::string& line : lines) {
             out << line << "\r\n";
@@ -137,7 +140,7 @@ void UploadFile::write(const std::function<void(std::ostream&)>& writeText) {
     out.close();
     if (!out) {
         removeFolder();
-        throw std::runtime_error(path_ + ": the file cannot be written");
+        throw std::runtime_error(say_(phrase::kNotWritten, {path_}));
     }
 }
 

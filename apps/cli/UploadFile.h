@@ -7,6 +7,7 @@
 #include <iosfwd>
 #include <string>
 
+#include "cli/Speech.h"
 #include "marlune/Gpx.h"
 
 namespace marlune::cli {
@@ -15,12 +16,14 @@ class UploadFile {
 public:
     // Throws std::runtime_error, with a text for the user, when the file cannot be read, or is a
     // GPX file that holds nothing of that kind. What other files hold is the control's to judge.
-    UploadFile(const std::string& path, GpxKind kind);
+    UploadFile(const std::string& path, GpxKind kind, const Speech& say);
     UploadFile(const UploadFile&) = delete;
     UploadFile& operator=(const UploadFile&) = delete;
     ~UploadFile();
 
     [[nodiscard]] const std::string& path() const { return path_; }
+    // Whether the lines are those of the user's file, so that their numbers mean his.
+    [[nodiscard]] bool keepsLines() const { return keepsLines_; }
 
 private:
     void convert(const std::string& gpxFile, GpxKind kind);
@@ -28,7 +31,9 @@ private:
 
     void removeFolder();
 
+    const Speech& say_;
     std::string path_;
+    bool keepsLines_ = true;
     std::filesystem::path folder_;  // the temporary file's own; empty when there is none
 };
 

@@ -15,6 +15,7 @@
 #include "cli/OneShot.h"
 #include "cli/Options.h"
 #include "cli/Output.h"
+#include "cli/Phrases.h"
 #include "cli/host/JsonHostSession.h"
 #include "receivers/BuiltIn.h"
 
@@ -33,9 +34,8 @@ void configure(HostServices& host, const Options& options) {
     for (const std::string& drive : options.drives) {
         host.addDriveFolder(drive);
     }
-    if (options.decimalSeparator != 0) {
-        host.setDecimalSeparator(options.decimalSeparator);
-    }
+    host.setDecimalSeparator(options.decimalSeparator);  // programs read it: not the locale's
+    host.setPatience(options.patience(options.action == Action::nmea));
 }
 
 // The trace's folder is never made, and without it the control says nothing.
@@ -43,8 +43,8 @@ void tellWithoutTrace(HostServices& host, const Options& options, Output& messag
     const auto folder = std::filesystem::path(host.documentsFolder()) / "Palimor";
     std::error_code ignored;
     if (options.debug && !std::filesystem::is_directory(folder, ignored)) {
-        messages.write("marlune: no trace is written: there is no folder " + folder.string() +
-                       "\n");
+        const Speech say(options.language);
+        messages.write("marlune: " + say(phrase::kNoTrace, {folder.string()}) + "\n");
     }
 }
 
@@ -101,7 +101,7 @@ int runCommand(const Options& options, const Interrupt& interrupt) {
     tellWithoutTrace(host, options, messages);
     int status = kDone;
     if (options.action == Action::host) {
-        JsonHostSession session(STDIN_FILENO, records, host, interrupt);
+        JsonHostSession session(options, STDIN_FILENO, records, host, interrupt);
         const auto receiver = setUp(session.control(), host, options);
         session.run();
         status = records.broken() ? kFailed : kDone;

@@ -35,6 +35,9 @@ bool GarminIdentification::grmGetAttributes() {
         return false;
     }
     const LinkPacket product = link_.receive();
+    if (product.pid == 0 && !mayGoOn()) {
+        return failSilently();
+    }
     if (product.pid != pid::kProductData) {
         showProtocolError(services_.host, product.pid, text::kProductError);
         return fail(ConnectionOutcome::protocolError, product.pid);
@@ -67,8 +70,7 @@ bool GarminIdentification::grmGetAttributesGathered() {
         }
     }
     if (product.pid != pid::kProductData) {
-        services_.host.messageBox(text::kNoAnswer, BoxIcon::critical);
-        return fail(ConnectionOutcome::silent);
+        return failSilently();
     }
     takeProductData(product.data);
     takeCapabilities(protocols);
@@ -101,10 +103,7 @@ LinkPacket GarminIdentification::requestProduct() {
 bool GarminIdentification::acceptAcknowledge(const LinkPacket& reply) {
     constexpr std::uint16_t kNoFrame = 1;
     if (!reply.came) {
-        if (!services_.host.stopRequested()) {
-            services_.host.messageBox(text::kNoAnswer, BoxIcon::critical);
-        }
-        return fail(ConnectionOutcome::silent);
+        return failSilently();
     }
     switch (reply.pid) {
         case pid::kAck:
@@ -118,6 +117,15 @@ bool GarminIdentification::acceptAcknowledge(const LinkPacket& reply) {
             showProtocolError(services_.host, reply.pid, text::kAckError);
             return fail(ConnectionOutcome::protocolError, reply.pid);
     }
+}
+
+// Nothing came; that is no news once somebody took the line away or wants an end.
+bool GarminIdentification::failSilently() {
+    const bool abandoned = !mayGoOn() && !services_.host.patienceEnded();
+    if (mayGoOn()) {
+        services_.host.messageBox(text::kNoAnswer, BoxIcon::critical);
+    }
+    return fail(abandoned ? ConnectionOutcome::abandoned : ConnectionOutcome::silent);
 }
 
 bool GarminIdentification::fail(ConnectionOutcome outcome, std::uint16_t pid) {

@@ -31,6 +31,7 @@ private:
     LinkPacket requestProduct();
     bool acceptAcknowledge(const LinkPacket& reply);
     // Reports why there is no identified unit; always false.
+    bool failSilently();
     bool fail(ConnectionOutcome outcome, std::uint16_t pid = 0);
     void takeProductData(std::span<const std::uint8_t> data);
     void skipExtendedData();

@@ -231,12 +231,14 @@ std::size_t GpxWriter::leftOut() const {
 }
 
 void GpxWriter::save(const std::string& path) const {
-    const fs::path target = followLinks(filePath(path));
-    const auto type = fs::status(target).type();
+    // Asked of the name as it stands: the links of /dev/stdout lead to no name that could be
+    // opened.
+    const auto type = fs::status(filePath(path)).type();
     if (type != fs::file_type::not_found && type != fs::file_type::regular) {
-        writeFile(impl_->document, target);
+        writeFile(impl_->document, filePath(path));
         return;
     }
+    const fs::path target = followLinks(filePath(path));
     const fs::path beside = nameBeside(target);
     try {
         writeFile(impl_->document, beside);

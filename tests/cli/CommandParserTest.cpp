@@ -16,7 +16,7 @@ std::string describe(const Call& call) {
         text += number != nullptr ? " " + std::to_string(*number)
                                   : " '" + std::get<std::string>(argument) + "'";
     }
-    return text;
+    return text + (call.id.empty() ? "" : " #" + call.id);
 }
 
 std::string describe(const std::string& line) {
@@ -39,7 +39,8 @@ TEST(CommandParser, ReadsCallsAndHandlers) {
         {R"({"call":"gpsConnect","args":[]})", "gpsConnect"},
         {R"({"call":"gpsConnect"})", "gpsConnect"},
         {" { \"args\" : [ 3 ] , \"call\" : \"setNumPort\" } \r", "setNumPort 3"},
-        {R"({"call":"setNumPort","args":[-32768],"id":7})", "setNumPort -32768"},
+        {R"({"call":"setNumPort","args":[-32768],"id":7})", "setNumPort -32768 #7"},
+        {R"({"call":"getIdent","id":"\u00e9"})", "getIdent #\"\xC3\xA9\""},
         {R"({"call":"setNumPort","args":[32767]})", "setNumPort 32767"},
         {R"({"call":"StartNMEA","args":["$GPGGA",5]})", "StartNMEA '$GPGGA' 5"},
         {R"({"call":"SendWaypts","args":["\u00e9\ud83d\ude00\n"]})",
@@ -101,6 +102,10 @@ TEST(CommandParser, NamesTheFaultOfEveryOtherLine) {
         EXPECT_THAT(meaning, HasSubstr(c.fault)) << c.line.substr(0, 200);
     }
     EXPECT_THAT(std::get<Fault>(parseCommand({"", true})).text, HasSubstr("longer than"));
+    const auto fault = std::get<Fault>(parseCommand({R"({"call":"Format","id":[1]})"}));
+    EXPECT_THAT(fault.text, HasSubstr("\"id\" is neither"));
+    const auto misspelt = std::get<Fault>(parseCommand({R"({"call":"Format","id":"a"})"}));
+    EXPECT_EQ(misspelt.call + misspelt.id, "Format\"a\"");
 }
 
 }  // namespace

@@ -11,8 +11,10 @@
 namespace marlune::cli {
 namespace {
 
+using testing::AllOf;
 using testing::ContainsRegex;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 using Lines = std::vector<std::string>;
 
@@ -173,6 +175,31 @@ TEST_F(HostTest, WaitsForTheRunningCallAtTheEndOfInput) {
     program.signal(SIGINT);
     EXPECT_THAT(program.rest(), ContainsRegex(kListened));
     EXPECT_EQ(program.wait(), 130);
+}
+
+TEST_F(HostTest, GivesIdsBackAndTellsDetails) {
+    Program detailed({"host", "--details", "--port", "virtual"});
+    detailed.write(R"({"call":"getIdents","id":1}
+{"call":"gpsConnect","id":"two"}
+{"call":"getWaypts"}
+)");
+    EXPECT_EQ(detailed.line(),
+              R"({"error":"no member is called \"getIdents\"","call":"getIdents","id":1})");
+    EXPECT_THAT(detailed.line().value_or(""),
+                AllOf(StartsWith(R"({"call":"gpsConnect","id":"two","result":true,"connection":{)"),
+                      HasSubstr(R"("capabilities":"announced"})")));
+    const std::string told = detailed.linesUpTo("\"call\"");
+    EXPECT_THAT(told, ContainsRegex("\"record\":.\"name\":\"CHAMX\".*\"altitude\":1037.0,"));
+    EXPECT_THAT(told, ContainsRegex("\"transfer\":.*\"ending\":\"complete\",\"whole\":true,"));
+}
+
+// The receiver's answer would have been waited for a minute.
+TEST_F(HostTest, DisconnectsWhileConnecting) {
+    say({R"({"call":"gpsConnect"})"});
+    (void)device.read(8);  // the handshake has begun
+    say({kDisconnect});
+    EXPECT_EQ(program.line(), kDisconnected);
+    EXPECT_EQ(program.line(), R"({"call":"gpsConnect","result":false})");
 }
 
 TEST_F(HostTest, EndsOnASignal) {

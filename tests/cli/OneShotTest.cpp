@@ -57,7 +57,7 @@ protected:
     }
 
     [[nodiscard]] Program start(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.end(), {"--port", device.slavePath(), "--decimal", "."});
+        arguments.insert(arguments.end(), {"--port", device.slavePath(), "--lang", "en"});
         return Program(std::move(arguments));
     }
 
@@ -96,7 +96,9 @@ TEST_F(OneShotTest, ErrorsAreAndKeepTheOldFile) {
     connect();
     play({sends(10, {4, 0}), answers(21, {10, 0})});
     EXPECT_EQ(program.wait(), 1);
-    EXPECT_EQ(program.errors(), "Erreur de protocole - pid = 21\n");
+    EXPECT_EQ(program.errors(),
+              "Erreur de protocole - pid = 21\n"
+              "marlune: no route records received: the receiver refused\n");
     EXPECT_EQ(folder.read("old.gpx"), "old");
 }
 
@@ -108,8 +110,8 @@ TEST_F(OneShotTest, TellsWhoTheReceiverIs) {
               "Marlune Version 1.0.0 -  GPSId: 77 Version: 2.8 - eTrex\n"
               "A010 A100 D100 A200 D201 D100 A300 D300\n");
     EXPECT_EQ(program.wait(), 0);
-    EXPECT_EQ(program.errors(),
-              "marlune: no trace is written: there is no folder " + nowhere + "/Palimor\n");
+    EXPECT_EQ(program.errors(), "marlune: no trace is written: there is no folder " + nowhere +
+                                    "/Palimor\nmarlune: the receiver announced its protocols\n");
     EXPECT_FALSE(std::filesystem::exists(nowhere));
 }
 
@@ -122,10 +124,24 @@ TEST_F(OneShotTest, ReadsTheTimeAndPrintsItAsText) {
 }
 
 TEST_F(OneShotTest, FailsWhenNoReceiverAnswers) {
-    Program program({"ident", "--port", "9", "--port-device", "9=/no/such/device"});
-    EXPECT_EQ(program.wait(), 1);
-    EXPECT_THAT(program.errors(), HasSubstr("No such file or directory\nConnexion Impossible\n"));
-    EXPECT_THAT(program.errors(), EndsWith("marlune: no receiver is connected\n"));
+    const struct {
+        const char* port;
+        const char* language;
+        const char* error;
+    } cases[] = {
+        {"9", "en", "marlune: /no/such/device cannot be opened: No such file or directory\n"},
+        {"9", "fr", "marlune: /no/such/device ne s'ouvre pas : No such file or directory\n"},
+        {"/dev/null", "en", "marlune: /dev/null is no serial port\n"},
+        {"41", "en", "marlune: this COM number means no device"},
+    };
+    for (const auto& c : cases) {
+        Program program({"ident", "--port", c.port, "--port-device", "9=/no/such/device", "--lang",
+                         c.language});
+        EXPECT_EQ(program.wait(), 1);
+        EXPECT_THAT(program.errors(), HasSubstr("Connexion Impossible\n"));
+        EXPECT_THAT(program.errors(), HasSubstr(c.error));
+        EXPECT_THAT(program.errors(), HasSubstr("docs/troubleshooting.md"));
+    }
 }
 
 TEST_F(OneShotTest, WrongUsageOpensNothing) {
@@ -186,15 +202,28 @@ TEST_F(OneShotTest, CtrlCStopsADownloadInTheReceiversTerms) {
     EXPECT_THAT(GpxReader(GpxKind::waypoints).readFile(gpx), ElementsAre(d100Line("PT1")));
 }
 
+// What a device sends beside its sentences is not shown, least of all on a terminal.
 TEST_F(OneShotTest, ListensToSentencesWithoutConnecting) {
     Program program = start({"nmea", "gpgga", "30"});
     const std::string sentence = "$GPGGA,1,4807.038,N,01131.000,E";
-    play({answersText(sentence + "\r\n" + sentence + "\r\n$")});
+    play({answersText(sentence + "\r\n\x1B[2J$GPGGA,\x1B[2J,4807.038,N,01131.000,E\r\n" + sentence +
+                      "\r\n$")});
     EXPECT_EQ(program.line(), sentence);
     EXPECT_EQ(program.line(), sentence);
     program.signal(SIGINT);
     EXPECT_EQ(program.wait(), 130);
+    EXPECT_THAT(program.errors(), HasSubstr("1 lines were no sentences"));
     EXPECT_THAT(device.readArrived(), IsEmpty());
+}
+
+// Protocols that are a guess: what the unit is sent in them might be nonsense to it.
+TEST_F(OneShotTest, SendsNothingOnAGuess) {
+    const std::string file = folder.write("lines.txt", kPlace);
+    Program program = start({"send-waypoints", file});
+    play({sends(10, {0, 0}), answers(6, {10, 0}), sends(254, {0}), answers(6, {254, 0}),
+          answers(255, productData(9999, 100, "prototype")), sends(6, {255, 0})});
+    EXPECT_EQ(program.wait(), 1);
+    EXPECT_THAT(program.errors(), HasSubstr("--trust-table"));
 }
 
 }  // namespace

@@ -22,8 +22,9 @@ TEST(Options, StandBeforeOrBehindTheCommand) {
     const std::vector<const char*> words = {
         "--port",        "3",   "--mark",  "mgn;9600",    "--port-device", "3=/dev/x",
         "--port-device", "4=y", "--drive", "/tmp",        "--drive",       "/",
-        "--decimal",     ",",   "--debug", "--documents", "docs"};
-    const auto command = {"tracks", "--gpx", "a.gpx"};
+        "--decimal",     ",",   "--debug", "--documents", "docs",          "--gpx",
+        "a.gpx"};
+    const auto command = {"tracks"};
     for (const bool before : {true, false}) {
         std::vector<const char*> arguments = words;
         arguments.insert(before ? arguments.end() : arguments.begin(), command);
@@ -31,7 +32,7 @@ TEST(Options, StandBeforeOrBehindTheCommand) {
         ASSERT_TRUE(std::holds_alternative<Options>(parsed));
         const auto& options = std::get<Options>(parsed);
         EXPECT_EQ(options.action, Action::tracks);
-        EXPECT_EQ(options.gpxFile, "a.gpx");
+        EXPECT_EQ(options.file, "a.gpx");
         EXPECT_EQ(options.port.kind, PortChoice::Kind::number);
         EXPECT_EQ(options.port.number, 3);
         EXPECT_EQ(options.mark, "mgn;9600");
@@ -79,7 +80,10 @@ TEST(Options, WrongUsageIsToldAndOpensNothing) {
         const char* message;
     } cases[] = {
         {{}, "A command is required"},
+        {{}, "marlune send-waypoints places.gpx"},
         {{"dance"}, "dance"},
+        {{"wayponts", "--port", "1"}, "Did you mean waypoints?"},
+        {{"tracks", "--prot=1"}, "Did you mean --port?"},
         {{"ident"}, "--port"},
         {{"nmea", "--mark", "GRM_USB", "$GPGGA", "5"}, "--port"},
         {{"ident", "--port", ""}, "COM number"},
@@ -94,6 +98,10 @@ TEST(Options, WrongUsageIsToldAndOpensNothing) {
         {{"ident", "--port", "1", "--decimal", ";"}, "neither . nor ,"},
         {{"ident", "--port", "1", "--drive", "/no/such/folder"}, "/no/such/folder"},
         {{"ident", "--port", "1", "--gpx", "a.gpx"}, "--gpx"},
+        {{"tracks", "--port", "1", "--trust-table"}, "--trust-table"},
+        {{"tracks", "--port", "1", "--details"}, "--details"},
+        {{"tracks", "--port", "1", "--timeout", "-1"}, "--timeout"},
+        {{"tracks", "--port", "1", "--lang", "de"}, "neither en nor fr"},
         {{"ident", "--port", "1", "more"}, "more"},
         {{"send-waypoints", "--port", "1"}, "FILE"},
         {{"nmea", "--port", "1", "$GPGGA"}, "SECONDS"},

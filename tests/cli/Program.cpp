@@ -52,6 +52,7 @@ Program::Program(std::vector<std::string> arguments) {
     posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&actions, errors_, STDERR_FILENO);
     // The child starts with the signals as a shell gives them.
+    setenv("LC_ALL", "C", 1);  // the program speaks the language of its user
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigset_t plain;

@@ -86,9 +86,20 @@ surface::Argument argument(const Json& value, surface::Type type, const std::str
     return value.get<std::int16_t>();
 }
 
+std::string idOf(const Json& line) {
+    const auto id = line.find("id");
+    if (id == line.end()) {
+        return {};
+    }
+    if (!id->is_string() && !id->is_number()) {
+        throw BadLine("\"id\" is neither a text nor a number");
+    }
+    return id->dump();
+}
+
 Call callOf(const Json& line) {
     const std::string& name = textField(line, "call");
-    Call call{surface::findByName(surface::kMembers, name), {}};
+    Call call{surface::findByName(surface::kMembers, name), {}, idOf(line)};
     if (call.member == nullptr) {
         throw BadLine("no member is called " + quoted(name));
     }
@@ -125,6 +136,7 @@ When whenOf(const Json& line) {
 }  // namespace
 
 Command parseCommand(const InputLine& line) {
+    Fault fault;
     try {
         if (line.tooLong) {
             throw BadLine("the line is longer than " + std::to_string(LineReader::kLongest) +
@@ -135,9 +147,14 @@ Command parseCommand(const InputLine& line) {
             throw BadLine("the line holds the character NUL");
         }
         const Json object = parseObject(line.text);
+        if (const auto call = object.find("call"); call != object.end() && call->is_string()) {
+            fault.call = call->get<std::string>();
+        }
+        fault.id = idOf(object);
         return object.contains("when") ? Command(whenOf(object)) : Command(callOf(object));
     } catch (const BadLine& error) {
-        return Fault{error.what()};
+        fault.text = error.what();
+        return fault;
     }
 }
 

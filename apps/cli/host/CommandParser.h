@@ -15,6 +15,7 @@ namespace marlune::cli {
 struct Call {
     const surface::Member* member = nullptr;
     std::vector<surface::Argument> arguments;
+    std::string id;  // of the caller's choice, as JSON; empty without one
 };
 
 // {"when":"WayptData","nth":1,"call":"StopTransfert","args":[]}
@@ -27,6 +28,8 @@ struct When {
 // A line that asks for nothing that can be done, and why.
 struct Fault {
     std::string text;
+    std::string call;  // what it wanted to call, as far as that can be told
+    std::string id;    // as a call's
 };
 
 using Command = std::variant<Call, When, Fault>;

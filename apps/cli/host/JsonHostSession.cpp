@@ -1,7 +1,14 @@
 #include "cli/host/JsonHostSession.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <stdexcept>
 #include <utility>
+
+#include "cli/UploadFile.h"
 
 namespace marlune::cli {
 namespace {
@@ -15,11 +22,25 @@ bool has(const Command& command, surface::Effect effect) {
     return call != nullptr && call->member->effect == effect;
 }
 
+// What the members of an upload send.
+std::optional<GpxKind> sentKind(std::string_view member) {
+    if (member == "SendWaypts") {
+        return GpxKind::waypoints;
+    }
+    if (member == "SendRoutes") {
+        return GpxKind::routes;
+    }
+    return member == "SendTraces" ? std::optional(GpxKind::tracks) : std::nullopt;
+}
+
 }  // namespace
 
-JsonHostSession::JsonHostSession(int input, Output& output, HostServices& host,
-                                 const Interrupt& interrupt)
-    : input_(input),
+JsonHostSession::JsonHostSession(const Options& options, int input, Output& output,
+                                 HostServices& host, const Interrupt& interrupt)
+    : options_(options),
+      speech_(options.language),
+      host_(host),
+      input_(input),
       output_(output),
       interrupt_(interrupt),
       writer_(output),
@@ -31,6 +52,10 @@ JsonHostSession::JsonHostSession(int input, Output& output, HostServices& host,
         stop_.act();
     };
     host.onProcessEvents = [this] { processEvents(); };
+    host.onWait = [this] { return disconnectionWaits(); };
+    if (options.details) {
+        writer_.tellDetailsOf(control_);
+    }
 }
 
 void JsonHostSession::run() {
@@ -139,7 +164,7 @@ void JsonHostSession::take(Command command) {
     } else if (When* when = std::get_if<When>(&command)) {
         handlers_.push_back(std::move(*when));
     } else {
-        writer_.error(std::get<Fault>(command).text);
+        writer_.error(std::get<Fault>(command));
     }
 }
 
@@ -148,9 +173,51 @@ void JsonHostSession::call(const Call& call) {
         queueArrived();  // they came before the call: they keep their order
     }
     ++running_;
-    const surface::Result result = call.member->call(control_, call.arguments);
+    const surface::Result result = perform(call);
     --running_;
-    writer_.result(call.member->name, result);
+    writer_.result(call, result);
+}
+
+surface::Result JsonHostSession::perform(const Call& call) {
+    const std::string_view member = call.member->name;
+    host_.setPatience(options_.patience(member == "StartNMEA"));
+    const bool connectingBefore = std::exchange(connecting_, member == "gpsConnect");
+    surface::Result result =
+        sentKind(member) ? upload(call) : call.member->call(control_, call.arguments);
+    if (connecting_) {
+        callUrgent();  // the disconnection that ended it
+    }
+    connecting_ = connectingBefore;
+    return result;
+}
+
+// The file as the one-shot commands read it: GPX, or UTF-8 without a mark, as well. A file that
+// cannot be read is the control's to complain about.
+surface::Result JsonHostSession::upload(const Call& call) {
+    const std::string& path = std::get<std::string>(call.arguments.front());
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(path, ignored) || access(path.c_str(), R_OK) != 0) {
+        return call.member->call(control_, call.arguments);
+    }
+    try {
+        const UploadFile file(path, *sentKind(call.member->name), speech_);
+        const surface::Argument argument = file.path();
+        return call.member->call(control_, {&argument, 1});
+    } catch (const std::runtime_error& error) {
+        writer_.box(error.what(), BoxIcon::critical);
+        return false;
+    }
+}
+
+// In the middle of a wait nothing can be called: the disconnection is when the wait has ended.
+bool JsonHostSession::disconnectionWaits() {
+    if (!connecting_ || stop_.requested()) {
+        return false;
+    }
+    takeWhileRunning();
+    return std::any_of(urgent_.begin(), urgent_.end(), [](const Call& call) {
+        return call.member->effect == surface::Effect::disconnects;
+    });
 }
 
 }  // namespace marlune::cli

@@ -2,7 +2,8 @@
 //
 // Lines are taken in their order. While a member runs, what arrives is taken whenever the control
 // processes pending events and inside each event: calls that stop something and gpsDisconnect act
-// there and then, other calls wait their turn. Lines that were already waiting when the member was
+// there and then, other calls wait their turn. While gpsConnect waits for an answer, gpsDisconnect
+// ends it within a read. Lines that were already waiting when the member was
 // called keep their order: a stop directly after it acts at once too, everything behind a waiting
 // call waits with it. So a script that was written in one piece runs in order.
 #pragma once
@@ -11,7 +12,9 @@
 #include <vector>
 
 #include "cli/HostServices.h"
+#include "cli/Options.h"
 #include "cli/Output.h"
+#include "cli/Speech.h"
 #include "cli/TransferStop.h"
 #include "cli/host/CommandInput.h"
 #include "cli/host/CommandParser.h"
@@ -23,7 +26,8 @@ namespace marlune::cli {
 
 class JsonHostSession : private EventListener {
 public:
-    JsonHostSession(int input, Output& output, HostServices& host, const Interrupt& interrupt);
+    JsonHostSession(const Options& options, int input, Output& output, HostServices& host,
+                    const Interrupt& interrupt);
 
     [[nodiscard]] GpsControl& control() { return control_; }
 
@@ -44,7 +48,13 @@ private:
     void callRegistered(const surface::Event& event);
     void take(Command command);
     void call(const Call& call);
+    surface::Result perform(const Call& call);
+    surface::Result upload(const Call& call);
+    bool disconnectionWaits();
 
+    const Options& options_;
+    Speech speech_;
+    HostServices& host_;
     CommandInput input_;
     Output& output_;
     const Interrupt& interrupt_;
@@ -57,6 +67,7 @@ private:
     std::deque<Call> urgent_;     // to be made inside the present event
     std::vector<When> handlers_;  // in the order of their lines
     int running_ = 0;             // members in progress, one inside the other
+    bool connecting_ = false;     // the innermost of them is gpsConnect
 };
 
 }  // namespace marlune::cli

@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "cli/host/Details.h"
+
 namespace marlune::cli {
 namespace {
 
@@ -11,7 +13,7 @@ void writeLine(Output& output, const Json& object) {
     // The control's texts are UTF-8; whatever is not must not end the session.
     std::string line = object.dump(-1, ' ', false, Json::error_handler_t::replace);
     line += '\n';
-    output.write(line);
+    output.writeForeign(line);
 }
 
 const char* iconName(BoxIcon icon) {
@@ -28,6 +30,12 @@ const char* iconName(BoxIcon icon) {
     return "none";
 }
 
+void addId(Json& object, const std::string& id) {
+    if (!id.empty()) {
+        object["id"] = Json::parse(id);
+    }
+}
+
 struct ToJson {
     Json operator()(std::monostate /*nothing*/) const { return nullptr; }
     Json operator()(double days) const { return days == 0 ? Json(0) : Json(days); }
@@ -41,6 +49,9 @@ void JsonWriter::event(const surface::Event& event, std::span<const surface::Eve
     for (std::size_t i = 0; i < values.size(); ++i) {
         object[std::string(event.parameters[i].name)] = std::visit(ToJson(), values[i]);
     }
+    if (control_ != nullptr) {
+        addRecord(object, event, control_->records());
+    }
     writeLine(output_, object);
 }
 
@@ -48,12 +59,23 @@ void JsonWriter::box(std::string_view text, BoxIcon icon) {
     writeLine(output_, {{"box", text}, {"icon", iconName(icon)}});
 }
 
-void JsonWriter::result(std::string_view member, const surface::Result& result) {
-    writeLine(output_, {{"call", member}, {"result", std::visit(ToJson(), result)}});
+void JsonWriter::result(const Call& call, const surface::Result& result) {
+    Json object = {{"call", call.member->name}};
+    addId(object, call.id);
+    object["result"] = std::visit(ToJson(), result);
+    if (control_ != nullptr) {
+        addReport(object, *call.member, *control_);
+    }
+    writeLine(output_, object);
 }
 
-void JsonWriter::error(std::string_view text) {
-    writeLine(output_, {{"error", text}});
+void JsonWriter::error(const Fault& fault) {
+    Json object = {{"error", fault.text}};
+    if (!fault.call.empty() && (control_ != nullptr || !fault.id.empty())) {
+        object["call"] = fault.call;
+    }
+    addId(object, fault.id);
+    writeLine(output_, object);
 }
 
 }  // namespace marlune::cli

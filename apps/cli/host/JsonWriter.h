@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "cli/Output.h"
+#include "cli/host/CommandParser.h"
 #include "control/Surface.h"
 #include "marlune/Host.h"
 
@@ -13,13 +14,19 @@ class JsonWriter {
 public:
     explicit JsonWriter(Output& output) : output_(output) {}
 
+    // From now on events carry their records, results their reports, and errors what they are
+    // about, as values. The control must outlive what is written.
+    void tellDetailsOf(const GpsControl& control) { control_ = &control; }
+
     void event(const surface::Event& event, std::span<const surface::EventValue> values);
     void box(std::string_view text, BoxIcon icon);
-    void result(std::string_view member, const surface::Result& result);
-    void error(std::string_view text);
+    // With the call's id, if it has one.
+    void result(const Call& call, const surface::Result& result);
+    void error(const Fault& fault);
 
 private:
     Output& output_;
+    const GpsControl* control_ = nullptr;  // whose details are told; null for none
 };
 
 }  // namespace marlune::cli

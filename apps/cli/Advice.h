@@ -1,0 +1,19 @@
+// Why a connection failed, for whoever has to mend it: the device, the cause and the remedy.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cli/Speech.h"
+#include "marlune/Report.h"
+
+namespace marlune::cli {
+
+// Sentences, at least one. mark: the family that was asked for.
+std::vector<std::string> adviceOn(const ConnectionReport& report, const std::string& mark,
+                                  const Speech& say);
+
+// Why the system refused a device with that error. Nothing for an error that speaks for itself.
+std::vector<std::string> causesOf(int error, const std::string& device, const Speech& say);
+
+}  // namespace marlune::cli

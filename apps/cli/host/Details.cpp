@@ -1,0 +1,238 @@
+#include "cli/host/Details.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "garmin/values/NumberText.h"
+
+namespace marlune::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// "2007-01-15T12:34:56Z", with milliseconds when there are any; null for what is no such time.
+Json isoTime(double seconds) {
+    using namespace std::chrono;
+    constexpr double kLatest = 253402300799.0;  // the last second of the year 9999
+    if (!(std::abs(seconds) <= kLatest)) {
+        return nullptr;
+    }
+    const sys_time<milliseconds> time{milliseconds(std::llround(seconds * 1000))};
+    const auto day = floor<days>(time);
+    const year_month_day date(day);
+    const hh_mm_ss clock(time - day);
+    std::array<char, 40> text{};
+    std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d",
+                  static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+                  static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
+                  static_cast<int>(clock.minutes().count()),
+                  static_cast<int>(clock.seconds().count()));
+    std::string iso = text.data();
+    if (const auto fraction = clock.subseconds().count(); fraction != 0) {
+        std::snprintf(text.data(), text.size(), ".%03d", static_cast<int>(fraction));
+        iso += text.data();
+    }
+    return iso + "Z";
+}
+
+// With the digits that a single has, not those of the double that it becomes.
+Json number(float value) {
+    return std::isfinite(value) ? Json(readNumber(numberText(value, '.'))) : Json(nullptr);
+}
+Json number(double value) {
+    return std::isfinite(value) ? Json(value) : Json(nullptr);
+}
+Json number(auto whole) {
+    return whole;
+}
+
+template <class Value>
+void put(Json& object, const char* name, const std::optional<Value>& value) {
+    if (value) {
+        object[name] = number(*value);
+    }
+}
+
+void putTime(Json& object, const std::optional<double>& time) {
+    if (time) {
+        object["time"] = isoTime(*time);
+    }
+}
+
+Json position(double latitude, double longitude) {
+    return {{"latitude", number(latitude)}, {"longitude", number(longitude)}};
+}
+
+Json jsonOf(const WaypointRecord& record) {
+    Json object = {{"name", record.name}, {"comment", record.comment}};
+    object.update(position(record.latitude, record.longitude));
+    put(object, "altitude", record.altitude);
+    put(object, "depth", record.depth);
+    put(object, "temperature", record.temperature);
+    put(object, "proximity", record.proximity);
+    putTime(object, record.time);
+    put(object, "symbol", record.symbol);
+    put(object, "display", record.display);
+    return object;
+}
+
+Json jsonOf(const TrackRecord& record) {
+    Json object = {{"name", record.name}};
+    put(object, "display", record.display);
+    put(object, "colour", record.colour);
+    return object;
+}
+
+Json jsonOf(const TrackPointRecord& record) {
+    Json object = position(record.latitude, record.longitude);
+    putTime(object, record.time);
+    put(object, "altitude", record.altitude);
+    put(object, "depth", record.depth);
+    put(object, "temperature", record.temperature);
+    object["segmentStart"] = record.segmentStart;
+    return object;
+}
+
+Json jsonOf(const RouteRecord& record) {
+    return {{"number", record.number}, {"name", record.name}};
+}
+
+Json jsonOf(const RouteLinkRecord& record) {
+    return {{"class", record.linkClass}, {"subclass", record.subclass}, {"name", record.name}};
+}
+
+Json jsonOf(const FixRecord& record) {
+    Json object = position(record.latitude, record.longitude);
+    put(object, "altitude", record.altitude);
+    putTime(object, record.time);
+    put(object, "quality", record.quality);
+    put(object, "error", record.error);
+    put(object, "horizontalError", record.horizontalError);
+    put(object, "verticalError", record.verticalError);
+    put(object, "eastSpeed", record.eastSpeed);
+    put(object, "northSpeed", record.northSpeed);
+    put(object, "upSpeed", record.upSpeed);
+    return object;
+}
+
+template <class Record>
+Json lastOf(const std::vector<Record>& records) {
+    return records.empty() ? Json() : jsonOf(records.back());
+}
+
+Json lastPoint(const Records& records) {
+    return records.tracks.empty() ? Json() : lastOf(records.tracks.back().points);
+}
+
+const RoutePointRecord* lastRoutePoint(const Records& records) {
+    return records.routes.empty() || records.routes.back().points.empty()
+               ? nullptr
+               : &records.routes.back().points.back();
+}
+
+struct EventRow {
+    std::string_view event;
+    Json (*record)(const Records&);
+};
+
+constexpr EventRow kEvents[] = {
+    {"WayptData", [](const Records& records) { return lastOf(records.waypoints); }},
+    {"ProxData", [](const Records& records) { return lastOf(records.proximities); }},
+    {"TrackHeader", [](const Records& records) { return lastOf(records.tracks); }},
+    {"TrackData", lastPoint},
+    {"RouteHeader", [](const Records& records) { return lastOf(records.routes); }},
+    {"RouteData",
+     [](const Records& records) {
+         const auto* point = lastRoutePoint(records);
+         return point == nullptr ? Json() : jsonOf(point->point);
+     }},
+    {"RouteLink",
+     [](const Records& records) {
+         const auto* point = lastRoutePoint(records);
+         return point == nullptr || !point->link ? Json() : jsonOf(*point->link);
+     }},
+    {"PvtData", [](const Records& records) { return records.fix ? jsonOf(*records.fix) : Json(); }},
+};
+
+// The names of the enumerations, in their order.
+constexpr std::array kKinds = {"none", "waypoints", "tracks",   "routes",   "proximities",
+                               "time", "position",  "realTime", "sentences"};
+constexpr std::array kEndings = {"complete",      "nothingThere",  "interrupted", "endMissing",
+                                 "cancelled",     "disconnected",  "deviceGone",  "refused",
+                                 "protocolError", "notOffered",    "fileError",   "unsendable",
+                                 "noSession",     "needsWaypoints"};
+constexpr std::array kOutcomes = {"none",   "identified",    "opened",        "notOpened",
+                                  "silent", "otherLanguage", "protocolError", "abandoned"};
+constexpr std::array kSources = {"none", "announced", "table", "generic"};
+
+template <class Names, class Value>
+const char* nameOf(const Names& names, Value value) {
+    return names.at(static_cast<std::size_t>(value));
+}
+
+Json jsonOf(const TransferReport& report) {
+    return {{"kind", nameOf(kKinds, report.kind)},
+            {"direction", report.direction == TransferDirection::upload ? "upload" : "download"},
+            {"ending", nameOf(kEndings, report.ending)},
+            {"whole", report.isWhole()},
+            {"pid", report.pid},
+            {"detail", report.detail},
+            {"announced", report.announced ? Json(*report.announced) : Json()},
+            {"transferred", report.transferred},
+            {"rejected", report.rejected()},
+            {"undecodable", report.undecodable},
+            {"wrongChecksum", report.wrongChecksum},
+            {"unknown", report.unknown},
+            {"positionless", report.positionless},
+            {"duplicates", report.duplicates},
+            {"oversized", report.oversized},
+            {"damaged", report.damaged},
+            {"acknowledged", report.acknowledged},
+            {"unacknowledged", report.unacknowledged},
+            {"leftOut", report.leftOut},
+            {"firstLeftOut", report.firstLeftOut}};
+}
+
+Json jsonOf(const ConnectionReport& report) {
+    return {{"outcome", nameOf(kOutcomes, report.outcome)},
+            {"connected", report.isConnected()},
+            {"protocolCode", report.protocolCode},
+            {"device", report.device},
+            {"systemError", report.systemError},
+            {"detail", report.detail},
+            {"pid", report.pid},
+            {"capabilities", nameOf(kSources, report.capabilities)}};
+}
+
+constexpr std::string_view kTransfers[] = {
+    "getWaypts",  "getTracks", "GetRoutes",    "getProximites", "SendWaypts", "SendRoutes",
+    "SendTraces", "GetTime",   "StartPvtData", "getPosition",   "StartNMEA"};
+
+}  // namespace
+
+void addRecord(Json& object, const surface::Event& event, const Records& records) {
+    const auto* const row =
+        std::find_if(std::begin(kEvents), std::end(kEvents),
+                     [&](const EventRow& each) { return each.event == event.name; });
+    if (row == std::end(kEvents)) {
+        return;
+    }
+    if (Json record = row->record(records); !record.is_null()) {
+        object["record"] = std::move(record);
+    }
+}
+
+void addReport(Json& object, const surface::Member& member, const GpsControl& control) {
+    if (member.name == "gpsConnect") {
+        object["connection"] = jsonOf(control.lastConnection());
+    } else if (std::find(std::begin(kTransfers), std::end(kTransfers), member.name) !=
+               std::end(kTransfers)) {
+        object["transfer"] = jsonOf(control.lastTransfer());
+    }
+}
+
+}  // namespace marlune::cli
