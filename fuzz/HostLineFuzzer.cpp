@@ -13,6 +13,7 @@ namespace {
 
 using namespace marlune::cli;
 using marlune::require;
+namespace surface = marlune::surface;
 
 std::vector<InputLine> linesOf(std::string_view text, std::size_t piece) {
     LineReader reader(100);
@@ -31,7 +32,8 @@ void check(const Call& call) {
     require(call.arguments.size() == call.member->parameters.size());
     for (std::size_t i = 0; i < call.arguments.size(); ++i) {
         const bool text = std::holds_alternative<std::string>(call.arguments[i]);
-        require(text == (call.member->parameters[i] == Parameter::text));
+        const auto type = call.member->parameters[i].type;
+        require(text == (type == surface::Type::text || type == surface::Type::textReference));
     }
 }
 

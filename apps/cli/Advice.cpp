@@ -158,15 +158,18 @@ std::vector<std::string> causesOf(int error, const std::string& device, const Sp
 
 std::vector<std::string> adviceOn(const ConnectionReport& report, const std::string& mark,
                                   const Speech& say) {
+    const bool mute = report.outcome == ConnectionOutcome::silent ||
+                      report.outcome == ConnectionOutcome::otherLanguage;
+    if (mute && report.protocolCode == "GRM_USB_GPX") {
+        return {say(phrase::kNoDescription, {report.device})};
+    }
     std::vector<std::string> advice;
     switch (report.outcome) {
         case ConnectionOutcome::notOpened:
             advice = notOpened(report, say);
             break;
         case ConnectionOutcome::silent:
-            advice = {report.protocolCode == "GRM_USB_GPX"
-                          ? say(phrase::kNoDescription, {report.device})
-                          : say(phrase::kSilent, {report.device})};
+            advice = {say(phrase::kSilent, {report.device})};
             break;
         case ConnectionOutcome::otherLanguage:
             advice = {say(phrase::kOtherLanguage, {report.device, mark})};

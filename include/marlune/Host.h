@@ -8,7 +8,7 @@
 // A host with a user interface keeps it alive in two places while a member runs. processEvents()
 // comes where a procedure yields, between two records or two reads; events of the control are
 // raised there, too. In both, handlers may call any member, disconnect, or destroy the control.
-// stopRequested() comes at least every 50 ms of any wait, also in the middle of a read: a host may
+// stopRequested() comes at least every 100 ms of any wait, also in the middle of a read: a host may
 // paint there and take its user's wish to stop, but must call no member of the control from it;
 // answering true is how it ends what runs. The same holds for every other function here.
 //
