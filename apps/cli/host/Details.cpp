@@ -233,6 +233,10 @@ void addReport(Json& object, const surface::Member& member, const GpsControl& co
                std::end(kTransfers)) {
         object["transfer"] = jsonOf(control.lastTransfer());
     }
+    if (const auto& fix = control.records().fix;
+        member.name == "getPosition" && fix && control.lastTransfer().isWhole()) {
+        object["record"] = jsonOf(*fix);  // its text is in radians
+    }
 }
 
 }  // namespace marlune::cli

@@ -14,7 +14,8 @@ namespace marlune::cli {
 // that are about none.
 void addRecord(nlohmann::ordered_json& object, const surface::Event& event, const Records& records);
 
-// "transfer" or "connection": the report that the member has just made. Nothing for others.
+// "transfer" or "connection": the report that the member has just made, and the "record" of the
+// position that it read. Nothing for others.
 void addReport(nlohmann::ordered_json& object, const surface::Member& member,
                const GpsControl& control);
 

@@ -180,7 +180,9 @@ void JsonHostSession::call(const Call& call) {
 
 surface::Result JsonHostSession::perform(const Call& call) {
     const std::string_view member = call.member->name;
-    host_.setPatience(options_.patience(member == "StartNMEA"));
+    if (running_ == 1) {  // what runs inside another waits as that one does
+        host_.setPatience(options_.patience(member == "StartNMEA"));
+    }
     const bool connectingBefore = std::exchange(connecting_, member == "gpsConnect");
     surface::Result result =
         sentKind(member) ? upload(call) : call.member->call(control_, call.arguments);
