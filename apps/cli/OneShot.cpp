@@ -218,7 +218,7 @@ ExitStatus OneShot::finish() {
     if (printer_.notSentences() > 0) {
         say(speech_(phrase::kNoSentences, {std::to_string(printer_.notSentences())}));
     }
-    if (!verdict.isWhole()) {
+    if (!verdict.isWhole() || verdict.doubtful) {
         say(verdict.text);
     } else if (messages_.isTerminal()) {
         printer_.message(verdict.text);

@@ -88,6 +88,7 @@ inline constexpr Phrase kNotOnAGuess = {
 // How a transfer went: "12 of 39 track points received: the receiver fell silent".
 inline constexpr Phrase kReceived = {"%1 of %2 %3 received", "%1 %3 reçus sur %2"};
 inline constexpr Phrase kSent = {"%1 of %2 %3 sent", "%1 %3 envoyés sur %2"};
+inline constexpr Phrase kCameUnannounced = {"%1 %3 received", "%1 %3 reçus"};
 inline constexpr Phrase kNothingReceived = {"no %3 received", "pas de %3 reçus"};
 inline constexpr Phrase kNothingSent = {"no %3 sent", "pas de %3 envoyés"};
 inline constexpr Phrase kColon = {"%1: %2", "%1 : %2"};

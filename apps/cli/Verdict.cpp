@@ -115,10 +115,16 @@ std::string counts(const TransferReport& report, const Speech& say) {
     const bool sent = report.direction == TransferDirection::upload;
     const int done = arrived(report);
     const int all = std::max(report.announced.value_or(done) + report.leftOut, done);
-    const bool none = all == 0;
-    const Phrase& phrase = sent ? (none ? phrase::kNothingSent : phrase::kSent)
-                                : (none ? phrase::kNothingReceived : phrase::kReceived);
-    return say(phrase, {std::to_string(done), std::to_string(all), say(nameOf(report.kind))});
+    const auto tell = [&](const Phrase& phrase) {
+        return say(phrase, {std::to_string(done), std::to_string(all), say(nameOf(report.kind))});
+    };
+    if (all == 0) {
+        return tell(sent ? phrase::kNothingSent : phrase::kNothingReceived);
+    }
+    if (sent) {
+        return tell(phrase::kSent);
+    }
+    return tell(report.announced ? phrase::kReceived : phrase::kCameUnannounced);
 }
 
 }  // namespace
@@ -129,7 +135,8 @@ Verdict judge(const TransferReport& report, const Speech& say, bool linesSent) {
     if (why.empty() && !report.isWhole()) {
         why = say(phrase::kFewer);
     }
-    return {statusOf(report), why.empty() ? how : say(phrase::kColon, {how, why})};
+    return {statusOf(report), why.empty() ? how : say(phrase::kColon, {how, why}),
+            report.damaged > 0};
 }
 
 }  // namespace marlune::cli

@@ -11,7 +11,8 @@ namespace marlune::cli {
 
 struct Verdict {
     ExitStatus status = kDone;
-    std::string text;  // "12 of 39 track points received: the receiver fell silent"
+    std::string text;       // "12 of 39 track points received: the receiver fell silent"
+    bool doubtful = false;  // whole, but damaged on its way
 
     [[nodiscard]] bool isWhole() const { return status == kDone; }
 };

@@ -43,7 +43,7 @@ TEST(Verdict, FollowsTheReport) {
     } cases[] = {
         {report(Kind::tracks, Ending::complete, 39, 39), kDone, "39 of 39 track points received"},
         {gaps, kDone, "39 of 39 track points received"},
-        {report(Kind::waypoints, Ending::complete, {}, 7), kDone, "7 of 7 waypoints received"},
+        {report(Kind::waypoints, Ending::complete, {}, 7), kDone, "7 waypoints received"},
         {report(Kind::waypoints, Ending::nothingThere, 0, 0), kDone,
          "no waypoints received: there is nothing"},
         {report(Kind::tracks, Ending::interrupted, 39, 12), kIncomplete,
@@ -55,8 +55,7 @@ TEST(Verdict, FollowsTheReport) {
         {misread, kIncomplete, "4 of 5 route records received: 1 could not be decoded"},
         {report(Kind::waypoints, Ending::refused, {}, 0), kFailed,
          "no waypoints received: the receiver refused"},
-        {report(Kind::realTime, Ending::cancelled, {}, 9), kDone,
-         "9 of 9 positions received: stopped"},
+        {report(Kind::realTime, Ending::cancelled, {}, 9), kDone, "9 positions received: stopped"},
         {upload(8, 8, 8, 0), kDone, "8 of 8 waypoints sent"},
         {upload(8, 8, 0, 0), kDone, "8 of 8 waypoints sent"},  // nobody acknowledges
         {upload(8, 8, 0, 8), kFailed, "0 of 8 waypoints sent: the receiver did not acknowledge 8"},

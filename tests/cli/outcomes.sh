@@ -63,7 +63,7 @@ told 3 'the receiver fell silent' --fault short:packet=3,of=35,keep=6 --fault si
 echo old >"$folder/old.gpx"
 told 1 'no waypoints received: the receiver refused' --family magellan \
     --fault refuse:packet=1,of=WAYPOINT -- waypoints --mark MGN --gpx "$folder/old.gpx"
-told 3 'waypoints received: the receiver fell silent' --family magellan \
+told 3 '3 waypoints received: the receiver fell silent' --family magellan \
     --fault silence:packet=4,of=PMGNWPL -- waypoints --mark MGN --timeout 2 --gpx "$folder/old.gpx"
 [ "$(cat "$folder/old.gpx")" = old ] || fail "an incomplete transfer replaced a file"
 told 3 'track points received' --fault silence:packet=12,of=34 \
