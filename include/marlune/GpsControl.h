@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 
+#include "marlune/Export.h"
 #include "marlune/GpsControlEvents.h"
 #include "marlune/Host.h"
 #include "marlune/Records.h"
@@ -65,7 +66,7 @@ enum class numPort : std::int32_t {
     Comm40
 };
 
-class GpsControl {
+class MARLUNE_EXPORT GpsControl {
 public:
     // host and events stay the caller's and must outlive every call of a member, also one that is
     // still running when a handler destroys the control.

@@ -13,9 +13,11 @@
 #include <cstdint>
 #include <string>
 
+#include "marlune/Export.h"
+
 namespace marlune {
 
-class GpsControlEvents {
+class MARLUNE_EXPORT GpsControlEvents {
 public:
     GpsControlEvents() = default;
     GpsControlEvents(const GpsControlEvents&) = delete;

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "marlune/Export.h"
+
 namespace marlune {
 
 // The kind of records that a file is read for.
@@ -19,7 +21,7 @@ enum class GpxKind { waypoints, routes, tracks };
 
 // Where and why a file could not be parsed. Lines and positions count from 1; the position is in
 // bytes within the line, the offset in bytes from the start of the file.
-class GpxParseError : public std::runtime_error {
+class MARLUNE_EXPORT GpxParseError : public std::runtime_error {
 public:
     struct Place {
         std::string source;  // the line's text
@@ -39,7 +41,7 @@ private:
 // Turns text lines into a GPX file: "W;" lines become waypoints, and points of the route after an
 // "R;" line; "N;" begins a track, "T;" adds a point to it, in a new segment where the line says so.
 // Other lines are ignored. Numbers may carry either decimal separator.
-class GpxWriter {
+class MARLUNE_EXPORT GpxWriter {
 public:
     GpxWriter();
     GpxWriter(const GpxWriter&) = delete;
@@ -62,7 +64,7 @@ private:
 
 // Turns GPX files into text lines of one kind. Routes are numbered from 1 in the order in which the
 // reader meets them, across files.
-class GpxReader {
+class MARLUNE_EXPORT GpxReader {
 public:
     // decimalSeparator: what the numbers of the lines are written with; upload files take '.'.
     explicit GpxReader(GpxKind kind, char decimalSeparator = '.')

@@ -20,6 +20,8 @@
 #include <string>
 #include <vector>
 
+#include "marlune/Export.h"
+
 namespace marlune {
 
 // The icon of a message box: "critical" for errors, "exclamation" for a receiver without
@@ -44,7 +46,7 @@ struct Drive {
     std::string volumeName;
 };
 
-class Host {
+class MARLUNE_EXPORT Host {
 public:
     Host() = default;
     Host(const Host&) = delete;

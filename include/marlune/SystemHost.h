@@ -8,11 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "marlune/Export.h"
 #include "marlune/Host.h"
 
 namespace marlune {
 
-class SystemHost : public Host {
+class MARLUNE_EXPORT SystemHost : public Host {
 public:
     SystemHost();
 

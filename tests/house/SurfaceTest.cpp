@@ -121,7 +121,7 @@ TEST_F(SurfaceTest, IsThatOfTheTypeLibrary) {
 // surface: they give values of this language only.
 Lines declaredIn(const std::string& header, const std::string& className) {
     const std::string body =
-        between(plainSource(header), "class " + className + " {", "}; } // namespace");
+        between(plainSource(header), "class MARLUNE_EXPORT " + className + " {", "}; } // namespace");
     Lines lines;
     for (const Lines& statement :
          matches(between(body, "~" + className, " private:"), R"([^;{}]+)")) {
