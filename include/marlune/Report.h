@@ -62,8 +62,8 @@ struct TransferReport {
     int positionless = 0;  // track points without a position, as units send between segments
     int duplicates = 0;    // came twice, where the protocol can tell
     int oversized = 0;     // pieces too long, or of a wrong length, for what carries them
-    // Downloads: frames whose checksum was wrong and which the protocol takes as they stand. Their
-    // records are among the transferred.
+    // Downloads: frames and MLR sentences whose checksum was wrong, or missing where others have
+    // one, and which the protocol takes as they stand. Their records are among the transferred.
     int damaged = 0;
 
     // Uploads: records that the receiver acknowledged, and that it did not. Both stay 0 where

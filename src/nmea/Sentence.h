@@ -32,6 +32,10 @@ public:
     [[nodiscard]] std::string_view receivedChecksum() const { return received_; }
     // The checksum of what was received up to and including the first "*".
     [[nodiscard]] std::string computedChecksum() const;
+    // Whether it has a checksum, and a wrong one.
+    [[nodiscard]] bool isDamaged() const {
+        return !received_.empty() && received_ != computedChecksum();
+    }
 
 private:
     std::string_view text_;

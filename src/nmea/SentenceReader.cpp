@@ -56,8 +56,27 @@ std::string SentenceReader::mgnGet(std::string_view prefix, std::int16_t timeOut
         if (endsWait(line, prefix)) {
             return line;
         }
+        drop(line);
     }
     return {};
+}
+
+void SentenceReader::beginList() {
+    between_ = Between::unknown;
+    brokenPieces_ = 0;
+}
+
+// A byte outside of every sentence.
+void SentenceReader::skip(char character) {
+    const bool filler = character == '\r' || character == '\n' || character == '\0';
+    if (between_ == Between::sentences && !filler) {
+        between_ = Between::piece;
+        ++brokenPieces_;
+    }
+}
+
+void SentenceReader::drop(std::string_view sentence) {
+    brokenPieces_ += Sentence(sentence).isDamaged() ? 1 : 0;
 }
 
 bool SentenceReader::waitForDollar(std::int16_t timeOut) {
@@ -65,7 +84,11 @@ bool SentenceReader::waitForDollar(std::int16_t timeOut) {
     const double end = roundedClock(host) + timeOut;
     while (last_ != '$' && host.secondsClock() < end && mayGoOn(port_, host)) {
         last_ = readByte().value_or('\0');
+        if (last_ != '$') {
+            skip(last_);
+        }
     }
+    between_ = last_ == '$' ? Between::sentences : between_;
     return last_ == '$';
 }
 
@@ -115,12 +138,16 @@ void SentenceReader::nmeaGetPhrase(std::string_view codes, float listening, floa
 void SentenceReader::takeCharacter(char character,
                                    const std::vector<std::string_view>& alternatives) {
     if (character == '$') {
+        brokenPieces_ += state_.inSentence ? 1 : 0;
         state_.sentence = "$";
         state_.inSentence = true;
+        between_ = Between::sentences;
     } else if (character == '\r' && state_.inSentence) {
         finishSentence(alternatives);
     } else if (state_.inSentence) {
         appendBounded(state_.sentence, character);
+    } else {
+        skip(character);
     }
 }
 
@@ -131,6 +158,7 @@ void SentenceReader::finishSentence(const std::vector<std::string_view>& alterna
     const bool matches = std::any_of(alternatives.begin(), alternatives.end(),
                                      [&](auto code) { return contains(sentence, code); });
     if (!matches) {
+        drop(sentence);
         return;
     }
     state_.found = true;

@@ -38,7 +38,17 @@ public:
     // The same without a delay; returns the sentence, empty when none came.
     std::string nextSentence(std::string_view codes, float listening);
 
+    // A list begins. What came between its sentences, or in place of them, is then counted: pieces
+    // that are no sentence, and sentences that were dropped and whose checksum is wrong. The rest
+    // of a sentence that was under way when the list began is none of these.
+    void beginList();
+    [[nodiscard]] int brokenPieces() const { return brokenPieces_; }
+
 private:
+    enum class Between { unknown, sentences, piece };
+
+    void skip(char character);
+    void drop(std::string_view sentence);
     // Processes the host's events first. None when nothing came within the time-outs.
     std::optional<char> readByte();
     bool waitForDollar(std::int16_t timeOut);
@@ -49,7 +59,9 @@ private:
     Services& services_;
     PortLease& port_;
     NmeaState& state_;
-    char last_ = 0;  // the last single byte that mgnGet read
+    char last_ = 0;                       // the last single byte that mgnGet read
+    Between between_ = Between::unknown;  // what the bytes outside of sentences are
+    int brokenPieces_ = 0;
 };
 
 }  // namespace marlune

@@ -101,6 +101,17 @@ TEST_F(MagellanTest, DownloadsWaypoints) {
     EXPECT_EQ(lines[6], "Bloc rejete " + lowerCase.substr(0, lowerCase.size() - 2));
 }
 
+TEST_F(MagellanTest, ReportsPiecesOfAListThatAreNoSentences) {
+    std::string renamed = wpl("A");
+    renamed[5] = 'X';
+    expect(kStop);
+    expect(kAskWaypoints, "the rest of one before" + wpl("B") + renamed + wpl("C").substr(1) +
+                              sentence("$GPGLL,4830.000,N") + wpl("D") + kEnd);
+    EXPECT_TRUE(device.mgnGetWaypoints());
+    EXPECT_EQ(services.reports.transfer.transferred, 2);
+    EXPECT_EQ(services.reports.transfer.wrongChecksum, 2);
+}
+
 TEST_F(MagellanTest, ListsThatDoNotEndProperlyAreFalse) {
     const std::vector<std::tuple<std::string, Log, double>> cases = {
         {kUnable, {}, 0},

@@ -210,6 +210,19 @@ TEST_F(MlrTest, ListensToWaypointSentences) {
     EXPECT_EQ(mlr.waypoints.count("HOME"), 1U) << "known without its blanks";
 }
 
+TEST_F(MlrTest, ReportsSentencesThatTheLineDamagedAndTakesThemAllTheSame) {
+    std::string changed = wpl("A");
+    changed[10] = '1';
+    const std::string cut = wpl("B").substr(0, 20);
+    speak("the rest of one before\r\n" + changed + wpl("C").substr(1) + cut + wpl("D"));
+    const std::string bare = wpl("E");
+    speak(bare.substr(0, bare.find('*')) + "\r\n");
+    EXPECT_TRUE(device.mlrGetWaypoints());
+    EXPECT_EQ(services.reports.transfer.transferred, 3);
+    EXPECT_EQ(services.reports.transfer.damaged, 2);
+    EXPECT_EQ(services.reports.transfer.wrongChecksum, 2);
+}
+
 TEST_F(MlrTest, ListensToTrackSentences) {
     speak(wpl("HOME") + wpl("TRC001 C") + wpl("TR0002 D"));
     EXPECT_TRUE(device.mlrGetTracks());

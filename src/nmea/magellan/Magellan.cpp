@@ -118,8 +118,15 @@ void Magellan::waitOneSecond() {
 
 // Downloads.
 
+Ending Magellan::readList(std::string_view prefix, const TakeSentence& take, TransferLog& log) {
+    reader_.beginList();
+    const Ending ending = readSentences(prefix, take);
+    log->wrongChecksum += reader_.brokenPieces();
+    return ending;
+}
+
 // Complete when the receiver ended its list itself; a refusal ends it like a silence.
-Ending Magellan::readList(std::string_view prefix, const TakeSentence& take) {
+Ending Magellan::readSentences(std::string_view prefix, const TakeSentence& take) {
     for (;;) {
         const std::string sentence = reader_.mgnGet(prefix, kSentenceTimeOut);
         if (sentence.empty()) {
@@ -169,10 +176,11 @@ bool Magellan::mgnGetWaypoints() {
     // Dropped sentences count too, so the progress that hosts show may run ahead of what is
     // delivered: it tells that the line is alive.
     int received = 0;
-    const Ending ending = readList("$PMGNWPL", [&](const std::string& sentence) {
+    const auto take = [&](const std::string& sentence) {
         ++received;
         takeWaypoint(sentence, received, log);
-    });
+    };
+    const Ending ending = readList("$PMGNWPL", take, log);
     endDownload("W");
     return log.end(ending);
 }
@@ -201,10 +209,11 @@ bool Magellan::mgnGetTracks() {
     send(signedSentence("$PMGNCMD,TRACK,2*"));
     services_.events.StartDownload("T", kUnknownCount, nmeatext::kTracks);
     TrackProgress progress;
-    const Ending ending = readList("$PMGNTRK", [&](const std::string& sentence) {
+    const auto take = [&](const std::string& sentence) {
         ++progress.received;
         takeTrackPoint(sentence, progress, log);
-    });
+    };
+    const Ending ending = readList("$PMGNTRK", take, log);
     endDownload("T");
     if (!progress.any && mayGoOn(port_, services_.host)) {
         services_.host.messageBox(nmeatext::kNoTrack, BoxIcon::information);
@@ -244,8 +253,10 @@ bool Magellan::mgnGetRoutes() {
     send(signedSentence("$PMGNCMD,ROUTE*"));
     services_.events.StartDownload("R", kUnknownCount, nmeatext::kRoutes);
     RouteAssembly routes(services_, state_.waypoints, log);
-    const Ending ending = readList(
-        "$PMGNRTE", [&](const std::string& sentence) { takeRouteSentence(sentence, routes, log); });
+    const auto take = [&](const std::string& sentence) {
+        takeRouteSentence(sentence, routes, log);
+    };
+    const Ending ending = readList("$PMGNRTE", take, log);
     routes.finish();
     endDownload("R");
     if (!routes.foundRoutes() && mayGoOn(port_, services_.host)) {

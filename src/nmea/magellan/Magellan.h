@@ -68,7 +68,8 @@ private:
     std::string readVersionReply();
     void waitOneSecond();
 
-    Ending readList(std::string_view prefix, const TakeSentence& take);
+    Ending readList(std::string_view prefix, const TakeSentence& take, TransferLog& log);
+    Ending readSentences(std::string_view prefix, const TakeSentence& take);
     bool accepts(std::string_view sentence, std::string_view checksum);
     void reject(std::string_view sentence);
     void takeWaypoint(const std::string& sentence, int received, TransferLog& log);

@@ -134,12 +134,12 @@ bool Mlr::mlrGetWaypoints() {
         return downloadBlocks(list, kSendWaypoints, std::string_view("$GPWPL").size(),
                               [&](std::string_view record) { takeWaypointRecord(record, list); });
     }
-    const Ending ending = listen([&](const std::string& sentence) {
+    const auto take = [&](const std::string& sentence) {
         if (contains(sentence, "$GPWPL") && !isTrackPoint(sentence)) {
             takeWaypoint(sentence, list);
         }
-    });
-    return finish(list, ending);
+    };
+    return finish(list, listen(take, log));
 }
 
 bool Mlr::mlrGetTracks() {
@@ -153,12 +153,12 @@ bool Mlr::mlrGetTracks() {
             list, kSendTracks, kMlrTrackRecordLength,
             [&](std::string_view record) { takeTrackRecord(record, previous, list); });
     }
-    const Ending ending = listen([&](const std::string& sentence) {
+    const auto take = [&](const std::string& sentence) {
         if (contains(sentence, "$GPWPL") && isTrackPoint(sentence)) {
             takeTrackPoint(sentence, list);
         }
-    });
-    return finish(list, ending);
+    };
+    return finish(list, listen(take, log));
 }
 
 // The points' sentences may come before or behind the routes that name them.
@@ -166,14 +166,15 @@ bool Mlr::mlrGetRoutes() {
     TransferLog log(services_, TransferKind::routes, TransferDirection::download);
     services_.records.routes.clear();
     std::vector<RoutePhrase> phrases;
-    const Ending ending = listen([&](const std::string& sentence) {
+    const auto take = [&](const std::string& sentence) {
         if (contains(sentence, "$GPWPL")) {
             Waypoint waypoint;
             (void)decodeWaypoint(sentence, waypoint, log);
         } else if (phrases.size() < kMostRouteSentences) {
             takeRouteSentence(sentence, phrases, log);
         }
-    });
+    };
+    const Ending ending = listen(take, log);
     List list = {"R", nmeatext::kMlrRoutes, nmeatext::kMlrNoRoute, log};
     RouteAssembly routes(services_, state_.waypoints, log);
     for (const RoutePhrase& phrase : phrases) {
@@ -185,7 +186,16 @@ bool Mlr::mlrGetRoutes() {
 }
 
 // Hears the lists that a sentence receiver sends when its user wants it to.
-Ending Mlr::listen(const TakeText& take) {
+Ending Mlr::listen(const TakeText& take, TransferLog& log) {
+    reader_.beginList();
+    Checksums checksums;
+    const Ending ending = takeSentences(take, checksums);
+    log->damaged += checksums.wrong + (checksums.present > 0 ? checksums.missing : 0);
+    log->wrongChecksum += reader_.brokenPieces();
+    return ending;
+}
+
+Ending Mlr::takeSentences(const TakeText& take, Checksums& checksums) {
     float wait = kFirstSentence;
     for (;;) {
         const std::string sentence = reader_.nextSentence(kListCodes, wait);
@@ -197,6 +207,9 @@ Ending Mlr::listen(const TakeText& take) {
                        : ending;
         }
         wait = kFollowingSentence;
+        const Sentence fields(sentence);
+        ++(fields.receivedChecksum().empty() ? checksums.missing : checksums.present);
+        checksums.wrong += fields.isDamaged() ? 1 : 0;
         take(sentence);
     }
 }
@@ -294,7 +307,9 @@ void Mlr::takeWaypointRecord(std::string_view record, List& list) {
         return;
     }
     const std::size_t end = record.find_last_not_of(" \r\n\0"sv) + 1;
-    takeWaypoint(record.substr(start, end - start), list);
+    const std::string_view sentence = record.substr(start, end - start);
+    list.log->damaged += Sentence(sentence).isDamaged() ? 1 : 0;
+    takeWaypoint(sentence, list);
 }
 
 void Mlr::takeTrackPoint(std::string_view sentence, List& list) {

@@ -60,6 +60,13 @@ private:
         bool begun = false;
         std::int16_t item = 0;
     };
+    // Sentences of a list, which are taken whether their checksum is right or not there at all. A
+    // receiver sends one with all of them or with none.
+    struct Checksums {
+        int present = 0;
+        int wrong = 0;
+        int missing = 0;
+    };
     using TakeText = std::function<void(const std::string& text)>;
 
     void send(std::string_view text);
@@ -68,7 +75,8 @@ private:
     void accept(double version, bool sendsBlocks);
 
     // Why it ended: a silence behind sentences is the end of the list.
-    Ending listen(const TakeText& take);
+    Ending listen(const TakeText& take, TransferLog& log);
+    Ending takeSentences(const TakeText& take, Checksums& checksums);
     bool downloadBlocks(List& list, const char* request, std::size_t shortestRecord,
                         const TakeText& take);
     void takeBlock(const BlocMLR& block, int number, std::size_t shortestRecord,
