@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "control/ControlFactory.h"
-#include "marlune/GpsControl.h"
+#include "receivers/ReceiverPort.h"
 #include "receivers/garmin/GarminReceiver.h"
 #include "support/Dialogue.h"
 
@@ -19,13 +19,10 @@ using Upload = bool (GpsControl::*)(const std::string&);
 class Connection {
 public:
     Connection(const std::string& tags, const std::string& data)
-        : receiver_(settings(tags, data)),
-          events_([this](const std::string& text) { take(text); }) {
-        auto port = std::make_unique<ScriptedPort>(host_);
-        port->observer.write = [this, line = port.get()](Bytes bytes) {
-            receiver_.hear(bytes, host_.elapsed());
-            line->arrive(receiver_.takeOutput());
-        };
+        : events_([this](const std::string& text) { take(text); }) {
+        auto port = std::make_unique<ReceiverPort>(
+            host_, std::make_unique<GarminReceiver>(settings(tags, data)));
+        receiver_ = &port->receiver();
         control_ = ControlFactory::make(host_, events_, std::move(port),
                                         std::make_unique<ScriptedUsb>(host_));
         EXPECT_TRUE(control_->gpsConnect());
@@ -48,11 +45,9 @@ public:
     }
 
     [[nodiscard]] Lines boxes() const { return host_.boxTexts(); }
-    [[nodiscard]] Lines complaints() const { return receiver_.complaints(); }
+    [[nodiscard]] Lines complaints() const { return receiver_->complaints(); }
 
 private:
-    using Bytes = std::span<const std::uint8_t>;
-
     static GarminReceiver::Settings settings(const std::string& tags, const std::string& data) {
         GarminReceiver::Settings settings;
         settings.unit.announces = true;
@@ -72,7 +67,7 @@ private:
 
     FakeHost host_;
     TempFolder folder_;
-    GarminReceiver receiver_;
+    const VirtualReceiver* receiver_ = nullptr;
     Lines lines_;
     RecordedEvents events_;
     std::unique_ptr<GpsControl> control_;
