@@ -16,6 +16,12 @@ namespace {
 struct Role {
     std::string GpsCapability::*field;
     std::string_view tags;  // those that fill it, separated by a blank
+
+    [[nodiscard]] bool isFilledBy(std::string_view tag) const {
+        constexpr std::size_t kTag = 4;  // all have a letter and three digits
+        const std::size_t at = tags.find(tag);
+        return tag.size() == kTag && at != std::string_view::npos && at % (kTag + 1) == 0;
+    }
 };
 
 // One row per field. "P000" has none: only the product table sets the physical protocol.
@@ -116,8 +122,7 @@ bool GpsCapability::takeProductRows(int productId, int softwareVersion) {
 void GpsCapability::Decoder() {
     for (const std::string& tag : tags) {
         for (const Role& role : kRoles) {
-            const auto named = splitText(role.tags, ' ');
-            if (std::find(named.begin(), named.end(), tag) != named.end()) {
+            if (role.isFilledBy(tag)) {
                 this->*role.field = tag;
             }
         }
