@@ -5,12 +5,12 @@
 // the implementation for the running platform; derive from it and override what your program does
 // better (a real message box, a real event loop).
 //
-// A host with a user interface keeps it alive in two places while a member runs. processEvents()
-// comes where a procedure yields, between two records or two reads; events of the control are
-// raised there, too. In both, handlers may call any member, disconnect, or destroy the control.
-// stopRequested() comes at least every 100 ms of any wait, also in the middle of a read: a host may
-// paint there and take its user's wish to stop, but must call no member of the control from it;
-// answering true is how it ends what runs. The same holds for every other function here.
+// While a member runs, a program pumps its events in processEvents(), which comes where procedures
+// yield, between two records or reads. From there, from messageBox() and from the control's events
+// it may call any member, disconnect, or destroy the control; from no other function here.
+// stopRequested() comes at least every 100 ms of a wait for a serial port, also within a read, and
+// between two reads on USB: a program may paint there and take its user's wish to stop. Answering
+// true ends what runs.
 //
 // Thread: every function is called on the thread that called the control's member.
 // Text: every string is UTF-8.

@@ -196,7 +196,7 @@ surface::Result JsonHostSession::perform(const Call& call) {
 // The file as the one-shot commands read it: GPX, or UTF-8 without a mark, as well. A file that
 // cannot be read is the control's to complain about.
 surface::Result JsonHostSession::upload(const Call& call) {
-    const std::string& path = std::get<std::string>(call.arguments.front());
+    const auto& path = std::get<std::string>(call.arguments.front());
     std::error_code ignored;
     if (!std::filesystem::is_regular_file(path, ignored) || access(path.c_str(), R_OK) != 0) {
         return call.member->call(control_, call.arguments);
