@@ -20,8 +20,8 @@ using Data = std::span<const std::uint8_t>;
 std::vector<std::string> listen(Data stream, std::size_t tellsAhead) {
     FuzzLine line(stream, tellsAhead);
     NmeaState state;
-    startNmea(
-        line.services, line.port, state, [] {}, "$gp", 2);
+    const auto closeNothing = [] {};
+    startNmea(line.services, line.port, state, closeNothing, "$gp", 2);
     std::erase_if(line.heard,
                   [](const std::string& event) { return !event.starts_with("PhraseNMEA|"); });
     return line.heard;

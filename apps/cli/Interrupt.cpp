@@ -29,7 +29,7 @@ Interrupt::Interrupt() {
     }
     caught_ = 0;
     wake_ = pipe_[1];
-    struct sigaction action {};
+    struct sigaction action = {};
     sigemptyset(&action.sa_mask);
     action.sa_handler = SIG_IGN;
     sigaction(SIGPIPE, &action, &beforePipe_);

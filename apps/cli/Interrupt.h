@@ -39,7 +39,7 @@ private:
 
     std::array<int, 2> pipe_{-1, -1};
     std::array<struct sigaction, kSignals.size()> before_{};
-    struct sigaction beforePipe_ {};
+    struct sigaction beforePipe_ = {};
 };
 
 // Keeps those signals from threads that are started in its life, so that they interrupt the waits

@@ -10,7 +10,7 @@ namespace marlune::receivers {
 // SIGINT, SIGTERM, SIGHUP (but where nohup wants it ignored) and the given ones. A reader of the
 // output that has gone ends nothing: the receiver may still have a host.
 inline sigset_t blockSignals(std::initializer_list<int> others) {
-    struct sigaction hangUp {};
+    struct sigaction hangUp = {};
     ::sigaction(SIGHUP, nullptr, &hangUp);
     sigset_t signals;
     ::sigemptyset(&signals);

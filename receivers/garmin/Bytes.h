@@ -19,6 +19,9 @@
 
 namespace marlune::receivers::garmin {
 
+// Stands for "unknown" in altitudes, depths and distances.
+inline constexpr float kUnknown = 1.0e25F;
+
 class ByteWriter {
 public:
     template <std::integral T>

@@ -13,7 +13,6 @@
 namespace marlune::receivers::garmin {
 namespace {
 
-constexpr float kUnknown = 1.0e25F;
 constexpr int kDot = 18;
 constexpr std::size_t kIdent = 6;
 constexpr std::size_t kComment = 40;

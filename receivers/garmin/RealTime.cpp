@@ -5,12 +5,11 @@
 #include <numbers>
 
 #include "receivers/garmin/Bytes.h"
+#include "receivers/garmin/Dates.h"
 
 namespace marlune::receivers::garmin {
 namespace {
 
-constexpr double kSecondsADay = 86400;
-constexpr double kEpochDay = 32873;  // 31/12/1989, a Sunday
 constexpr int kDaysAWeek = 7;
 constexpr int kLeapSeconds = 18;  // between UTC and the satellites' time, since 2017
 // The ellipsoid lies that much below mean sea level here.

@@ -5,7 +5,7 @@
 namespace marlune::receivers::garmin {
 namespace {
 
-constexpr std::size_t kComment = 20;
+constexpr std::size_t kRouteComment = 20;
 constexpr std::size_t kLongestText = 50;
 constexpr int kDirect = 3;
 
@@ -19,7 +19,7 @@ std::vector<std::uint8_t> routeHeaderRecord(const std::string& type, const Route
         record.u8(route.number);
     }
     if (type == "D201") {
-        record.text(route.name, kComment);
+        record.text(route.name, kRouteComment);
     }
     return record.take();
 }
@@ -33,7 +33,7 @@ Route routeOf(const std::string& type, std::span<const std::uint8_t> record) {
         route.number = reader.u8();
     }
     if (type == "D201") {
-        route.name = reader.text(kComment);
+        route.name = reader.text(kRouteComment);
     }
     return route;
 }

@@ -3,16 +3,14 @@
 #include <cmath>
 #include <limits>
 
+#include "receivers/garmin/Dates.h"
 #include "receivers/garmin/Position.h"
 
 namespace marlune::receivers::garmin {
 namespace {
 
-constexpr float kUnknown = 1.0e25F;
 constexpr std::uint32_t kNoTime = 0xFFFFFFFF;
 constexpr std::int32_t kNoPosition = 0x7FFFFFFF;
-constexpr double kEpochDay = 32873;  // 31/12/1989
-constexpr double kSecondsADay = 86400;
 constexpr int kNoBeat = 0;     // heart rate
 constexpr int kNoTurns = 255;  // cadence
 constexpr std::size_t kLongestName = 50;

@@ -10,7 +10,6 @@ namespace marlune::receivers::nmea {
 namespace {
 
 constexpr double kFastest = 20;  // fixes per second
-constexpr double kSecondsADay = 86400;
 
 std::vector<std::uint8_t> bytesOf(std::string_view text) {
     return {text.begin(), text.end()};

@@ -14,7 +14,6 @@ namespace marlune::receivers::nmea {
 namespace {
 
 constexpr std::chrono::sys_days kDayZero = std::chrono::year(1899) / std::chrono::December / 30;
-constexpr double kSecondsADay = 86400;
 
 struct Moment {
     std::chrono::sys_days day;

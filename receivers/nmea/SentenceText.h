@@ -12,6 +12,8 @@
 
 namespace marlune::receivers::nmea {
 
+inline constexpr double kSecondsADay = 86400;
+
 // The exclusive or of all characters.
 std::uint8_t checksum(std::string_view text);
 

@@ -7,9 +7,9 @@ install_packages packages.txt packages-test.txt
 
 jobs=$(nproc)
 # gcc first: what it builds is what users get.
-for preset in dev asan; do
+for preset in test-gcc test-asan; do
     cmake --preset "$preset" >/dev/null
     cmake --build --preset "$preset" -j "$jobs"
 done
-ctest --preset dev -j "$jobs" --output-on-failure --progress
-ctest --preset asan -j "$jobs" --output-on-failure --progress
+ctest --preset test-gcc -j "$jobs" --output-on-failure --progress
+ctest --preset test-asan -j "$jobs" --output-on-failure --progress

@@ -13,8 +13,10 @@
 namespace marlune {
 namespace {
 
+using Field = decltype(&GpsCapability::linkProtocol);  // or any other of them
+
 struct Role {
-    std::string GpsCapability::*field;
+    Field field;
     std::string_view tags;  // those that fill it, separated by a blank
 
     [[nodiscard]] bool isFilledBy(std::string_view tag) const {

@@ -5,7 +5,6 @@
 namespace marlune {
 namespace {
 
-constexpr std::size_t kInterruptBlock = 64;
 constexpr std::size_t kBulkBlock = 4096;
 constexpr int kGatherTimeout = 500;
 // Reads in a row that bring no packet nearer: more of them is a fault, not an answer.

@@ -5,6 +5,7 @@
 // the procedure that holds it cannot touch somebody else's connection.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -13,6 +14,9 @@
 #include "usb/UsbDevice.h"
 
 namespace marlune {
+
+// An interrupt block as it is asked for.
+inline constexpr std::size_t kInterruptBlock = 64;
 
 class UsbPort {
 public:

@@ -5,7 +5,6 @@
 namespace marlune {
 namespace {
 
-constexpr std::size_t kInterruptBlock = 64;
 constexpr int kSessionTimeout = 200;
 // More than one late answer is no receiver's habit; without a bound a unit that repeats it for ever
 // would hold the control.

@@ -19,8 +19,8 @@ constexpr const char* kNoFix = "$GPGGA,120002,,,,,0*00\r\n";
 class NmeaListenerTest : public testing::Test, protected SentenceStage {
 protected:
     bool start(const std::string& code, std::int16_t seconds) {
-        return startNmea(
-            services, *port, nmea, [this] { port->close(); }, code, seconds);
+        const auto closePort = [this] { port->close(); };
+        return startNmea(services, *port, nmea, closePort, code, seconds);
     }
     static std::string phrase(const std::string& text) { return "PhraseNMEA|" + text; }
 };
@@ -67,8 +67,8 @@ TEST_F(NmeaListenerTest, TheLastMatchingSentenceDecidesTheEnd) {
         for (int i = 0; i < 20; ++i) {
             stage.speak(".", 0.05);
         }
-        startNmea(
-            stage.services, *stage.port, stage.nmea, [] {}, "$GPGGA", 5);
+        const auto closeNothing = [] {};
+        startNmea(stage.services, *stage.port, stage.nmea, closeNothing, "$GPGGA", 5);
         const Log log = stage.takeLog();
         EXPECT_EQ(log[log.size() - 3], box) << arrives;
         EXPECT_EQ(log.back(), kEnd);

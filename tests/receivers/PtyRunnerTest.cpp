@@ -52,7 +52,7 @@ TEST(PtyLine, WhatAFormerHostLeftUnreadIsGone) {
 TEST(PtyLine, DoesNotMistakeTheSpeedOfAHostThatHasComeBackAtAnother) {
     PtyLine line(9600, "");
     std::vector<std::uint8_t> heard;
-    { HostEnd(line.path()).write("x"); }
+    HostEnd(line.path()).write("x");
     line.noteOpenings();  // noticed before its bytes were read
     const HostEnd host(line.path(), B38400);
     EXPECT_EQ(line.read(heard), 1U);

@@ -7,7 +7,7 @@
 namespace marlune::cli {
 namespace {
 
-using Json = nlohmann::json;
+using Json = nlohmann::ordered_json;
 
 class BadLine : public std::runtime_error {
 public:

@@ -18,8 +18,8 @@ constexpr std::size_t kEphAt = 8;
 constexpr std::size_t kEpvAt = 12;
 constexpr std::size_t kFixAt = 16;
 constexpr std::size_t kTimeOfWeekAt = 18;
-constexpr std::size_t kLatitudeAt = 26;
-constexpr std::size_t kLongitudeAt = 34;
+constexpr std::size_t kRadiansNorthAt = 26;
+constexpr std::size_t kRadiansEastAt = 34;
 constexpr std::size_t kEastAt = 42;
 constexpr std::size_t kNorthAt = 46;
 constexpr std::size_t kUpAt = 50;
@@ -78,8 +78,8 @@ bool PvtData::GetAttributes(std::span<const std::uint8_t> data, int first, Debug
 
 void PvtData::decode(std::span<const std::uint8_t> data) {
     altitude = toSingle(double{singleAt(data, kEllipsoidAltitudeAt) + singleAt(data, kSeaLevelAt)});
-    latitude = finite(doubleAt(data, kLatitudeAt) * kDegreesPerRadian);
-    longitude = finite(doubleAt(data, kLongitudeAt) * kDegreesPerRadian);
+    latitude = finite(doubleAt(data, kRadiansNorthAt) * kDegreesPerRadian);
+    longitude = finite(doubleAt(data, kRadiansEastAt) * kDegreesPerRadian);
     east = singleAt(data, kEastAt);
     north = singleAt(data, kNorthAt);
     up = singleAt(data, kUpAt);

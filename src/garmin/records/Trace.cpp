@@ -14,7 +14,7 @@
 namespace marlune {
 namespace {
 
-constexpr float kUnknown = 1.0e25F;
+constexpr float kNoAltitude = 1.0e25F;
 
 // Latitude, longitude and time lie at 0, 4 and 8 in every type, the altitude at 12.
 constexpr std::size_t kLatitudeAt = 0;
@@ -62,7 +62,7 @@ bool Trace::GetAttributes(std::string_view format, std::span<const std::uint8_t>
     if (layout.hasAltitude) {
         const auto metres =
             static_cast<float>(Nombre::BytestoSingle(bytesAt(data, kAltitudeAt, 4)));
-        altitude = metres == kUnknown ? 0.0F : metres;
+        altitude = metres == kNoAltitude ? 0.0F : metres;
     }
     if (layout.firstAt != 0) {
         pFirst = byteAt(data, layout.firstAt) != 0;

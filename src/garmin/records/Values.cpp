@@ -13,7 +13,7 @@ namespace marlune {
 namespace {
 
 // What stands for "unknown" in a length or a temperature, and in a time.
-constexpr float kUnknown = 1.0e25F;
+constexpr float kUnknownSingle = 1.0e25F;
 constexpr std::uint32_t kNoTime = 0xFFFFFFFF;
 
 // Where the waypoint types keep what their text line has no field for; 0 where they have none.
@@ -55,7 +55,7 @@ constexpr PointFields kPointFields[] = {
 };
 
 std::optional<float> known(float value) {
-    return value == kUnknown || !std::isfinite(value) ? std::nullopt : std::optional(value);
+    return value == kUnknownSingle || !std::isfinite(value) ? std::nullopt : std::optional(value);
 }
 
 // Where 0 stands for none, too.
@@ -64,7 +64,7 @@ std::optional<float> positive(std::optional<float> value) {
 }
 
 // A field of four bytes; nothing where the type lacks it (offset 0) or the record ends before it.
-std::optional<float> singleAt(Bytes data, std::size_t offset) {
+std::optional<float> knownSingleAt(Bytes data, std::size_t offset) {
     if (offset == 0 || data.size() < offset + 4) {
         return std::nullopt;
     }
@@ -85,9 +85,9 @@ std::optional<double> garminTimeAt(Bytes data, std::size_t offset) {
 void addMoreFields(WaypointRecord& record, int type, Bytes data) {
     for (const MoreFields& fields : kMoreFields) {
         if (fields.type == type) {
-            record.depth = singleAt(data, fields.depth);
-            record.proximity = positive(singleAt(data, fields.proximity));
-            record.temperature = singleAt(data, fields.temperature);
+            record.depth = knownSingleAt(data, fields.depth);
+            record.proximity = positive(knownSingleAt(data, fields.proximity));
+            record.temperature = knownSingleAt(data, fields.temperature);
             record.time = garminTimeAt(data, fields.time);
         }
     }
@@ -125,7 +125,7 @@ WaypointRecord recordOf(const Waypoint& waypoint, std::string_view format,
     if (!type.altitude.exists()) {
         record.altitude.reset();
     } else if (type.altitude.size() == 4) {
-        record.altitude = singleAt(data, type.altitude.at());
+        record.altitude = knownSingleAt(data, type.altitude.at());
     } else {
         record.altitude = Nombre::BytestoInt(bytesAt(data, type.altitude.at(), 2));
     }
@@ -156,9 +156,9 @@ TrackPointRecord recordOf(const Trace& point, std::string_view format,
     record.altitude.reset();
     for (const PointFields& fields : kPointFields) {
         if (fields.format == format) {
-            record.altitude = singleAt(data, kAltitudeAt);
-            record.depth = singleAt(data, fields.depth);
-            record.temperature = singleAt(data, fields.temperature);
+            record.altitude = knownSingleAt(data, kAltitudeAt);
+            record.depth = knownSingleAt(data, fields.depth);
+            record.temperature = knownSingleAt(data, fields.temperature);
         }
     }
     return record;
