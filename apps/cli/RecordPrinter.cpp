@@ -81,12 +81,11 @@ void RecordPrinter::raise(const surface::Event& event,
                 message(std::string(text));
             }
             break;
-        case surface::Tells::record:
-            if (event.name == "PhraseNMEA") {
-                sentence(first<std::string_view>(values));
-            } else {
-                record(first<std::string_view>(values));
-            }
+        case surface::Tells::sentence:
+            sentence(first<std::string_view>(values));
+            break;
+        default:
+            record(first<std::string_view>(values));
             break;
     }
     onEvent_();

@@ -11,28 +11,33 @@ namespace surface {
 
 // The ids of members and events never change; what is new is added at the end.
 inline constexpr std::array kMembers = {
-    method<&GpsControl::GetTime>(1, "GetTime", {}, Type::number),
+    transfer<&GpsControl::GetTime>(1, "GetTime", {}, Type::number, TransferKind::time),
     propertyPut<&GpsControl::SetDebug>(2, "SetDebug", text("value")),
     propertyPut<&GpsControl::SetGpsMark>(3, "SetGpsMark", text("value")),
-    method<&GpsControl::StartPvtData>(4, "StartPvtData", {}, Type::boolean),
-    method<&GpsControl::gpsConnect>(5, "gpsConnect", {}, Type::boolean),
-    method<&GpsControl::gpsDisconnect>(6, "gpsDisconnect", {}, Type::variant, Effect::disconnects),
-    method<&GpsControl::getTracks>(7, "getTracks", {}, Type::boolean),
-    method<&GpsControl::getWaypts>(8, "getWaypts", {}, Type::boolean),
-    method<&GpsControl::GetRoutes>(9, "GetRoutes", {}, Type::boolean),
+    transfer<&GpsControl::StartPvtData>(4, "StartPvtData", {}, Type::boolean,
+                                        TransferKind::realTime),
+    method<&GpsControl::gpsConnect>(5, "gpsConnect", {}, Type::boolean, Role::connects),
+    method<&GpsControl::gpsDisconnect>(6, "gpsDisconnect", {}, Type::variant, Role::disconnects),
+    transfer<&GpsControl::getTracks>(7, "getTracks", {}, Type::boolean, TransferKind::tracks),
+    transfer<&GpsControl::getWaypts>(8, "getWaypts", {}, Type::boolean, TransferKind::waypoints),
+    transfer<&GpsControl::GetRoutes>(9, "GetRoutes", {}, Type::boolean, TransferKind::routes),
     propertyGet<&GpsControl::getIdent>(10, "getIdent", Type::text),
-    method<&GpsControl::getProximites>(11, "getProximites", {}, Type::boolean),
-    method<&GpsControl::getPosition>(12, "getPosition", {}, Type::text),
+    transfer<&GpsControl::getProximites>(11, "getProximites", {}, Type::boolean,
+                                         TransferKind::proximities),
+    transfer<&GpsControl::getPosition>(12, "getPosition", {}, Type::text, TransferKind::position),
     propertyPut<&GpsControl::setNumPort>(13, "setNumPort", port("value")),
-    method<&GpsControl::StopPvtData>(14, "StopPvtData", {}, Type::variant, Effect::stops),
-    method<&GpsControl::StopTransfert>(15, "StopTransfert", {}, Type::variant, Effect::stops),
-    method<&GpsControl::SendWaypts>(16, "SendWaypts", {textReference("Fic")}, Type::variant),
+    method<&GpsControl::StopPvtData>(14, "StopPvtData", {}, Type::variant, Role::stops),
+    method<&GpsControl::StopTransfert>(15, "StopTransfert", {}, Type::variant, Role::stops),
+    transfer<&GpsControl::SendWaypts>(16, "SendWaypts", {textReference("Fic")}, Type::variant,
+                                      TransferKind::waypoints),
     propertyGet<&GpsControl::getProtocoles>(17, "getProtocoles", Type::text),
-    method<&GpsControl::SendRoutes>(18, "SendRoutes", {textReference("Fic")}, Type::variant),
-    method<&GpsControl::SendTraces>(19, "SendTraces", {textReference("Fic")}, Type::boolean),
-    method<&GpsControl::StartNMEA>(20, "StartNMEA", {text("NMEACode"), integer("Delai")},
-                                   Type::boolean),
-    method<&GpsControl::StopNMEA>(21, "StopNMEA", {}, Type::variant, Effect::stops),
+    transfer<&GpsControl::SendRoutes>(18, "SendRoutes", {textReference("Fic")}, Type::variant,
+                                      TransferKind::routes),
+    transfer<&GpsControl::SendTraces>(19, "SendTraces", {textReference("Fic")}, Type::boolean,
+                                      TransferKind::tracks),
+    transfer<&GpsControl::StartNMEA>(20, "StartNMEA", {text("NMEACode"), integer("Delai")},
+                                     Type::boolean, TransferKind::sentences),
+    method<&GpsControl::StopNMEA>(21, "StopNMEA", {}, Type::variant, Role::stops),
     method<&GpsControl::ResetComBuffers>(22, "ResetComBuffers", {}, Type::boolean)};
 static_assert(isNumberedFromOne(kMembers));
 
@@ -45,23 +50,24 @@ inline constexpr std::array kEvents = {
     event<&GpsControlEvents::EndUpload>(4, "EndUpload", {text("DataType")}, Tells::end),
     event<&GpsControlEvents::GpsInfo>(5, "GpsInfo", {text("txtInfo")}, Tells::status),
     event<&GpsControlEvents::TrackData>(
-        6, "TrackData", {integer("numitem"), text("trackItem"), text("sens")}, Tells::record),
+        6, "TrackData", {integer("numitem"), text("trackItem"), text("sens")}, Tells::trackPoint),
     event<&GpsControlEvents::TrackHeader>(
-        7, "TrackHeader", {integer("numitem"), text("TrkHeader"), text("sens")}, Tells::record),
+        7, "TrackHeader", {integer("numitem"), text("TrkHeader"), text("sens")}, Tells::track),
     event<&GpsControlEvents::WayptData>(
-        8, "WayptData", {integer("numitem"), text("WayptItem"), text("sens")}, Tells::record),
+        8, "WayptData", {integer("numitem"), text("WayptItem"), text("sens")}, Tells::waypoint),
     event<&GpsControlEvents::RouteHeader>(
-        9, "RouteHeader", {integer("numitem"), text("HeaderItem"), text("sens")}, Tells::record),
+        9, "RouteHeader", {integer("numitem"), text("HeaderItem"), text("sens")}, Tells::route),
     event<&GpsControlEvents::RouteData>(
-        10, "RouteData", {integer("numitem"), text("RouteItem"), text("sens")}, Tells::record),
-    event<&GpsControlEvents::RouteLink>(
-        11, "RouteLink", {integer("numitem"), text("RouteLinkItem"), text("sens")}, Tells::record),
+        10, "RouteData", {integer("numitem"), text("RouteItem"), text("sens")}, Tells::routePoint),
+    event<&GpsControlEvents::RouteLink>(11, "RouteLink",
+                                        {integer("numitem"), text("RouteLinkItem"), text("sens")},
+                                        Tells::routeLink),
     event<&GpsControlEvents::ProxData>(
-        12, "ProxData", {integer("numitem"), text("ProxItem"), text("sens")}, Tells::record),
-    event<&GpsControlEvents::Startpvt>(13, "Startpvt", {text("Entete")}, Tells::record),
-    event<&GpsControlEvents::PvtData>(14, "PvtData", {text("PvtItem")}, Tells::record),
+        12, "ProxData", {integer("numitem"), text("ProxItem"), text("sens")}, Tells::proximity),
+    event<&GpsControlEvents::Startpvt>(13, "Startpvt", {text("Entete")}, Tells::runHeader),
+    event<&GpsControlEvents::PvtData>(14, "PvtData", {text("PvtItem")}, Tells::fix),
     event<&GpsControlEvents::EndPvt>(15, "EndPvt", {}, Tells::end),
-    event<&GpsControlEvents::PhraseNMEA>(16, "PhraseNMEA", {text("Chaine")}, Tells::record)};
+    event<&GpsControlEvents::PhraseNMEA>(16, "PhraseNMEA", {text("Chaine")}, Tells::sentence)};
 static_assert(isNumberedFromOne(kEvents));
 
 // The row of an event by its name, and with values of these types. Without such a row the caller

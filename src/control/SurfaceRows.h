@@ -15,6 +15,7 @@
 
 #include "marlune/GpsControl.h"
 #include "marlune/GpsControlEvents.h"
+#include "marlune/Report.h"
 
 namespace marlune::surface {
 
@@ -61,8 +62,14 @@ using EventValue = std::variant<std::int16_t, std::string_view>;
 
 enum class Kind { method, propertyGet, propertyPut };
 
-// What a call does to a member that runs meanwhile.
-enum class Effect { none, stops, disconnects };
+// What a member is to the one that runs when it is called, and to the reports.
+enum class Role {
+    none,
+    connects,     // leaves GpsControl::lastConnection()
+    disconnects,  // ends the member that runs, and the connection
+    stops,        // ends the member that runs
+    transfers     // leaves GpsControl::lastTransfer()
+};
 
 struct Member {
     int id;  // by which automation calls it
@@ -71,17 +78,27 @@ struct Member {
     Parameters parameters;
     Type result;  // as automation declares it
     Type gives;   // the type of the value: boolean, number, text or none
-    Effect effect;
+    Role role;
+    TransferKind transfer;  // of a member that transfers
     // The arguments must be as the parameters say.
     Result (*call)(GpsControl&, std::span<const Argument>);
 };
 
-// What a host can do with an event that it knows nothing else about.
+// What an event is about. Behind the status, the first text is a line of what is transferred.
 enum class Tells {
     begin,   // a transfer begins: a number of records and, last, a header line
     end,     // a transfer or a run has ended
     status,  // a text for the user
-    record   // the first text is a line of what is transferred
+    waypoint,
+    proximity,
+    track,
+    trackPoint,
+    route,
+    routePoint,
+    routeLink,
+    runHeader,
+    fix,
+    sentence
 };
 
 struct Event {
@@ -189,11 +206,12 @@ struct MemberOf;
 template <class R, class... P, R (GpsControl::*method)(P...)>
 struct MemberOf<method> {
     static constexpr Member row(int id, Kind kind, std::string_view name,
-                                const Parameters& parameters, Type result, Effect effect) {
+                                const Parameters& parameters, Type result, Role role,
+                                TransferKind transfer) {
         if (!declares<P...>(parameters) || !carries(result, kind, typeOf<R>())) {
             throw "the row does not fit the member's declaration";
         }
-        return {id, kind, name, parameters, result, typeOf<R>(), effect, &call};
+        return {id, kind, name, parameters, result, typeOf<R>(), role, transfer, &call};
     }
     static Result call(GpsControl& control, std::span<const Argument> arguments) {
         return callWith(control, arguments, std::index_sequence_for<P...>());
@@ -238,19 +256,28 @@ struct EventOf<method> {
 
 template <auto member>
 consteval Member method(int id, std::string_view name, const Parameters& parameters, Type result,
-                        Effect effect = Effect::none) {
-    return detail::MemberOf<member>::row(id, Kind::method, name, parameters, result, effect);
+                        Role role = Role::none) {
+    return detail::MemberOf<member>::row(id, Kind::method, name, parameters, result, role,
+                                         TransferKind::none);
+}
+
+template <auto member>
+consteval Member transfer(int id, std::string_view name, const Parameters& parameters, Type result,
+                          TransferKind kind) {
+    return detail::MemberOf<member>::row(id, Kind::method, name, parameters, result,
+                                         Role::transfers, kind);
 }
 
 template <auto member>
 consteval Member propertyGet(int id, std::string_view name, Type result) {
-    return detail::MemberOf<member>::row(id, Kind::propertyGet, name, {}, result, Effect::none);
+    return detail::MemberOf<member>::row(id, Kind::propertyGet, name, {}, result, Role::none,
+                                         TransferKind::none);
 }
 
 template <auto member>
 consteval Member propertyPut(int id, std::string_view name, const Parameter& value) {
     return detail::MemberOf<member>::row(id, Kind::propertyPut, name, {value}, Type::none,
-                                         Effect::none);
+                                         Role::none, TransferKind::none);
 }
 
 template <auto raised>

@@ -120,8 +120,8 @@ TEST_F(SurfaceTest, IsThatOfTheTypeLibrary) {
 // Declarations of a class as "StartNMEA(NMEACode, Delai)". Constant members are no part of the
 // surface: they give values of this language only.
 Lines declaredIn(const std::string& header, const std::string& className) {
-    const std::string body =
-        between(plainSource(header), "class MARLUNE_EXPORT " + className + " {", "}; } // namespace");
+    const std::string body = between(
+        plainSource(header), "class MARLUNE_EXPORT " + className + " {", "}; } // namespace");
     Lines lines;
     for (const Lines& statement :
          matches(between(body, "~" + className, " private:"), R"([^;{}]+)")) {

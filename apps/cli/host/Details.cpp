@@ -1,6 +1,5 @@
 #include "cli/host/Details.h"
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cmath>
@@ -134,29 +133,30 @@ const RoutePointRecord* lastRoutePoint(const Records& records) {
                : &records.routes.back().points.back();
 }
 
-struct EventRow {
-    std::string_view event;
-    Json (*record)(const Records&);
-};
-
-constexpr EventRow kEvents[] = {
-    {"WayptData", [](const Records& records) { return lastOf(records.waypoints); }},
-    {"ProxData", [](const Records& records) { return lastOf(records.proximities); }},
-    {"TrackHeader", [](const Records& records) { return lastOf(records.tracks); }},
-    {"TrackData", lastPoint},
-    {"RouteHeader", [](const Records& records) { return lastOf(records.routes); }},
-    {"RouteData",
-     [](const Records& records) {
-         const auto* point = lastRoutePoint(records);
-         return point == nullptr ? Json() : jsonOf(point->point);
-     }},
-    {"RouteLink",
-     [](const Records& records) {
-         const auto* point = lastRoutePoint(records);
-         return point == nullptr || !point->link ? Json() : jsonOf(*point->link);
-     }},
-    {"PvtData", [](const Records& records) { return records.fix ? jsonOf(*records.fix) : Json(); }},
-};
+// What the event is about; null when that is none of the records.
+Json recordOf(surface::Tells about, const Records& records) {
+    const RoutePointRecord* const routePoint = lastRoutePoint(records);
+    switch (about) {
+        case surface::Tells::waypoint:
+            return lastOf(records.waypoints);
+        case surface::Tells::proximity:
+            return lastOf(records.proximities);
+        case surface::Tells::track:
+            return lastOf(records.tracks);
+        case surface::Tells::trackPoint:
+            return lastPoint(records);
+        case surface::Tells::route:
+            return lastOf(records.routes);
+        case surface::Tells::routePoint:
+            return routePoint == nullptr ? Json() : jsonOf(routePoint->point);
+        case surface::Tells::routeLink:
+            return routePoint == nullptr || !routePoint->link ? Json() : jsonOf(*routePoint->link);
+        case surface::Tells::fix:
+            return records.fix ? jsonOf(*records.fix) : Json();
+        default:
+            return {};
+    }
+}
 
 // The names of the enumerations, in their order.
 constexpr std::array kKinds = {"none", "waypoints", "tracks",   "routes",   "proximities",
@@ -208,29 +208,18 @@ Json jsonOf(const ConnectionReport& report) {
             {"capabilities", nameOf(kSources, report.capabilities)}};
 }
 
-constexpr std::string_view kTransfers[] = {
-    "getWaypts",  "getTracks", "GetRoutes",    "getProximites", "SendWaypts", "SendRoutes",
-    "SendTraces", "GetTime",   "StartPvtData", "getPosition",   "StartNMEA"};
-
 }  // namespace
 
 void addRecord(Json& object, const surface::Event& event, const Records& records) {
-    const auto* const row =
-        std::find_if(std::begin(kEvents), std::end(kEvents),
-                     [&](const EventRow& each) { return each.event == event.name; });
-    if (row == std::end(kEvents)) {
-        return;
-    }
-    if (Json record = row->record(records); !record.is_null()) {
+    if (Json record = recordOf(event.tells, records); !record.is_null()) {
         object["record"] = std::move(record);
     }
 }
 
 void addReport(Json& object, const surface::Member& member, const GpsControl& control) {
-    if (member.name == "gpsConnect") {
+    if (member.role == surface::Role::connects) {
         object["connection"] = jsonOf(control.lastConnection());
-    } else if (std::find(std::begin(kTransfers), std::end(kTransfers), member.name) !=
-               std::end(kTransfers)) {
+    } else if (member.role == surface::Role::transfers) {
         object["transfer"] = jsonOf(control.lastTransfer());
     }
     if (const auto& fix = control.records().fix;

@@ -16,21 +16,33 @@ namespace {
 // With so many commands in hand the rest stays in the pipe, and holds up whoever writes it.
 constexpr std::size_t kMostWaiting = 1000;
 
-// Whether it calls a member that does this to the one that runs.
-bool has(const Command& command, surface::Effect effect) {
+bool calls(const Command& command, surface::Role role) {
     const Call* call = std::get_if<Call>(&command);
-    return call != nullptr && call->member->effect == effect;
+    return call != nullptr && call->member->role == role;
+}
+
+// Whether it calls a member that ends nothing, and waits until nothing runs.
+bool waitsItsTurn(const Command& command) {
+    return std::holds_alternative<Call>(command) && !calls(command, surface::Role::stops) &&
+           !calls(command, surface::Role::disconnects);
 }
 
 // What the members of an upload send.
-std::optional<GpxKind> sentKind(std::string_view member) {
-    if (member == "SendWaypts") {
-        return GpxKind::waypoints;
+std::optional<GpxKind> sentKind(const surface::Member& member) {
+    if (member.parameters.size() == 0 ||
+        member.parameters[0].type != surface::Type::textReference) {
+        return std::nullopt;
     }
-    if (member == "SendRoutes") {
-        return GpxKind::routes;
+    switch (member.transfer) {
+        case TransferKind::waypoints:
+            return GpxKind::waypoints;
+        case TransferKind::routes:
+            return GpxKind::routes;
+        case TransferKind::tracks:
+            return GpxKind::tracks;
+        default:
+            return std::nullopt;
     }
-    return member == "SendTraces" ? std::optional(GpxKind::tracks) : std::nullopt;
 }
 
 }  // namespace
@@ -111,14 +123,14 @@ void JsonHostSession::queueArrived() {
 
 void JsonHostSession::takeWhileRunning() {
     // What was there before the member was called, up to the first call that waits its turn.
-    while (!waiting_.empty() && !has(waiting_.front(), surface::Effect::none) &&
-           !has(waiting_.front(), surface::Effect::disconnects)) {
+    while (!waiting_.empty() && !waitsItsTurn(waiting_.front()) &&
+           !calls(waiting_.front(), surface::Role::disconnects)) {
         Command next = std::move(waiting_.front());
         waiting_.pop_front();
         takeAside(std::move(next));
     }
     while (auto command = nextArrived()) {
-        if (has(*command, surface::Effect::none)) {
+        if (waitsItsTurn(*command)) {
             waiting_.push_back(std::move(*command));
         } else {
             takeAside(std::move(*command));
@@ -179,13 +191,14 @@ void JsonHostSession::call(const Call& call) {
 }
 
 surface::Result JsonHostSession::perform(const Call& call) {
-    const std::string_view member = call.member->name;
+    const surface::Member& member = *call.member;
     if (running_ == 1) {  // what runs inside another waits as that one does
-        host_.setPatience(options_.patience(member == "StartNMEA"));
+        host_.setPatience(options_.patience(member.transfer == TransferKind::sentences));
     }
-    const bool connectingBefore = std::exchange(connecting_, member == "gpsConnect");
+    const bool connectingBefore =
+        std::exchange(connecting_, member.role == surface::Role::connects);
     surface::Result result =
-        sentKind(member) ? upload(call) : call.member->call(control_, call.arguments);
+        sentKind(member) ? upload(call) : member.call(control_, call.arguments);
     if (connecting_) {
         callUrgent();  // the disconnection that ended it
     }
@@ -202,7 +215,7 @@ surface::Result JsonHostSession::upload(const Call& call) {
         return call.member->call(control_, call.arguments);
     }
     try {
-        const UploadFile file(path, *sentKind(call.member->name), speech_);
+        const UploadFile file(path, *sentKind(*call.member), speech_);
         const surface::Argument argument = file.path();
         return call.member->call(control_, {&argument, 1});
     } catch (const std::runtime_error& error) {
@@ -218,7 +231,7 @@ bool JsonHostSession::disconnectionWaits() {
     }
     takeWhileRunning();
     return std::any_of(urgent_.begin(), urgent_.end(), [](const Call& call) {
-        return call.member->effect == surface::Effect::disconnects;
+        return call.member->role == surface::Role::disconnects;
     });
 }
 
