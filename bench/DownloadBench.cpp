@@ -6,9 +6,6 @@
 //
 // Both sides of each run are processes. The repetitions of control and bare exchange alternate, so
 // that whatever else the machine does meets both; medians are reported.
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -20,6 +17,7 @@
 #include <vector>
 
 #include "Allocations.h"
+#include "BareSide.h"
 #include "Exchange.h"
 #include "PtyDevice.h"
 #include "marlune/GpsControl.h"
@@ -95,41 +93,6 @@ private:
     bool waypoints_;
     std::uint32_t records_;
     std::uint32_t runs_ = 0;
-};
-
-// The host side of the bare exchange.
-class BareSide {
-public:
-    BareSide(const std::string& type, std::uint32_t records)
-        : device_({nullptr, [=] { return Exchange::download(type, records); }}),
-          exchange_(Exchange::download(type, records)),
-          line_(::open(device_.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-        if (line_ < 0) {
-            throw std::runtime_error("no line");
-        }
-    }
-    BareSide(const BareSide&) = delete;
-    BareSide& operator=(const BareSide&) = delete;
-    ~BareSide() { ::close(line_); }
-
-    void run() {
-        std::vector<std::uint8_t> buffer(1024);
-        for (std::size_t i = 0; i < exchange_.size(); ++i) {
-            const Exchange::Turn turn = exchange_.turn(i);
-            if (!writeAll(line_, std::span(buffer).first(turn.heard)) ||
-                !readAll(line_, std::span(buffer).first(turn.said.size()))) {
-                throw std::runtime_error("the line ended");
-            }
-        }
-    }
-    void settle() { device_.awaitDownloads(++runs_); }
-    [[nodiscard]] const PtyDevice& device() const { return device_; }
-
-private:
-    PtyDevice device_;
-    std::uint32_t runs_ = 0;
-    Exchange exchange_;
-    int line_;
 };
 
 double ownProcessorSeconds() {
