@@ -169,10 +169,11 @@ void compare(const std::string& type, std::uint32_t records, int repetitions) {
     std::printf("  %-8s %9s %9s %9s %9s\n", "", "median", "best", "host cpu", "dev. cpu");
     report("control", controlCosts, records);
     report("bare", bareCosts, records);
-    std::printf("  control / bare: time %.3f, processor time of both ends %.3f\n",
-                medianRatio(controlCosts, bareCosts, [](const Cost& cost) { return cost.seconds; }),
-                medianRatio(controlCosts, bareCosts,
-                            [](const Cost& cost) { return cost.host + cost.device; }));
+    const auto ratio = [&](Part part) { return medianRatio(controlCosts, bareCosts, part); };
+    std::printf("  control / bare: time %.3f, processor time of the host %.3f, of both ends %.3f\n",
+                ratio([](const Cost& cost) { return cost.seconds; }),
+                ratio([](const Cost& cost) { return cost.host; }),
+                ratio([](const Cost& cost) { return cost.host + cost.device; }));
     std::printf("  allocations per record %.2f, peak memory of the process %.1f MB\n\n",
                 control.allocationsPerRecord(), peakMegabytes);
     std::fflush(stdout);
@@ -207,8 +208,8 @@ void run(const std::vector<std::string>& arguments) {
 
 // Each case in a process of its own: the peak memory is then its own, too.
 int runUsualSet(const std::string& program) {
-    for (const char* const each :
-         {"D108 1000", "D108 10000", "D301 1000", "D301 10000", "D301 32767", "paced"}) {
+    for (const char* const each : {"D108 1000", "D108 10000", "D108 32767", "D301 1000",
+                                   "D301 10000", "D301 32767", "paced"}) {
         if (std::system((program + " " + each).c_str()) != 0) {
             return 1;
         }
