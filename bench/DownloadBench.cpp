@@ -6,9 +6,6 @@
 //
 // Both sides of each run are processes. The repetitions of control and bare exchange alternate, so
 // that whatever else the machine does meets both; medians are reported.
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -20,6 +17,7 @@
 #include <vector>
 
 #include "Allocations.h"
+#include "BareSide.h"
 #include "Exchange.h"
 #include "PtyDevice.h"
 #include "marlune/GpsControl.h"
@@ -97,41 +95,6 @@ private:
     std::uint32_t runs_ = 0;
 };
 
-// The host side of the bare exchange.
-class BareSide {
-public:
-    BareSide(const std::string& type, std::uint32_t records)
-        : device_({nullptr, [=] { return Exchange::download(type, records); }}),
-          exchange_(Exchange::download(type, records)),
-          line_(::open(device_.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-        if (line_ < 0) {
-            throw std::runtime_error("no line");
-        }
-    }
-    BareSide(const BareSide&) = delete;
-    BareSide& operator=(const BareSide&) = delete;
-    ~BareSide() { ::close(line_); }
-
-    void run() {
-        std::vector<std::uint8_t> buffer(1024);
-        for (std::size_t i = 0; i < exchange_.size(); ++i) {
-            const Exchange::Turn turn = exchange_.turn(i);
-            if (!writeAll(line_, std::span(buffer).first(turn.heard)) ||
-                !readAll(line_, std::span(buffer).first(turn.said.size()))) {
-                throw std::runtime_error("the line ended");
-            }
-        }
-    }
-    void settle() { device_.awaitDownloads(++runs_); }
-    [[nodiscard]] const PtyDevice& device() const { return device_; }
-
-private:
-    PtyDevice device_;
-    std::uint32_t runs_ = 0;
-    Exchange exchange_;
-    int line_;
-};
-
 double ownProcessorSeconds() {
     timespec used{};
     ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
@@ -206,10 +169,11 @@ void compare(const std::string& type, std::uint32_t records, int repetitions) {
     std::printf("  %-8s %9s %9s %9s %9s\n", "", "median", "best", "host cpu", "dev. cpu");
     report("control", controlCosts, records);
     report("bare", bareCosts, records);
-    std::printf("  control / bare: time %.3f, processor time of both ends %.3f\n",
-                medianRatio(controlCosts, bareCosts, [](const Cost& cost) { return cost.seconds; }),
-                medianRatio(controlCosts, bareCosts,
-                            [](const Cost& cost) { return cost.host + cost.device; }));
+    const auto ratio = [&](Part part) { return medianRatio(controlCosts, bareCosts, part); };
+    std::printf("  control / bare: time %.3f, processor time of the host %.3f, of both ends %.3f\n",
+                ratio([](const Cost& cost) { return cost.seconds; }),
+                ratio([](const Cost& cost) { return cost.host; }),
+                ratio([](const Cost& cost) { return cost.host + cost.device; }));
     std::printf("  allocations per record %.2f, peak memory of the process %.1f MB\n\n",
                 control.allocationsPerRecord(), peakMegabytes);
     std::fflush(stdout);
@@ -244,8 +208,8 @@ void run(const std::vector<std::string>& arguments) {
 
 // Each case in a process of its own: the peak memory is then its own, too.
 int runUsualSet(const std::string& program) {
-    for (const char* const each :
-         {"D108 1000", "D108 10000", "D301 1000", "D301 10000", "D301 32767", "paced"}) {
+    for (const char* const each : {"D108 1000", "D108 10000", "D108 32767", "D301 1000",
+                                   "D301 10000", "D301 32767", "paced"}) {
         if (std::system((program + " " + each).c_str()) != 0) {
             return 1;
         }

@@ -31,7 +31,7 @@ void parse(benchmark::State& state) {
     while (state.KeepRunning()) {
         GpsPacket packet;
         benchmark::DoNotOptimize(packet.Parse(frame));
-        benchmark::DoNotOptimize(packet.takeData());
+        benchmark::DoNotOptimize(packet.data());
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(data.size()));
 }

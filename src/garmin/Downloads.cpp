@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "base/RunTimeError.h"
 #include "garmin/Messages.h"
@@ -184,8 +185,9 @@ std::string GarminDownloads::keepWaypoint(std::vector<WaypointRecord>& kept, Byt
     const std::string& type = capabilities().waypointType;
     Waypoint waypoint;
     waypoint.GetAttributes(type, data);
-    kept.push_back(recordOf(waypoint, type, data));
-    return waypoint.getIdent(separator());
+    std::string line = waypoint.getIdent(separator());
+    kept.push_back(recordOf(std::move(waypoint), type, data));
+    return line;
 }
 
 bool GarminDownloads::takeWaypoint(std::int16_t numitem, Bytes data) {
@@ -229,8 +231,9 @@ bool GarminDownloads::takeRoutePoint(std::int16_t numitem, Bytes data) {
     const std::string& type = capabilities().routePointType();
     Waypoint point;
     point.GetAttributes(type, data);
-    addPoint(services_.records, recordOf(point, type, data));
-    services_.events.RouteData(numitem, point.getIdent(separator()), kDown);
+    const std::string line = point.getIdent(separator());
+    addPoint(services_.records, recordOf(std::move(point), type, data));
+    services_.events.RouteData(numitem, line, kDown);
     return true;
 }
 

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "base/CodePage.h"
 #include "garmin/Messages.h"
@@ -53,27 +55,30 @@ bool GarminIdentification::grmGetAttributes() {
 bool GarminIdentification::grmGetAttributesGathered() {
     state_.connected = false;
     link_.request(pid::kProductRequest, {});
-    LinkPacket product;
+    // Copies: the link holds one packet at a time.
+    std::optional<std::vector<std::uint8_t>> product;
+    std::vector<std::uint8_t> array;
     LinkPacket protocols;
     for (LinkPacket packet = link_.receive(); packet.pid != 0; packet = link_.receive()) {
         switch (packet.pid) {
             case pid::kProductData:
-                product = std::move(packet);
+                product.emplace(packet.data.begin(), packet.data.end());
                 break;
             case pid::kExtendedProductData:
                 services_.trace.traceLine(text::kExtendedProduct);
                 break;
             case pid::kProtocolArray:
-                protocols = std::move(packet);
+                array.assign(packet.data.begin(), packet.data.end());
+                protocols = {packet.pid, array};
                 break;
             default:
                 break;
         }
     }
-    if (product.pid != pid::kProductData) {
+    if (!product) {
         return failSilently();
     }
-    takeProductData(product.data);
+    takeProductData(*product);
     return takeCapabilities(protocols);
 }
 

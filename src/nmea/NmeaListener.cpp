@@ -33,7 +33,7 @@ class Listener {
 public:
     Listener(Services& services, PortLease& port, NmeaState& state)
         : services_(services), port_(port), state_(state), code_(toAnsi(state.codeFilter)) {
-        sentence_.reserve(256);
+        begun_.reserve(256);
     }
 
     void run(std::int16_t inactivity);
@@ -45,7 +45,7 @@ public:
 private:
     void takeArrived(std::string_view arrived);
     void append(std::string_view part);
-    void evaluate();
+    void evaluate(std::string_view sentence);
     void restartTimeOut() { end_ = roundedClock(services_.host) + inactivity_; }
     [[nodiscard]] bool goesOn() const {
         return !state_.stopRequested && mayGoOn(port_, services_.host);
@@ -55,7 +55,7 @@ private:
     PortLease& port_;
     NmeaState& state_;
     std::string code_;
-    std::string sentence_;  // from "$" up to the next "$", line ending included
+    std::string begun_;  // what came of the sentence that the line is in
     std::int16_t inactivity_ = 0;
     double end_ = 0;
     int told_ = 0;
@@ -91,38 +91,40 @@ void Listener::run(std::int16_t inactivity) {
     }
 }
 
+// A sentence ends where the next "$" is. One that arrived whole is looked at where it lies.
 void Listener::takeArrived(std::string_view arrived) {
-    for (;;) {
-        const std::size_t dollar = arrived.find('$');
-        append(arrived.substr(0, dollar));
-        if (dollar == std::string_view::npos) {
+    std::size_t end = arrived.find('$');
+    append(arrived.substr(0, end));
+    if (end == std::string_view::npos) {
+        return;
+    }
+    evaluate(begun_);
+    for (arrived.remove_prefix(end); goesOn(); arrived.remove_prefix(end)) {
+        end = arrived.find('$', 1);
+        if (end == std::string_view::npos) {
+            begun_ = arrived;
             return;
         }
-        evaluate();
-        if (!goesOn()) {
-            return;
-        }
-        sentence_ = "$";
-        arrived.remove_prefix(dollar + 1);
+        evaluate(arrived.substr(0, end));
     }
 }
 
 void Listener::append(std::string_view part) {
-    sentence_ += part.substr(0, kLongestSentence - std::min(kLongestSentence, sentence_.size()));
+    begun_ += part.substr(0, kLongestSentence - std::min(kLongestSentence, begun_.size()));
 }
 
-void Listener::evaluate() {
-    if (!contains(sentence_, code_)) {
+void Listener::evaluate(std::string_view sentence) {
+    if (!contains(sentence, code_)) {
         return;
     }
-    state_.found = hasPosition(sentence_);
+    state_.found = hasPosition(sentence);
     if (!state_.found) {
         return;
     }
-    const std::string sentence = fromAnsi(sentence_);
+    const std::string text = fromAnsi(sentence);
     ++told_;
-    services_.events.PhraseNMEA(sentence);
-    services_.trace.traceLine(sentence);
+    services_.events.PhraseNMEA(text);
+    services_.trace.traceLine(text);
     restartTimeOut();
     // Also here: the next read may bring many sentences, and a user who stops expects none of them.
     services_.host.processEvents();

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <span>
-#include <vector>
 
 namespace marlune {
 
@@ -12,7 +11,7 @@ namespace marlune {
 // no packet.
 struct LinkPacket {
     std::uint16_t pid = 0;
-    std::vector<std::uint8_t> data;
+    std::span<const std::uint8_t> data;  // the link's own memory: until the next receive()
     // On a serial line, false for silence alone: a packet of id 0 came, too.
     bool came = false;
     // The checksum was wrong: the protocol takes such a packet as it stands.

@@ -20,23 +20,24 @@ bool sumsUp(std::span<const std::uint8_t> plain, std::uint8_t size) {
 
 }  // namespace
 
-std::vector<std::uint8_t> GpsPacket::Build(std::uint8_t pid, std::span<const std::uint8_t> data) {
+const std::vector<std::uint8_t>& GpsPacket::Build(std::uint8_t pid,
+                                                  std::span<const std::uint8_t> data) {
     pid_ = pid;
     errorNumber_ = 0;
+    frame_.clear();
     if (data.size() > std::numeric_limits<std::uint8_t>::max()) {
         errorNumber_ = RunTimeError::overflow;
-        return {};
+        return frame_;
     }
     size_ = static_cast<std::uint8_t>(data.size());
     data_.assign(data.begin(), data.end());
 
-    std::vector<std::uint8_t> frame;
-    frame.reserve(2 * data.size() + 9);
-    frame.push_back(kDle);
-    const auto append = [&frame](std::uint8_t byte) {
-        frame.push_back(byte);
+    frame_.reserve(2 * data.size() + 9);
+    frame_.push_back(kDle);
+    const auto append = [this](std::uint8_t byte) {
+        frame_.push_back(byte);
         if (byte == kDle) {
-            frame.push_back(kDle);
+            frame_.push_back(kDle);
         }
     };
     std::uint8_t sum = 0;
@@ -48,36 +49,34 @@ std::vector<std::uint8_t> GpsPacket::Build(std::uint8_t pid, std::span<const std
     appendSummed(size_);
     std::for_each(data.begin(), data.end(), appendSummed);
     append(static_cast<std::uint8_t>(-sum));
-    frame.push_back(kDle);
-    frame.push_back(kEtx);
-    return frame;
+    frame_.push_back(kDle);
+    frame_.push_back(kEtx);
+    return frame_;
 }
 
 bool GpsPacket::Parse(std::span<const std::uint8_t> frame) {
     constexpr std::size_t kHeader = 3;
-    std::vector<std::uint8_t> plain;
-    plain.reserve(frame.size());
+    data_.clear();
+    data_.reserve(frame.size());
     // The whole frame is unstuffed, its end pair included.
     for (std::size_t i = 0; i < frame.size(); ++i) {
-        plain.push_back(frame[i]);
+        data_.push_back(frame[i]);
         if (frame[i] == kDle && i + 1 < frame.size() && frame[i + 1] == kDle) {
             ++i;
         }
     }
-    data_.clear();
-    if (plain.size() <= kHeader) {
+    if (data_.size() <= kHeader) {
+        data_.clear();
         pid_ = 0;
         size_ = 0;
         damaged_ = false;
         return false;
     }
-    pid_ = plain[1];
-    size_ = plain[2];
-    damaged_ = !sumsUp(std::span<const std::uint8_t>(plain).subspan(1), size_);
-    const std::size_t present = std::min<std::size_t>(size_, plain.size() - kHeader);
-    plain.erase(plain.begin(), plain.begin() + kHeader);
-    plain.resize(present);
-    data_ = std::move(plain);
+    pid_ = data_[1];
+    size_ = data_[2];
+    damaged_ = !sumsUp(std::span<const std::uint8_t>(data_).subspan(1), size_);
+    data_.erase(data_.begin(), data_.begin() + kHeader);
+    data_.resize(std::min<std::size_t>(size_, data_.size()));
     return true;
 }
 

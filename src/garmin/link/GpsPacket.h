@@ -17,11 +17,12 @@ namespace marlune {
 constexpr std::uint8_t kDle = 16;
 constexpr std::uint8_t kEtx = 3;
 
+// The memory of one packet serves the next, so an exchange that keeps its packet allocates nothing.
 class GpsPacket {
 public:
-    // The frame of a packet. At most 255 bytes of data fit: with more nothing of the frame can be
-    // made, the result is empty and errorNumber() is 6.
-    std::vector<std::uint8_t> Build(std::uint8_t pid, std::span<const std::uint8_t> data);
+    // The frame of a packet, which lasts until the next one is built. At most 255 bytes of data
+    // fit: with more nothing of the frame can be made, the result is empty and errorNumber() is 6.
+    const std::vector<std::uint8_t>& Build(std::uint8_t pid, std::span<const std::uint8_t> data);
 
     // Takes a frame apart, still stuffed as it came. Its end is not looked at, a wrong checksum
     // changes nothing (isDamaged() tells), and data may be shorter than announced. False with
@@ -34,8 +35,8 @@ public:
     [[nodiscard]] std::uint8_t GetPid() const { return pid_; }
     void LetPid(std::uint8_t pid) { pid_ = pid; }
     [[nodiscard]] std::vector<std::uint8_t> GetData() const { return data_; }
-    // Moves the data out, for a packet that is not needed any more.
-    [[nodiscard]] std::vector<std::uint8_t> takeData() { return std::move(data_); }
+    // The same without a copy, until the next Build or Parse.
+    [[nodiscard]] std::span<const std::uint8_t> data() const { return data_; }
 
     // The run-time error of the last Build, 0 for none.
     [[nodiscard]] int errorNumber() const { return errorNumber_; }
@@ -44,6 +45,7 @@ private:
     std::uint8_t pid_ = 0;
     std::uint8_t size_ = 0;
     std::vector<std::uint8_t> data_;
+    std::vector<std::uint8_t> frame_;
     int errorNumber_ = 0;
     bool damaged_ = false;
 };

@@ -92,9 +92,8 @@ std::size_t longestFrame(std::uint8_t size) {
 }  // namespace
 
 bool SerialGarminLink::send(std::uint8_t pid, std::span<const std::uint8_t> data) {
-    GpsPacket packet;
-    const std::vector<std::uint8_t> frame = packet.Build(pid, data);
-    if (packet.errorNumber() != 0) {
+    const std::vector<std::uint8_t>& frame = sent_.Build(pid, data);
+    if (sent_.errorNumber() != 0) {
         const RunTimeError error{RunTimeError::overflow};
         services_.trace.traceLine("Erreur " + std::to_string(error.number()) + " " + error.what());
         return false;
@@ -104,10 +103,9 @@ bool SerialGarminLink::send(std::uint8_t pid, std::span<const std::uint8_t> data
 
 LinkPacket SerialGarminLink::receive() {
     constexpr double kUnusedTimeout = 1.0;
-    const std::vector<std::uint8_t> frame = grmReadPacket(kUnusedTimeout);
-    GpsPacket packet;
-    packet.Parse(frame);
-    return {packet.GetPid(), packet.takeData(), frame.size() > 1, packet.isDamaged()};
+    const std::vector<std::uint8_t>& frame = grmReadPacket(kUnusedTimeout);
+    received_.Parse(frame);
+    return {received_.GetPid(), received_.data(), frame.size() > 1, received_.isDamaged()};
 }
 
 void SerialGarminLink::acknowledge(std::uint8_t pid) {
@@ -121,37 +119,36 @@ std::size_t SerialGarminLink::grmSendPacket(std::span<const std::uint8_t> frame)
     return written;
 }
 
-std::vector<std::uint8_t> SerialGarminLink::grmReadPacket(double /*timeout*/) {
+const std::vector<std::uint8_t>& SerialGarminLink::grmReadPacket(double /*timeout*/) {
     const std::uint8_t first = port_.readByte();
     if (first == 0) {
-        return {0};
+        return frame_ = {0};
     }
     if (first != kDle) {
-        return substituteFrame();
+        return frame_ = substituteFrame();
     }
     const std::uint8_t id = port_.readByte();
     const std::uint8_t size = port_.readByte();
     const std::size_t longest = longestFrame(size);
-    std::vector<std::uint8_t> frame;
-    frame.reserve(longest);
-    frame = {first, id, size};
+    frame_.reserve(longest);
+    frame_ = {first, id, size};
     FrameEnd end(size);
-    takeWaiting(port_, frame, end);
+    takeWaiting(port_, frame_, end);
     for (;;) {
         const std::uint8_t byte = port_.readByte();
-        if (frame.size() < longest) {
-            frame.push_back(byte);
+        if (frame_.size() < longest) {
+            frame_.push_back(byte);
         }
         if (end.take(byte)) {
             break;
         }
         // A zero may be silence, and a full frame noise: then ask whether anybody still waits.
-        if ((byte == 0 || frame.size() == longest) && ended()) {
-            return {0};
+        if ((byte == 0 || frame_.size() == longest) && ended()) {
+            return frame_ = {0};
         }
     }
-    traceFrame("Get ", frame);
-    return frame;
+    traceFrame("Get ", frame_);
+    return frame_;
 }
 
 std::vector<std::uint8_t> SerialGarminLink::readFirstThree(double seconds) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "garmin/link/GarminLink.h"
+#include "garmin/link/GpsPacket.h"
 #include "host/Services.h"
 #include "serial/ComPort.h"
 
@@ -34,7 +35,8 @@ public:
     // the one-byte array 0; a first byte that starts no frame gives the substitute frame with
     // packet id 1. The time-out is not used: the line's own time-outs hold, and a receiver that
     // stops in the middle of a frame is waited for until the host requests a stop or the port goes.
-    std::vector<std::uint8_t> grmReadPacket(double timeout);
+    // The frame lasts until the next one is read.
+    const std::vector<std::uint8_t>& grmReadPacket(double timeout);
 
     // Reads one frame within a number of seconds. Nothing, or something that is no frame, gives the
     // substitute frame; what was no frame is read away and traced as "Erreur - ". Kept for its
@@ -49,6 +51,9 @@ private:
 
     Services& services_;
     PortLease& port_;
+    GpsPacket sent_;
+    GpsPacket received_;
+    std::vector<std::uint8_t> frame_;
 };
 
 }  // namespace marlune

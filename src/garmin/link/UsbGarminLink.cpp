@@ -3,6 +3,7 @@
 #include <array>
 #include <iterator>
 #include <string>
+#include <utility>
 
 #include "usb/UsbSession.h"
 
@@ -13,10 +14,6 @@ constexpr std::size_t kBulkBlock = 4096;
 constexpr int kOneBlockTimeout = 200;
 constexpr int kEitherPipeTimeout = 1000;
 constexpr int kStreamTimeout = 1500;
-
-LinkPacket linkPacket(const GrmUSBPacket& packet) {
-    return {packet.GetPid(), packet.GetData()};
-}
 
 bool isApplication(const GrmUSBPacket& packet) {
     return packet.GetPtype() == GrmUSBPacket::kApplication;
@@ -53,12 +50,17 @@ bool UsbGarminLink::request(std::uint8_t pid, std::span<const std::uint8_t> data
     return !gathered_.empty();
 }
 
+LinkPacket UsbGarminLink::linkPacket(GrmUSBPacket packet) {
+    received_ = std::move(packet);
+    return {received_.GetPid(), received_.GetData()};
+}
+
 LinkPacket UsbGarminLink::receive() {
     if (requested_) {
         if (gathered_.empty()) {
             return {};
         }
-        LinkPacket packet = linkPacket(gathered_.front());
+        LinkPacket packet = linkPacket(std::move(gathered_.front()));
         gathered_.pop_front();
         return packet;
     }
@@ -74,8 +76,8 @@ LinkPacket UsbGarminLink::receive() {
 }
 
 LinkPacket UsbGarminLink::receiveOneBlock() {
-    const auto packet = readInterruptPacket(usb_, kOneBlockTimeout);
-    return packet ? linkPacket(*packet) : LinkPacket();
+    auto packet = readInterruptPacket(usb_, kOneBlockTimeout);
+    return packet ? linkPacket(std::move(*packet)) : LinkPacket();
 }
 
 LinkPacket UsbGarminLink::receiveFromEitherPipe() {
@@ -89,12 +91,12 @@ LinkPacket UsbGarminLink::receiveFromEitherPipe() {
     } else if (packet && isApplication(*packet)) {
         services_.trace.traceLine("Mode Interrupt");
     }
-    return packet && isApplication(*packet) ? linkPacket(*packet) : LinkPacket();
+    return packet && isApplication(*packet) ? linkPacket(std::move(*packet)) : LinkPacket();
 }
 
 LinkPacket UsbGarminLink::receiveFromStream() {
-    const auto packet = reader_.nextPacket(kStreamTimeout);
-    return packet ? linkPacket(*packet) : LinkPacket();
+    auto packet = reader_.nextPacket(kStreamTimeout);
+    return packet ? linkPacket(std::move(*packet)) : LinkPacket();
 }
 
 }  // namespace marlune

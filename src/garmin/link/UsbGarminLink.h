@@ -40,6 +40,7 @@ public:
     [[nodiscard]] bool tellsSuccess() const override { return true; }
 
 private:
+    LinkPacket linkPacket(GrmUSBPacket packet);
     [[nodiscard]] LinkPacket receiveOneBlock();
     [[nodiscard]] LinkPacket receiveFromEitherPipe();
     [[nodiscard]] LinkPacket receiveFromStream();
@@ -52,6 +53,7 @@ private:
     BlockReader reader_;
     bool requested_ = false;  // what is received was gathered
     std::deque<GrmUSBPacket> gathered_;
+    GrmUSBPacket received_;
 };
 
 }  // namespace marlune

@@ -114,10 +114,10 @@ double unixTime(double date) {
     return std::nearbyint((date - kUnixEpoch) * kSecondsPerDay * 1000) / 1000;
 }
 
-WaypointRecord recordOf(const Waypoint& waypoint) {
+WaypointRecord recordOf(Waypoint waypoint) {
     WaypointRecord record;
-    record.name = waypoint.ident;
-    record.comment = waypoint.comment;
+    record.name = std::move(waypoint.ident);
+    record.comment = std::move(waypoint.comment);
     record.latitude = waypoint.latitude;
     record.longitude = waypoint.longitude;
     if (waypoint.exact) {  // sentences have no such symbols, and no way to show them
@@ -130,10 +130,10 @@ WaypointRecord recordOf(const Waypoint& waypoint) {
     return record;
 }
 
-WaypointRecord recordOf(const Waypoint& waypoint, std::string_view format,
+WaypointRecord recordOf(Waypoint waypoint, std::string_view format,
                         std::span<const std::uint8_t> data) {
     const DataType& type = Waypoint::typeOf(format, data);
-    WaypointRecord record = recordOf(waypoint);
+    WaypointRecord record = recordOf(std::move(waypoint));
     if (!type.altitude.exists()) {
         record.altitude.reset();
     } else if (type.altitude.size() == 4) {

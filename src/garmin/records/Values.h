@@ -18,7 +18,7 @@ namespace marlune {
 // Of a decoded Garmin record: the record's bytes tell, in its data type, what the decoded form has
 // no place for, and whether a 0 is a number or stands for what is unknown. The record must have
 // been decoded in that type without an error.
-WaypointRecord recordOf(const Waypoint& waypoint, std::string_view format,
+WaypointRecord recordOf(Waypoint waypoint, std::string_view format,
                         std::span<const std::uint8_t> data);
 TrackPointRecord recordOf(const Trace& point, std::string_view format,
                           std::span<const std::uint8_t> data);
@@ -26,7 +26,7 @@ TrackRecord recordOf(const TrkHeader& header, std::string_view format);
 
 // Of what was read from a sentence or from an upload file's line, where the fields are all there
 // is.
-WaypointRecord recordOf(const Waypoint& waypoint);
+WaypointRecord recordOf(Waypoint waypoint);
 TrackPointRecord recordOf(const Trace& point);
 
 // Header only; the points join by events of their own.
