@@ -195,6 +195,9 @@ FixRecord recordOf(const PvtData& fix) {
     record.error = positive(known(fix.epe));
     record.horizontalError = positive(known(fix.eph));
     record.verticalError = positive(known(fix.epv));
+    record.eastSpeed = known(fix.east);
+    record.northSpeed = known(fix.north);
+    record.upSpeed = known(fix.up);
     return record;
 }
 
