@@ -108,9 +108,9 @@ std::optional<Found> Finder::askFor(const PortEntry& port, const std::string& ma
     if (!control.gpsConnect()) {
         return std::nullopt;
     }
-    Found found{port, mark, aboutReceiver(control.getIdent())};
+    // Once disconnected, the text is what the identification learnt, and asks nobody again.
     control.gpsDisconnect();
-    return found;
+    return Found{port, mark, aboutReceiver(control.getIdent())};
 }
 
 }  // namespace marlune::finder

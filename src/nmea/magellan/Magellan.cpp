@@ -398,6 +398,9 @@ void Magellan::followPosition(TransferLog& log) {
 // the one that brings the two nearest.
 FixRecord Magellan::recordOfFix(const PvtData& fix) {
     FixRecord record = recordOf(fix);
+    record.eastSpeed.reset();  // this sentence tells no speed
+    record.northSpeed.reset();
+    record.upSpeed.reset();
     const double now = services_.host.utcNow();
     const double timeOfDay = fix.time - std::floor(fix.time);
     record.time = unixTime(timeOfDay + std::nearbyint(now - timeOfDay));
