@@ -3,10 +3,10 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <span>
-#include <string>
 #include <string_view>
+
+#include "marlune/RecordFiles.h"  // symbolName() and symbolNamed()
 
 namespace marlune {
 
@@ -20,11 +20,5 @@ constexpr std::int16_t kDefaultSymbol = 18;
 
 // All rows but those of the custom symbols, by ascending number.
 std::span<const SymbolRow> symbolRows();
-
-// The number's name, empty when it has none.
-std::string symbolName(std::int16_t symbol);
-
-// The number of that name, exactly as it stands.
-std::optional<std::int16_t> symbolNamed(std::string_view name);
 
 }  // namespace marlune
