@@ -10,7 +10,7 @@ namespace marlune {
 namespace {
 
 // Digits in front of the point, padded with zeros.
-std::string padded(std::int64_t value, std::size_t width) {
+std::string zeroPadded(std::int64_t value, std::size_t width) {
     std::string text = std::to_string(value);
     return text.size() < width ? text.insert(0, width - text.size(), '0') : text;
 }
@@ -21,8 +21,8 @@ std::string fixedText(double value, int decimals, std::size_t width) {
     const auto scaled = static_cast<std::int64_t>(std::llround(std::abs(value) * scale));
     const auto unit = static_cast<std::int64_t>(scale);
     const char* sign = value < 0 && scaled != 0 ? "-" : "";
-    return sign + padded(scaled / unit, width) + "." +
-           padded(scaled % unit, static_cast<std::size_t>(decimals));
+    return sign + zeroPadded(scaled / unit, width) + "." +
+           zeroPadded(scaled % unit, static_cast<std::size_t>(decimals));
 }
 
 // Degrees and minutes; rounding carries into the degrees.
@@ -30,8 +30,8 @@ std::string angle(double degrees, std::size_t width, char positive, char negativ
     constexpr std::int64_t kUnits = 100'000;  // a minute
     constexpr std::int64_t kDegree = 60 * kUnits;
     const auto all = static_cast<std::int64_t>(std::llround(std::abs(degrees) * kDegree));
-    return padded(all / kDegree, width) + padded(all % kDegree / kUnits, 2) + "." +
-           padded(all % kUnits, 5) + "," + (degrees < 0 ? negative : positive);
+    return zeroPadded(all / kDegree, width) + zeroPadded(all % kDegree / kUnits, 2) + "." +
+           zeroPadded(all % kUnits, 5) + "," + (degrees < 0 ? negative : positive);
 }
 
 std::string position(const FixRecord& fix) {
@@ -55,10 +55,12 @@ Moment momentOf(const FixRecord& fix) {
     const std::chrono::year_month_day date(day);
     const std::chrono::hh_mm_ss clock(at - day);
     const int year = static_cast<int>(date.year()) % 100;
-    return {padded(clock.hours().count(), 2) + padded(clock.minutes().count(), 2) +
-                padded(clock.seconds().count(), 2) + "." + padded(clock.subseconds().count(), 2),
-            padded(static_cast<unsigned>(date.day()), 2) +
-                padded(static_cast<unsigned>(date.month()), 2) + padded(year < 0 ? 0 : year, 2)};
+    return {zeroPadded(clock.hours().count(), 2) + zeroPadded(clock.minutes().count(), 2) +
+                zeroPadded(clock.seconds().count(), 2) + "." +
+                zeroPadded(clock.subseconds().count(), 2),
+            zeroPadded(static_cast<unsigned>(date.day()), 2) +
+                zeroPadded(static_cast<unsigned>(date.month()), 2) +
+                zeroPadded(year < 0 ? 0 : year, 2)};
 }
 
 bool isFix(const FixRecord& fix) {
