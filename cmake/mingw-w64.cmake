@@ -10,7 +10,11 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
+# Libraries that are built with the tree. Their own files are found before CMake's modules.
+set(CMAKE_FIND_PACKAGE_PREFER_CONFIG ON)
 set(pugixml_DIR ${CMAKE_CURRENT_LIST_DIR}/pugixml)
+set(EXPAT_DIR ${CMAKE_CURRENT_LIST_DIR}/expat)
+set(nlohmann_json_DIR ${CMAKE_CURRENT_LIST_DIR}/nlohmann_json)
 
 # The compiler's runtime goes into every program and library: the control is installed by copying
 # one file, and nothing but the system's own libraries may be missing on the machine.

@@ -1,7 +1,9 @@
 // The description file of a unit that is a drive, and the folders that it names.
 #include <cstdint>
 #include <filesystem>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "Require.h"
 #include "base/FilePath.h"
@@ -16,7 +18,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const DeviceDescription device =
             readDeviceDescription({reinterpret_cast<const char*>(data), size});
         const fs::path root = fs::temp_directory_path();
-        for (const std::string& folder : {device.inputFolder, device.outputFolder}) {
+        std::vector<std::string> folders = device.outputFolders;
+        folders.push_back(device.inputFolder);
+        for (const std::string& folder : folders) {
             const auto inside = insideDrive(root, folder);
             const fs::path normal = inside ? inside->lexically_normal() : root;
             const fs::path way = normal.lexically_relative(root.lexically_normal());

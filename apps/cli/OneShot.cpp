@@ -1,5 +1,8 @@
 #include "cli/OneShot.h"
 
+#include <algorithm>
+#include <chrono>
+#include <cmath>
 #include <exception>
 #include <system_error>
 
@@ -24,8 +27,9 @@ std::optional<GpxKind> sentKind(Action action) {
 }
 
 std::optional<RecordFile> recordFile(const Options& options, const Speech& say) {
-    return options.file.empty() ? std::nullopt
-                                : std::optional<RecordFile>(std::in_place, options.file, say);
+    return options.file.empty()
+               ? std::nullopt
+               : std::optional<RecordFile>(std::in_place, options.file, options.format, say);
 }
 
 }  // namespace
@@ -45,10 +49,18 @@ OneShot::OneShot(const Options& options, HostServices& host, Output& records, Ou
         stop_.act();
     };
     host.onProcessEvents = [this] { stop_.act(); };
+    control_.setDateReference(options.dateReference);
+    if (options.action == Action::pvt) {
+        printer_.onRecord = [this](const surface::Event& event) { return follow(event); };
+        followed_.name = "Marlune";
+    }
 }
 
 ExitStatus OneShot::run() {
     prepareFile();
+    if (!options_.link.empty()) {
+        feed_ = std::make_unique<LiveFeed>(options_.link);
+    }
     const bool connected = connect();
     const bool performs = connected && maySend();
     if (performs) {
@@ -66,6 +78,9 @@ ExitStatus OneShot::run() {
 void OneShot::prepareFile() {
     if (const auto kind = sentKind(options_.action)) {
         uploadFile_ = std::make_unique<UploadFile>(options_.sendFile, *kind, speech_);
+        for (const std::string& remark : uploadFile_->remarks()) {
+            say(speech_(phrase::kRemark, {options_.sendFile, remark}));
+        }
     }
 }
 
@@ -134,6 +149,8 @@ bool OneShot::maySend() {
 void OneShot::perform() {
     switch (options_.action) {
         case Action::host:
+        case Action::ports:
+        case Action::find:
             break;
         case Action::ident:
             printer_.print(control_.getIdent());
@@ -231,14 +248,82 @@ bool OneShot::saveFile(bool whole) {
         return true;
     }
     try {
-        for (const std::string& remark : recordFile_->save(whole, options_.keepPartial)) {
+        const Records records = delivered();
+        for (const std::string& remark :
+             recordFile_->save(records, fileHead(), whole, options_.keepPartial)) {
             say(remark);
+        }
+        if (const int moved = control_.movedDates(); moved > 0) {
+            say(speech_(phrase::kMovedDates, {std::to_string(moved), recordFile_->path()}));
         }
     } catch (const std::system_error& error) {
         say(recordFile_->path() + ": " + error.code().message());
         return false;
     }
     return true;
+}
+
+// Another transfer may have gone before: that of the waypoints which routes name.
+Records OneShot::delivered() const {
+    const Records& all = control_.records();
+    Records records;
+    switch (options_.action) {
+        case Action::waypoints:
+            records.waypoints = all.waypoints;
+            break;
+        case Action::tracks:
+            records.tracks = all.tracks;
+            break;
+        case Action::routes:
+            records.routes = all.routes;
+            break;
+        case Action::proximities:
+            records.proximities = all.proximities;
+            break;
+        case Action::pvt:
+            records.tracks = {followed_};
+            break;
+        default:
+            break;
+    }
+    return records;
+}
+
+// The control is disconnected: its text is what the identification learnt.
+FileHead OneShot::fileHead() {
+    FileHead head;
+    const std::string ident = control_.getIdent();
+    head.source = ident.substr(std::min(ident.find("GPSId:"), ident.size()));
+    head.time = std::floor(
+        std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count());
+    return head;
+}
+
+bool OneShot::follow(const surface::Event& event) {
+    const auto& fix = control_.records().fix;
+    if (event.name != "PvtData" || !fix) {
+        return options_.sentences;
+    }
+    constexpr int kTwoDimensions = 2;
+    // Without a fix the position is the one before.
+    if (fix->quality.value_or(kTwoDimensions) >= kTwoDimensions) {
+        TrackPointRecord point;
+        point.latitude = fix->latitude;
+        point.longitude = fix->longitude;
+        point.altitude = fix->altitude;
+        point.time = fix->time;
+        point.segmentStart = followed_.points.empty();
+        if (recordFile_) {
+            followed_.points.push_back(point);
+        }
+    }
+    if (feed_) {
+        feed_->say(*fix);
+    }
+    if (options_.sentences) {
+        records_.write(LiveFeed::sentences(*fix));
+    }
+    return options_.sentences;
 }
 
 void OneShot::say(const std::string& text) {

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "cli/HostServices.h"
+#include "cli/LiveFeed.h"
 #include "cli/Options.h"
 #include "cli/Output.h"
 #include "cli/RecordFile.h"
@@ -43,6 +44,11 @@ private:
     // Tells how the transfer went and keeps what came.
     ExitStatus finish();
     bool saveFile(bool whole);
+    // What the command downloaded, and where from.
+    [[nodiscard]] Records delivered() const;
+    FileHead fileHead();
+    // A position of real time. True when its sentences stand for its line.
+    bool follow(const surface::Event& event);
     void say(const std::string& text);
 
     const Options& options_;
@@ -55,6 +61,8 @@ private:
     GpsControl control_;
     TransferStop stop_;
     std::unique_ptr<UploadFile> uploadFile_;
+    std::unique_ptr<LiveFeed> feed_;
+    TrackRecord followed_;  // the positions of real time
 };
 
 }  // namespace marlune::cli

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "cli/Suggestion.h"
+#include "storage/formats/GpxValues.h"
 
 namespace marlune::cli {
 namespace {
@@ -39,6 +40,22 @@ std::string checkLanguage(const std::string& text) {
     return text == "en" || text == "fr" ? "" : "\"" + text + "\" is neither en nor fr";
 }
 
+std::string checkFormat(const std::string& text) {
+    return text == "nmea" || fileFormatNamed(text)
+               ? ""
+               : "\"" + text + "\" is none of gpx, kml, geojson, csv and lines (nor nmea for pvt)";
+}
+
+// A day or a moment, UTC.
+std::optional<double> momentOf(const std::string& text) {
+    const auto moment = isoSeconds(text);
+    return moment ? moment : isoSeconds(text + "T00:00:00Z");
+}
+
+std::string checkDate(const std::string& text) {
+    return momentOf(text) ? "" : "\"" + text + "\" is no date such as 2026-11-21";
+}
+
 std::string checkFileName(const std::string& text) {
     return text.empty() ? "an empty name" : "";
 }
@@ -61,8 +78,9 @@ std::string checkParses(const std::string& text) {
 
 constexpr const char* kExamples =
     "Examples:\n"
+    "  marlune find\n"
     "  marlune ident --port /dev/ttyUSB0\n"
-    "  marlune tracks --port /dev/ttyUSB0 --gpx tracks.gpx\n"
+    "  marlune tracks --port /dev/ttyUSB0 -o tracks.gpx\n"
     "  marlune send-waypoints places.gpx --port 1 --mark MGN\n"
     "\"--port virtual\" plays a receiver for trying things out.";
 
@@ -114,8 +132,8 @@ public:
 private:
     void addCommonOptions() {
         app_.add_option("--port", port_,
-                        "COM number, device path (/dev/ttyUSB0), or virtual[:UNIT] for a built-in "
-                        "virtual receiver")
+                        "COM number, device path (/dev/ttyUSB0), virtual[:UNIT] for a built-in "
+                        "virtual receiver, or auto for the only receiver that answers")
             ->check(checkParses<PortChoice>)
             ->type_name("PORT");
         app_.add_option("--mark", options_.mark,
@@ -156,10 +174,29 @@ private:
     // Those of certain commands. They are here all the same, so that they may stand in front.
     void addSpecialOptions() {
         file_ = app_.add_option("-o,--output,--gpx", options_.file,
-                                "With downloads and pvt: write the records to a GPX file as well; "
-                                "- for standard output, without the lines then")
+                                "With downloads and pvt: write the records to a file as well, by "
+                                "its suffix GPX, KML, GeoJSON, CSV or lines; - for standard "
+                                "output, without the lines then")
                     ->check(checkFileName)
                     ->type_name("FILE");
+        format_ = app_.add_option("--format", formatName_,
+                                  "The file's format whatever its name: gpx, kml, geojson, csv or "
+                                  "lines; without a file, of standard output. nmea with pvt: "
+                                  "prints sentences (GGA, RMC)")
+                      ->check(checkFormat)
+                      ->type_name("FORMAT");
+        link_ = app_.add_option("--link", options_.link,
+                                "With pvt: offer sentences on a pseudo terminal of that name")
+                    ->check(checkFileName)
+                    ->type_name("PATH");
+        fixDates_ = app_.add_flag("--fix-dates", fixesDates_,
+                                  "In files: move dates forward that an old receiver reports 1024 "
+                                  "weeks or more in the past");
+        reference_ = app_.add_option("--reference", referenceDate_,
+                                     "With that: the day to which dates may move; without this "
+                                     "option, the day this program was built")
+                         ->check(checkDate)
+                         ->type_name("DATE");
         keepPartial_ = app_.add_flag("--keep-partial", options_.keepPartial,
                                      "With that: keep what an incomplete transfer brought, in a "
                                      "file of its own beside FILE");
@@ -180,7 +217,7 @@ private:
 
     void addUpload(const char* name, const char* description, Action action) {
         add(name, description, action)
-            ->add_option("FILE", options_.sendFile, "A file of text lines, or a .gpx file")
+            ->add_option("FILE", options_.sendFile, "A file of text lines, or a .gpx or .csv file")
             ->required()
             ->type_name("");
     }
@@ -211,6 +248,10 @@ private:
             ->required()
             ->check(CLI::Range(1, INT16_MAX).description(""))
             ->type_name("");
+        add("ports", "List the ports, and what is there", Action::ports);
+        CLI::App* find = add("find", "Ask the ports who is there", Action::find);
+        find->add_option("PORT", options_.ports, "Ports to ask; all without this")->type_name("");
+        find->add_flag("--all", options_.all, "Ask ports that nothing is plugged into, too");
         add("host", "Serve calls of the control as JSON lines on standard input", Action::host);
     }
 
@@ -220,6 +261,19 @@ private:
         }
         for (const std::string& text : portDevices_) {
             options_.portDevices.push_back(PortDevice::parse(text));
+        }
+        if (formatName_ == "nmea") {
+            options_.sentences = true;
+        } else if (!formatName_.empty()) {
+            options_.format = fileFormatNamed(formatName_);
+            const bool isWhatIsPrinted = options_.format == FileFormat::lines;
+            if (options_.file.empty() && !isWhatIsPrinted) {
+                options_.file = "-";
+            }
+        }
+        if (fixesDates_ || !referenceDate_.empty()) {
+            options_.dateReference =
+                referenceDate_.empty() ? buildDate() : momentOf(referenceDate_);
         }
         if (!decimal_.empty()) {
             options_.decimalSeparator = decimal_.front();
@@ -236,8 +290,10 @@ private:
             throw CLI::ValidationError("--port", "there is no virtual receiver for GRM_USB");
         }
         // The listener uses the port whatever the family.
-        const bool needed =
-            options_.action == Action::nmea || (options_.action != Action::host && !usb);
+        const Action action = options_.action;
+        const bool portless =
+            action == Action::host || action == Action::ports || action == Action::find;
+        const bool needed = action == Action::nmea || (!portless && !usb);
         if (needed && kind == PortChoice::Kind::none) {
             throw CLI::RequiredError("--port");
         }
@@ -251,6 +307,15 @@ private:
             }
         };
         allow(file_, isDownload(action), "only downloads and pvt write files");
+        allow(format_, isDownload(action), "only downloads and pvt write files");
+        allow(fixDates_, isDownload(action) || action == Action::host,
+              "only downloads and pvt write files");
+        allow(reference_, isDownload(action) || action == Action::host,
+              "only downloads and pvt write files");
+        allow(link_, action == Action::pvt, "only pvt offers sentences");
+        if (options_.sentences && action != Action::pvt) {
+            throw CLI::ValidationError("--format", "only pvt has sentences");
+        }
         allow(keepPartial_, isDownload(action), "only downloads and pvt write files");
         allow(trustTable_, isUpload(action), "only the send commands send");
         allow(details_, action == Action::host, "only host tells details");
@@ -294,6 +359,10 @@ private:
 
     CLI::App app_;
     CLI::Option* file_ = nullptr;
+    CLI::Option* format_ = nullptr;
+    CLI::Option* link_ = nullptr;
+    CLI::Option* fixDates_ = nullptr;
+    CLI::Option* reference_ = nullptr;
     CLI::Option* keepPartial_ = nullptr;
     CLI::Option* trustTable_ = nullptr;
     CLI::Option* details_ = nullptr;
@@ -302,6 +371,9 @@ private:
     std::vector<std::string> portDevices_;
     std::string decimal_;
     std::string language_;
+    std::string formatName_;
+    bool fixesDates_ = false;
+    std::string referenceDate_;
 };
 
 }  // namespace

@@ -10,6 +10,7 @@
 
 #include "cli/PortChoice.h"
 #include "cli/Speech.h"
+#include "marlune/RecordFiles.h"
 
 namespace marlune::cli {
 
@@ -26,7 +27,9 @@ enum class Action {
     time,
     position,
     pvt,
-    nmea
+    nmea,
+    ports,
+    find
 };
 
 struct Options {
@@ -43,12 +46,18 @@ struct Options {
 
     std::string file;  // where downloaded records go besides; "-" for standard output, empty for
                        // nowhere
+    std::optional<FileFormat> format;     // of that file, in place of what its name says
+    bool sentences = false;               // pvt prints sentences in place of lines
+    std::string link;                     // where pvt offers sentences; empty for nowhere
+    std::optional<double> dateReference;  // old dates move towards it, when given
     bool keepPartial = false;
     bool trustTable = false;
     bool details = false;
     std::string sendFile;  // what to send
     std::string nmeaCode;
     std::int16_t nmeaSeconds = 0;
+    std::vector<std::string> ports;  // to ask, as --port takes them; empty for all there are
+    bool all = false;                // also those without a plugged adapter
 
     // The family without its rate, in capitals: "GRM" when none was given.
     [[nodiscard]] std::string family() const;

@@ -27,6 +27,13 @@ inline constexpr Phrase kUnexpectedAnswer = {
 inline constexpr Phrase kMoreHelp = {"more: docs/troubleshooting.md, \"If it does not work\"",
                                      "voir docs/troubleshooting.md, « If it does not work »"};
 
+// Looking for receivers.
+inline constexpr Phrase kAskingFor = {"asking %1 for %2 ...", "demande à %1 pour %2 ..."};
+inline constexpr Phrase kNotAsked = {"%1 is not asked: %2", "%1 n'est pas interrogé : %2"};
+inline constexpr Phrase kNobody = {"no receiver answers", "aucun récepteur ne répond"};
+inline constexpr Phrase kSeveral = {"several receivers answer; choose one of these:",
+                                    "plusieurs récepteurs répondent ; choisissez parmi :"};
+
 // Causes and remedies.
 inline constexpr Phrase kJoinGroup = {
     "%1 belongs to the group %2; \"sudo usermod -aG %2 $USER\" and a new login let you in",
@@ -159,6 +166,10 @@ inline constexpr Phrase kKept = {
 inline constexpr Phrase kPartial = {"what came is in %1", "ce qui est venu est dans %1"};
 inline constexpr Phrase kLeftOutOfFile = {"%1: left out %2 records without a position on earth",
                                           "%1 : %2 éléments sans position terrestre écartés"};
+inline constexpr Phrase kRemark = {"%1: %2", "%1 : %2"};
+inline constexpr Phrase kMovedDates = {
+    "%1 dates in %2 were moved forward by 1024 weeks or a multiple",
+    "%1 dates dans %2 ont été avancées de 1024 semaines ou d'un multiple"};
 inline constexpr Phrase kIsFolder = {"%1: the file is a folder", "%1 : le fichier est un dossier"};
 inline constexpr Phrase kNoRegularFile = {"%1: the file is no regular file",
                                           "%1 : le fichier n'est pas un fichier ordinaire"};

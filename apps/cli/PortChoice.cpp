@@ -26,7 +26,11 @@ bool isDigits(std::string_view text) {
 PortChoice PortChoice::parse(std::string_view text) {
     constexpr std::string_view kVirtual = "virtual";
     if (text.empty()) {
-        throw std::invalid_argument("a port is a COM number, a device path or \"virtual\"");
+        throw std::invalid_argument(
+            "a port is a COM number, a device path, \"virtual\" or \"auto\"");
+    }
+    if (text == "auto") {
+        return {Kind::automatic, 0, {}};
     }
     if (text == kVirtual) {
         return {Kind::builtIn, 0, {}};

@@ -5,10 +5,12 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <ostream>
 #include <system_error>
 #include <utility>
 
 #include "cli/Phrases.h"
+#include "storage/formats/SaveFile.h"
 
 namespace marlune::cli {
 namespace {
@@ -38,8 +40,11 @@ std::string partialName(const fs::path& path) {
 
 }  // namespace
 
-RecordFile::RecordFile(std::string path, const Speech& say)
-    : say_(say), path_(std::move(path)), standardOutput_(isStandardOutput(path_)) {
+RecordFile::RecordFile(std::string path, std::optional<FileFormat> format, const Speech& say)
+    : say_(say),
+      path_(std::move(path)),
+      format_(format.value_or(fileFormatOf(path_).value_or(FileFormat::gpx))),
+      standardOutput_(isStandardOutput(path_)) {
     std::error_code ignored;
     const auto type = fs::status(path_, ignored).type();
     stream_ =
@@ -54,26 +59,43 @@ RecordFile::RecordFile(std::string path, const Speech& say)
 
 void RecordFile::add(std::string_view line) {
     ++records_;
-    gpx_.addLine(line);
+    if (format_ == FileFormat::lines) {
+        lines_.emplace_back(line);
+    }
 }
 
-std::vector<std::string> RecordFile::save(bool whole, bool keepPartial) {
+std::size_t RecordFile::write(const Records& records, const FileHead& head,
+                              const std::string& path) const {
+    if (format_ != FileFormat::lines) {
+        return saveRecords(records, format_, path, head);
+    }
+    saveFile(path, [&](std::ostream& out) {
+        for (const std::string& line : lines_) {
+            out << line << '\n';
+        }
+    });
+    return 0;
+}
+
+std::vector<std::string> RecordFile::save(const Records& records, const FileHead& head, bool whole,
+                                          bool keepPartial) {
     if (!whole && records_ == 0) {
         return {};  // no empty file in the place of a full one
     }
     std::error_code ignored;
     std::vector<std::string> remarks;
+    std::size_t leftOut = 0;
     if (whole || stream_) {
-        gpx_.save(path_);
+        leftOut = write(records, head, path_);
     } else if (keepPartial || !fs::exists(path_, ignored)) {
         const std::string target = keepPartial ? partialName(path_) : path_;
-        gpx_.save(target);
+        leftOut = write(records, head, target);
         remarks.push_back(say_(phrase::kPartial, {target}));
     } else {
         return {say_(phrase::kKept, {path_})};
     }
-    if (gpx_.leftOut() > 0) {
-        remarks.push_back(say_(phrase::kLeftOutOfFile, {path_, std::to_string(gpx_.leftOut())}));
+    if (leftOut > 0) {
+        remarks.push_back(say_(phrase::kLeftOutOfFile, {path_, std::to_string(leftOut)}));
     }
     return remarks;
 }

@@ -40,14 +40,14 @@ void RecordPrinter::begin(std::int16_t records, std::string_view header) {
     progress_.begin(records);
 }
 
-void RecordPrinter::record(std::string_view line) {
+void RecordPrinter::record(std::string_view line, bool prints) {
     if (muted_) {
         return;
     }
     if (file_ != nullptr) {
         file_->add(line);
     }
-    if (file_ == nullptr || !file_->takesStandardOutput()) {
+    if (prints && (file_ == nullptr || !file_->takesStandardOutput())) {
         print(std::string(line));
     }
     progress_.advance(++records_);
@@ -60,7 +60,7 @@ void RecordPrinter::sentence(std::string_view text) {
     const bool printable =
         std::all_of(line.begin(), line.end(), [](char c) { return c >= ' ' && c <= '~'; });
     if (printable && line.starts_with('$')) {
-        record(line);
+        record(line, true);
     } else {
         ++notSentences_;
     }
@@ -85,7 +85,7 @@ void RecordPrinter::raise(const surface::Event& event,
             sentence(first<std::string_view>(values));
             break;
         default:
-            record(first<std::string_view>(values));
+            record(first<std::string_view>(values), !(onRecord && onRecord(event)));
             break;
     }
     onEvent_();

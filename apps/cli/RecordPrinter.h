@@ -25,13 +25,16 @@ public:
     // While muted, records are neither printed nor written to the file.
     void mute(bool on) { muted_ = on; }
 
+    // Asked before a record of real time is printed; true when it was taken in another way.
+    std::function<bool(const surface::Event& event)> onRecord;
+
     // How many lines of the listener were no sentences, and were dropped.
     [[nodiscard]] int notSentences() const { return notSentences_; }
 
 private:
     void raise(const surface::Event& event, std::span<const surface::EventValue> values) override;
     void begin(std::int16_t records, std::string_view header);
-    void record(std::string_view line);
+    void record(std::string_view line, bool prints);
     void sentence(std::string_view text);
 
     Output& output_;

@@ -1,6 +1,5 @@
 #include "cli/UploadFile.h"
 
-#include <strings.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -8,6 +7,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <optional>
 #include <stdexcept>
 #include <system_error>
 #include <vector>
@@ -18,9 +19,10 @@
 namespace marlune::cli {
 namespace {
 
-bool isGpx(const std::string& path) {
-    const std::string extension = std::filesystem::path(path).extension().string();
-    return strcasecmp(extension.c_str(), ".gpx") == 0;
+// The format of a file that is no upload file yet.
+std::optional<FileFormat> formatToConvert(const std::string& path) {
+    const auto format = fileFormatOf(path);
+    return format == FileFormat::gpx || format == FileFormat::csv ? format : std::nullopt;
 }
 
 const Phrase& kindName(GpxKind kind) {
@@ -35,10 +37,56 @@ const Phrase& kindName(GpxKind kind) {
     return phrase::kTracks;
 }
 
-std::vector<std::string> readLines(const std::string& path, GpxKind kind) {
+// Writes the records of one kind as the lines of an upload file, as they are read.
+class LinesOfKind : public RecordSink {
+public:
+    LinesOfKind(GpxKind kind, std::ostream& out)
+        : kind_(kind), lines_(makeRecordWriter(FileFormat::lines, out)) {}
+
+    std::size_t count = 0;
+    std::vector<std::string> remarks;
+
+    void waypoint(const WaypointRecord& waypoint) override {
+        if (counts(GpxKind::waypoints)) {
+            lines_->waypoint(waypoint);
+        }
+    }
+    void route(const RouteRecord& head) override {
+        if (counts(GpxKind::routes)) {
+            lines_->route(head);
+        }
+    }
+    void routePoint(const RoutePointRecord& point) override {
+        if (counts(GpxKind::routes)) {
+            lines_->routePoint({point.point, std::nullopt});
+        }
+    }
+    void track(const TrackRecord& head) override {
+        if (counts(GpxKind::tracks)) {
+            lines_->track(head);
+        }
+    }
+    void trackPoint(const TrackPointRecord& point) override {
+        if (counts(GpxKind::tracks)) {
+            lines_->trackPoint(point);
+        }
+    }
+    void remark(const std::string& text) override { remarks.push_back(text); }
+
+private:
+    bool counts(GpxKind kind) {
+        count += kind == kind_ ? 1 : 0;
+        return kind == kind_;
+    }
+
+    GpxKind kind_;
+    std::unique_ptr<RecordWriter> lines_;
+};
+
+void readOrTell(const std::string& path, FileFormat format, RecordSink& sink) {
     try {
-        return GpxReader(kind).readFile(path);
-    } catch (const GpxParseError& error) {
+        readRecords(path, format, sink);
+    } catch (const FileParseError& error) {
         throw std::runtime_error(path + ":" + std::to_string(error.place().line) + ":" +
                                  std::to_string(error.place().position) + ": " + error.what());
     } catch (const std::system_error& error) {
@@ -97,8 +145,8 @@ std::filesystem::path makeTemporaryFolder() {
 UploadFile::UploadFile(const std::string& path, GpxKind kind, const Speech& say)
     : say_(say), path_(path) {
     requireReadable(path, say);
-    if (isGpx(path)) {
-        convert(path, kind);
+    if (const auto format = formatToConvert(path)) {
+        convert(path, *format, kind);
     } else if (isUnmarkedUtf8(path)) {
         const std::ifstream text(path, std::ios::binary);
         write([&text](std::ostream& out) { out << text.rdbuf(); });
@@ -116,17 +164,19 @@ void UploadFile::removeFolder() {
     }
 }
 
-void UploadFile::convert(const std::string& gpxFile, GpxKind kind) {
-    const std::vector<std::string> lines = readLines(gpxFile, kind);
-    if (lines.empty()) {
-        throw std::runtime_error(say_(phrase::kHoldsNone, {gpxFile, say_(kindName(kind))}));
-    }
+void UploadFile::convert(const std::string& file, FileFormat format, GpxKind kind) {
     keepsLines_ = false;
-    write([&lines](std::ostream& out) {
-        for (const std::string& line : lines) {
-            out << line << "\r\n";
-        }
+    std::size_t count = 0;
+    write([&](std::ostream& out) {
+        LinesOfKind lines(kind, out);
+        readOrTell(file, format, lines);
+        count = lines.count;
+        remarks_ = std::move(lines.remarks);
     });
+    if (count == 0) {
+        removeFolder();
+        throw std::runtime_error(say_(phrase::kHoldsNone, {file, say_(kindName(kind))}));
+    }
 }
 
 void UploadFile::write(const std::function<void(std::ostream&)>& writeText) {
@@ -136,7 +186,12 @@ void UploadFile::write(const std::function<void(std::ostream&)>& writeText) {
     path_ = file.string() + ".txt";
     std::ofstream out(path_, std::ios::binary);
     out << kByteOrderMark;  // with this mark the control takes the file for UTF-8
-    writeText(out);
+    try {
+        writeText(out);
+    } catch (...) {
+        removeFolder();  // the destructor does not run
+        throw;
+    }
     out.close();
     if (!out) {
         removeFolder();

@@ -16,6 +16,7 @@
 #include "cli/Options.h"
 #include "cli/Output.h"
 #include "cli/Phrases.h"
+#include "cli/PortCommands.h"
 #include "cli/host/JsonHostSession.h"
 #include "receivers/BuiltIn.h"
 
@@ -69,6 +70,7 @@ std::string virtualFamily(const Options& options) {
 // Sets the control up as the options say. Returns the receiver that "--port virtual" asks for.
 std::unique_ptr<receivers::BuiltIn> setUp(GpsControl& control, HostServices& host,
                                           const Options& options) {
+    control.setDateReference(options.dateReference);
     if (options.debug) {
         control.SetDebug("ON");
     }
@@ -93,12 +95,22 @@ std::unique_ptr<receivers::BuiltIn> setUp(GpsControl& control, HostServices& hos
     return receiver;
 }
 
-int runCommand(const Options& options, const Interrupt& interrupt) {
+int runCommand(const Options& given, const Interrupt& interrupt) {
     HostServices host(interrupt);
-    configure(host, options);
+    configure(host, given);
     Output records(STDOUT_FILENO, interrupt);
     Output messages(STDERR_FILENO, interrupt);
+    const Options options = given.port.kind == PortChoice::Kind::automatic
+                                ? withFoundPort(given, host, messages)
+                                : given;
     tellWithoutTrace(host, options, messages);
+    if (options.action == Action::ports) {
+        return listPorts(host, records);
+    }
+    if (options.action == Action::find) {
+        const int status = findReceivers(options, host, records, messages);
+        return interrupt.requested() ? kSignalled + interrupt.signal() : status;
+    }
     int status = kDone;
     if (options.action == Action::host) {
         JsonHostSession session(options, STDIN_FILENO, records, host, interrupt);

@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "marlune/Export.h"
@@ -143,6 +144,15 @@ public:
     // The records of the last transfer of each kind. They live until the next transfer of the kind
     // begins; while the event of a record runs, it is the last one there.
     [[nodiscard]] const Records& records() const;
+    // Receivers of a certain age report dates 1024 weeks in the past, or twice that. With a
+    // reference (seconds since 1970-01-01 00:00:00 UTC) the times in records() that lie more than
+    // 1024 weeks before it are moved forward by whole 1024-week steps, not past the reference plus
+    // one year; without one, as at first, they stay. The text lines stay as they are. It holds for
+    // what is transferred from then on. RecordFiles.h has buildDate(), a reference without a clock.
+    void setDateReference(std::optional<double> reference);
+    // How many times of the transfer that began last were moved.
+    [[nodiscard]] int movedDates() const;
+
     // How the transfer that ended last went, whether it began at all or not. Transfers are what
     // getWaypts, getTracks, GetRoutes, getProximites, the Send members, StartPvtData, GetTime,
     // getPosition and StartNMEA do.

@@ -1,5 +1,5 @@
-// GPX 1.1 files to and from the control's text lines, for hosts that keep what a receiver gives, or
-// send what a file holds.
+// GPX 1.1 files to and from the control's text lines, for hosts that know nothing else of records.
+// The lines are rounded and lack what RecordFiles.h keeps: new hosts use that.
 //
 // Texts and paths are UTF-8. Files that cannot be opened, read or written raise std::system_error
 // with the system's code; files that are no GPX raise GpxParseError. An object serves one thread.
@@ -7,40 +7,24 @@
 
 #include <cstddef>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "marlune/Export.h"
+#include "marlune/RecordFiles.h"
 
 namespace marlune {
 
 // The kind of records that a file is read for.
 enum class GpxKind { waypoints, routes, tracks };
 
-// Where and why a file could not be parsed. Lines and positions count from 1; the position is in
-// bytes within the line, the offset in bytes from the start of the file.
-class MARLUNE_EXPORT GpxParseError : public std::runtime_error {
-public:
-    struct Place {
-        std::string source;  // the line's text
-        std::size_t line = 0;
-        std::size_t position = 0;
-        std::size_t offset = 0;
-    };
-
-    GpxParseError(const std::string& reason, Place place);
-
-    [[nodiscard]] const Place& place() const { return *place_; }
-
-private:
-    std::shared_ptr<const Place> place_;  // shared, so that copying an error cannot throw
-};
+using GpxParseError = FileParseError;
 
 // Turns text lines into a GPX file: "W;" lines become waypoints, and points of the route after an
-// "R;" line; "N;" begins a track, "T;" adds a point to it, in a new segment where the line says so.
-// Other lines are ignored. Numbers may carry either decimal separator.
+// "R;" line, "L;" lines the links between these; "N;" begins a track, "T;" adds a point to it, in a
+// new segment where the line says so. Other lines are ignored. Numbers may carry either decimal
+// separator; an altitude of 0 is unknown.
 class MARLUNE_EXPORT GpxWriter {
 public:
     GpxWriter();
@@ -62,15 +46,14 @@ private:
     std::unique_ptr<Impl> impl_;
 };
 
-// Turns GPX files into text lines of one kind. Routes are numbered from 1 in the order in which the
-// reader meets them, across files.
+// Turns GPX files into text lines of one kind, with symbol 18 and display 0. Routes are numbered
+// from 1 in the order in which the reader meets them, across files.
 class MARLUNE_EXPORT GpxReader {
 public:
     // decimalSeparator: what the numbers of the lines are written with; upload files take '.'.
     explicit GpxReader(GpxKind kind, char decimalSeparator = '.')
         : kind_(kind), decimalSeparator_(decimalSeparator) {}
 
-    // Refuses files of more than 256 MiB, as it does those that cannot be read.
     std::vector<std::string> readFile(const std::string& path);
     // The same for a file's content.
     std::vector<std::string> readText(std::string_view content);

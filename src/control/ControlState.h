@@ -5,6 +5,7 @@
 #include <memory>
 #include <utility>
 
+#include "control/DateFix.h"
 #include "control/Families.h"
 #include "family/ConnectionState.h"
 #include "host/DebugTrace.h"
@@ -31,6 +32,7 @@ struct ControlState {
     Host& host;
     DebugTrace trace;
     Records records;
+    DateFix dates;
     Reports reports;
     ComPort port;
     UsbPort usb;

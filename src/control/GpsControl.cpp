@@ -256,7 +256,17 @@ bool GpsControl::ResetComBuffers() {
 }
 
 const Records& GpsControl::records() const {
+    impl_->dates.apply(impl_->records, impl_->reports.transfersBegun);
     return impl_->records;
+}
+
+void GpsControl::setDateReference(std::optional<double> reference) {
+    impl_->dates.setReference(reference);
+}
+
+int GpsControl::movedDates() const {
+    impl_->dates.apply(impl_->records, impl_->reports.transfersBegun);
+    return impl_->dates.moved();
 }
 
 const TransferReport& GpsControl::lastTransfer() const {

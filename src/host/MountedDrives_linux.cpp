@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "host/FolderDrive.h"
+#include "host/MtpDrives_linux.h"
 
 namespace marlune {
 namespace {
@@ -57,6 +58,10 @@ std::vector<Drive> drivesOfMounts(const std::string& table, const fs::path& disk
            nullptr) {
         if (std::string_view(mount.mnt_fsname).starts_with("/dev/")) {
             drives.push_back(driveOf(mount, diskFolder));
+        } else if (std::string_view(mount.mnt_type) == "fuse.jmtpfs") {
+            for (Drive& storage : drivesOfMtpMount(mount.mnt_dir)) {
+                drives.push_back(std::move(storage));
+            }
         }
     }
     return drives;

@@ -13,6 +13,7 @@ namespace marlune {
 struct Reports {
     TransferReport transfer;  // of the one that ended last
     ConnectionReport connection;
+    unsigned transfersBegun = 0;  // counts, so that one can be told from the next
 };
 
 struct Services {

@@ -13,6 +13,7 @@
 #include <system_error>
 
 #include "host/MountedDrives_linux.h"
+#include "host/MtpDrives_linux.h"
 #include "host/Platform.h"
 #include "host/UserFolders_posix.h"
 
@@ -96,7 +97,15 @@ std::string portDevice(int number) {
 }
 
 std::vector<Drive> mountedDrives() {
-    return drivesOfMounts("/proc/self/mounts", "/dev/disk");
+    std::vector<Drive> drives = drivesOfMounts("/proc/self/mounts", "/dev/disk");
+    std::string runtimeFolder = environment("XDG_RUNTIME_DIR");
+    if (runtimeFolder.empty()) {
+        runtimeFolder = "/run/user/" + std::to_string(::getuid());
+    }
+    for (Drive& storage : drivesOfMtp(runtimeFolder)) {
+        drives.push_back(std::move(storage));
+    }
+    return drives;
 }
 
 }  // namespace marlune::platform

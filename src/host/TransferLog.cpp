@@ -6,6 +6,7 @@ namespace marlune {
 
 TransferLog::TransferLog(Services& services, TransferKind kind, TransferDirection direction)
     : services_(services) {
+    ++services_.reports.transfersBegun;
     report_.kind = kind;
     report_.direction = direction;
 }

@@ -1,18 +1,35 @@
 #include "nmea/RouteAssembly.h"
 
+#include <string_view>
 #include <utility>
 
 #include "garmin/records/Values.h"
 #include "nmea/Messages.h"
 
 namespace marlune {
+namespace {
+
+// The sentences of waypoints carry no symbol and no display option, and those of some receivers no
+// altitude, which is 0 then.
+WaypointRecord heardRecordOf(const Waypoint& point) {
+    WaypointRecord record = recordOf(point);
+    record.symbol.reset();
+    record.display.reset();
+    if (point.altitude == 0) {
+        record.altitude.reset();
+    }
+    return record;
+}
+
+}  // namespace
 
 void reportRoute(Services& services, const Route& route, int& numitem, const char* sens) {
+    const bool heard = std::string_view(sens) == "D";
     const auto next = [&] { return static_cast<std::int16_t>(++numitem); };
     services.records.routes.push_back(recordOf(route));
     services.events.RouteHeader(next(), route.getIdent(), sens);
     for (const Waypoint& point : route.Waypoints()) {
-        addPoint(services.records, recordOf(point));
+        addPoint(services.records, heard ? heardRecordOf(point) : recordOf(point));
         services.events.RouteData(next(), point.getIdent(services.host.decimalSeparator()), sens);
     }
 }

@@ -1,11 +1,12 @@
 #include "storage/DeviceDescription.h"
 
 #include <array>
-#include <cstdio>
+#include <charconv>
+#include <utility>
 
 #include "base/VersionText.h"
-#include "storage/GpxValues.h"
 #include "storage/XmlText.h"
+#include "storage/formats/GpxValues.h"
 
 namespace marlune {
 namespace {
@@ -35,14 +36,24 @@ std::string versionText(const std::string& hundredths) {
     double value = gpxNumber(hundredths).value_or(0);
     value = value > -kLargest && value < kLargest ? value : 0;
     std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.2f", value / 100);
-    return text.data();
+    // Not printf, which writes the point that the program's locale has.
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value / 100,
+                                   std::chars_format::fixed, 2);
+    return {text.data(), end.ptr};
 }
 
-// The folder beside the transfer direction that `direction` selects within a data type.
-std::string folderOf(const pugi::xml_node& dataType, const char* direction) {
-    const pugi::xml_node found = dataType.select_node(direction).node();
-    return found ? textOf(found.parent().select_node(".//Path")) : std::string();
+// The folders beside the transfer direction within the data types of GPX files.
+std::vector<std::string> foldersOf(const pugi::xml_node& mode, const char* direction) {
+    const std::string query =
+        ".//DataType[Name='GPSData']//File/TransferDirection[. ='" + std::string(direction) + "']";
+    std::vector<std::string> folders;
+    for (const pugi::xpath_node& found : mode.select_nodes(query.c_str())) {
+        std::string folder = textOf(found.node().parent().select_node(".//Path"));
+        if (!folder.empty()) {
+            folders.push_back(std::move(folder));
+        }
+    }
+    return folders;
 }
 
 }  // namespace
@@ -58,10 +69,9 @@ DeviceDescription readDeviceDescription(std::string_view xml) {
     device.softwareVersion = versionText(textOf(document.select_node("//SoftwareVersion")));
     device.id = textOf(document.select_node("//Id"));
     const pugi::xml_node mode = document.select_node("//MassStorageMode").node();
-    const pugi::xml_node dataType =
-        mode.select_node(".//DataType/Name[. ='GPSData']").node().parent();
-    device.inputFolder = folderOf(dataType, ".//File/TransferDirection[. ='InputToUnit']");
-    device.outputFolder = folderOf(dataType, ".//File/TransferDirection[. ='OutputFromUnit']");
+    const std::vector<std::string> inputs = foldersOf(mode, "InputToUnit");
+    device.inputFolder = inputs.empty() ? std::string() : inputs.front();
+    device.outputFolders = foldersOf(mode, "OutputFromUnit");
     return device;
 }
 

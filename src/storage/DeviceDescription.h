@@ -17,15 +17,16 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace marlune {
 
 struct DeviceDescription {
     std::string id;
     std::string description;
-    std::string softwareVersion;  // "2.80"; empty when the file names none
-    std::string inputFolder;      // GPX files for the unit; empty when it takes none
-    std::string outputFolder;     // GPX files from the unit; empty when it gives none
+    std::string softwareVersion;             // "2.80"; empty when the file names none
+    std::string inputFolder;                 // GPX files for the unit; empty when it takes none
+    std::vector<std::string> outputFolders;  // GPX files from the unit, in the file's order
 };
 
 // Throws GpxParseError for what is no XML document.

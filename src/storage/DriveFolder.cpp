@@ -5,7 +5,7 @@
 #include <system_error>
 
 #include "base/FilePath.h"
-#include "storage/NoCase.h"
+#include "base/NoCase.h"
 
 namespace marlune {
 namespace {

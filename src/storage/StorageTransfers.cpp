@@ -1,15 +1,22 @@
 #include "storage/StorageTransfers.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <system_error>
+#include <utility>
 
 #include "base/FilePath.h"
+#include "base/NoCase.h"
 #include "garmin/Messages.h"
+#include "garmin/records/Values.h"
+#include "marlune/RecordFiles.h"
+#include "resources/SymbolTable.h"
 #include "storage/DriveFolder.h"
+#include "storage/EventLines.h"
 #include "storage/Messages.h"
-#include "storage/NoCase.h"
 #include "storage/WholeFile.h"
+#include "storage/formats/SaveFile.h"
 
 namespace marlune {
 namespace {
@@ -46,7 +53,6 @@ std::string nameOnUnit(const std::string& path) {
 
 // What differs between the kinds of records.
 struct StorageTransfers::Kind {
-    GpxKind gpx;
     TransferKind kind;
     const char* letter;
     const char* header;
@@ -58,7 +64,6 @@ struct StorageTransfers::Kind {
 };
 
 const StorageTransfers::Kind StorageTransfers::kWaypoints = {
-    .gpx = GpxKind::waypoints,
     .kind = TransferKind::waypoints,
     .letter = "W",
     .header = text::kWaypointsHeader,
@@ -68,7 +73,6 @@ const StorageTransfers::Kind StorageTransfers::kWaypoints = {
 };
 
 const StorageTransfers::Kind StorageTransfers::kTracks = {
-    .gpx = GpxKind::tracks,
     .kind = TransferKind::tracks,
     .letter = "T",
     .header = text::kTracksHeader,
@@ -80,7 +84,6 @@ const StorageTransfers::Kind StorageTransfers::kTracks = {
 };
 
 const StorageTransfers::Kind StorageTransfers::kRoutes = {
-    .gpx = GpxKind::routes,
     .kind = TransferKind::routes,
     .letter = "R",
     .header = text::kRoutesHeader,
@@ -113,103 +116,282 @@ void StorageTransfers::raise(const Kind& kind, std::size_t number, const std::st
     (services_.events.*event)(shortNumber(number), line, sens);
 }
 
+// Hands records to the host, one event each, and keeps them as its values. Once the host wants no
+// more, the rest is passed over.
+class StorageTransfers::Delivery : public RecordSink {
+public:
+    // lines: what the events carry, where that is more than the records tell.
+    Delivery(StorageTransfers& transfers, const Kind& kind, std::string sens,
+             const std::vector<std::string>* lines = nullptr)
+        : transfers_(transfers), kind_(kind), sens_(std::move(sens)), lines_(lines) {}
+
+    [[nodiscard]] std::size_t count() const { return count_; }
+
+    void waypoint(const WaypointRecord& waypoint) override {
+        deliver([&] { return eventLine(waypoint, separator()); },
+                [&] { kept_.records.waypoints.push_back(waypoint); });
+    }
+    void route(const RouteRecord& head) override {
+        deliver([&] { return routeEventLine(head.number, head.name); },
+                [&] {
+                    kept_.records.routes.push_back({head.number, head.name, {}});
+                });
+    }
+    void routePoint(const RoutePointRecord& point) override {
+        deliver([&] { return eventLine(point.point, separator()); },
+                [&] { kept_.records.routes.back().points.push_back(point); });
+    }
+    void track(const TrackRecord& head) override {
+        deliver([&] { return trackEventLine(head.name); },
+                [&] {
+                    kept_.records.tracks.push_back({head.name, head.display, head.colour, {}});
+                });
+    }
+    void trackPoint(const TrackPointRecord& point) override {
+        deliver([&] { return eventLine(point, separator()); },
+                [&] { addPoint(kept_.records, point); });
+    }
+
+private:
+    [[nodiscard]] char separator() const { return kept_.host.decimalSeparator(); }
+
+    template <class MakeLine, class Keep>
+    void deliver(const MakeLine& makeLine, const Keep& keep) {
+        if (stopped_ || !transfers_.mayGoOn()) {
+            stopped_ = true;
+            return;
+        }
+        keep();
+        const std::string line = lines_ != nullptr ? (*lines_)[count_] : makeLine();
+        transfers_.raise(kind_, ++count_, line, sens_);
+    }
+
+    StorageTransfers& transfers_;
+    Services& kept_ = transfers_.services_;
+    const Kind& kind_;
+    std::string sens_;
+    const std::vector<std::string>* lines_;
+    std::size_t count_ = 0;
+    bool stopped_ = false;
+};
+
+namespace {
+
+// Gathers the records of one kind from a file. Routes are numbered on from those of other files.
+class KindCollector : public RecordCollector {
+public:
+    KindCollector(TransferKind kind, std::size_t routesBefore)
+        : kind_(kind), routesBefore_(routesBefore) {}
+
+    void waypoint(const WaypointRecord& waypoint) override {
+        if (counts(TransferKind::waypoints)) {
+            RecordCollector::waypoint(waypoint);
+        }
+    }
+    void route(const RouteRecord& head) override {
+        if (counts(TransferKind::routes)) {
+            RecordCollector::route(head);
+            records.routes.back().number = static_cast<int>(routesBefore_ + records.routes.size());
+        }
+    }
+    void routePoint(const RoutePointRecord& point) override {
+        if (counts(TransferKind::routes)) {
+            RecordCollector::routePoint(point);
+        }
+    }
+    void track(const TrackRecord& head) override {
+        if (counts(TransferKind::tracks)) {
+            RecordCollector::track(head);
+        }
+    }
+    void trackPoint(const TrackPointRecord& point) override {
+        if (counts(TransferKind::tracks)) {
+            RecordCollector::trackPoint(point);
+        }
+    }
+
+private:
+    [[nodiscard]] bool counts(TransferKind kind) const { return kind == kind_; }
+
+    TransferKind kind_;
+    std::size_t routesBefore_;
+};
+
+template <class Record>
+void append(std::vector<Record>& all, std::vector<Record>& more) {
+    std::move(more.begin(), more.end(), std::back_inserter(all));
+}
+
+std::size_t countOf(const Records& records) {
+    std::size_t count = records.waypoints.size();
+    for (const RouteRecord& route : records.routes) {
+        count += 1 + route.points.size();
+    }
+    for (const TrackRecord& track : records.tracks) {
+        count += 1 + track.points.size();
+    }
+    return count;
+}
+
+// Of the upload file's lines, in which 0, 18 and 0 stand for what nobody said.
+WaypointRecord sentRecordOf(const Waypoint& waypoint) {
+    WaypointRecord record = recordOf(waypoint);
+    if (waypoint.altitude == 0) {
+        record.altitude.reset();
+    }
+    if (waypoint.symbol == kDefaultSymbol) {
+        record.symbol.reset();
+    }
+    if (waypoint.display == 0) {
+        record.display.reset();
+    }
+    return record;
+}
+
+TrackPointRecord sentRecordOf(const Trace& point) {
+    TrackPointRecord record = recordOf(point);
+    if (point.altitude == 0) {
+        record.altitude.reset();
+    }
+    return record;
+}
+
+void clear(Records& records, TransferKind kind) {
+    if (kind == TransferKind::waypoints) {
+        records.waypoints.clear();
+    } else if (kind == TransferKind::tracks) {
+        records.tracks.clear();
+    } else {
+        records.routes.clear();
+    }
+}
+
+}  // namespace
+
 bool StorageTransfers::download(const Kind& kind) {
     TransferLog log(services_, kind.kind, TransferDirection::download);
-    const std::vector<std::string> lines = readFolder(kind.gpx, log);
-    if (lines.empty()) {
+    clear(services_.records, kind.kind);
+    const Records found = readFolders(kind, log);
+    const std::size_t count = countOf(found);
+    if (count == 0) {
         services_.host.messageBox(kind.nothing, BoxIcon::information);
         log.end(Ending::nothingThere);
         return false;
     }
-    log->announced = static_cast<int>(lines.size());
-    services_.events.StartDownload(kind.letter, shortNumber(lines.size()), kind.header);
-    std::size_t delivered = 0;
-    while (delivered < lines.size() && mayGoOn()) {
-        const std::string& line = lines[delivered];
-        raise(kind, ++delivered, line, "D");
-    }
+    log->announced = static_cast<int>(count);
+    services_.events.StartDownload(kind.letter, shortNumber(count), kind.header);
+    Delivery delivery(*this, kind, "D");
+    forEachRecord(found, delivery);
     services_.events.EndDownload(kind.letter);
-    log->transferred = static_cast<int>(delivered);
-    log.end(delivered == lines.size() ? Ending::complete : endingOfStop());
-    return delivered > 0;
+    log->transferred = static_cast<int>(delivery.count());
+    log.end(delivery.count() == count ? Ending::complete : endingOfStop());
+    return delivery.count() > 0;
 }
 
 Ending StorageTransfers::endingOfStop() const {
     return endingOfSilentLine(services_.host, state_.connected && unit_.isOpen(), false);
 }
 
-std::vector<std::string> StorageTransfers::readFolder(GpxKind kind, TransferLog& log) {
-    std::vector<std::string> lines;
-    const fs::path root = unit_.root();
-    if (!unit_.outputFolder()) {
-        return lines;
-    }
+// The files of the unit's folders, in which Current holds what the unit is writing.
+std::vector<fs::path> StorageTransfers::files() const {
     std::vector<fs::path> files;
+    for (const fs::path& folder : unit_.outputFolders()) {
+        addFiles(folder, files);
+        std::error_code ignored;
+        const auto current = insideDrive(folder, "Current");
+        if (current && fs::is_directory(*current, ignored)) {
+            addFiles(*current, files);
+        }
+    }
+    return files;
+}
+
+// In the order of their names; a file that two folders lead to is there once.
+void StorageTransfers::addFiles(const fs::path& folder, std::vector<fs::path>& files) const {
+    const fs::path root = unit_.root();
+    std::vector<fs::path> more;
     std::error_code error;
-    fs::directory_iterator entry(*unit_.outputFolder(), error);
+    fs::directory_iterator entry(folder, error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-        if (isGpxFile(root, entry->path())) {
-            files.push_back(entry->path());
+        const bool known = std::any_of(files.begin(), files.end(), [&](const fs::path& file) {
+            std::error_code ignored;
+            return fs::equivalent(file, entry->path(), ignored);
+        });
+        if (!known && isGpxFile(root, entry->path())) {
+            more.push_back(entry->path());
         }
     }
     if (error) {
-        traceReadError(services_.trace, pathText(*unit_.outputFolder()), std::system_error(error));
+        traceReadError(services_.trace, pathText(folder), std::system_error(error));
     }
-    std::sort(files.begin(), files.end());
-    GpxReader reader(kind, services_.host.decimalSeparator());
-    for (const fs::path& file : files) {
-        readFile(reader, file, lines, log);
-    }
-    return lines;
+    std::sort(more.begin(), more.end());
+    files.insert(files.end(), more.begin(), more.end());
 }
 
-void StorageTransfers::readFile(GpxReader& reader, const fs::path& file,
-                                std::vector<std::string>& lines, TransferLog& log) {
-    const std::string path = pathText(file);
-    try {
-        std::vector<std::string> more = reader.readFile(path);
-        std::move(more.begin(), more.end(), std::back_inserter(lines));
-    } catch (const GpxParseError& error) {
-        traceParseError(services_.trace, path, error);
-        ++log->undecodable;
-    } catch (const std::system_error& error) {
-        traceReadError(services_.trace, path, error);
+Records StorageTransfers::readFolders(const Kind& kind, TransferLog& log) {
+    Records all;
+    for (const fs::path& file : files()) {
+        const std::string path = pathText(file);
+        try {
+            KindCollector found(kind.kind, all.routes.size());
+            readRecords(path, FileFormat::gpx, found);
+            append(all.waypoints, found.records.waypoints);
+            append(all.routes, found.records.routes);
+            append(all.tracks, found.records.tracks);
+            continue;
+        } catch (const FileParseError& error) {
+            traceParseError(services_.trace, path, error);
+        } catch (const std::system_error& error) {
+            traceReadError(services_.trace, path, error);
+        }
         ++log->undecodable;
     }
+    return all;
 }
 
 bool StorageTransfers::SendWaypts(const Upload<Waypoint>& upload) {
     const char separator = services_.host.decimalSeparator();
     std::vector<std::string> lines;
+    Records records;
     lines.reserve(upload.records.size());
     for (const Waypoint& waypoint : upload.records) {
         lines.push_back(waypoint.getIdent(separator));
+        records.waypoints.push_back(sentRecordOf(waypoint));
     }
-    return send(kWaypoints, lines, upload.path, upload.reading);
+    return send(kWaypoints, lines, records, upload.path, upload.reading);
 }
 
 bool StorageTransfers::SendRoutes(const Upload<Route>& upload) {
     const char separator = services_.host.decimalSeparator();
     std::vector<std::string> lines;
+    Records records;
     for (const Route& route : upload.records) {
         lines.push_back(route.getIdent());
+        records.routes.push_back(recordOf(route));
         for (const Waypoint& point : route.Waypoints()) {
             lines.push_back(point.getIdent(separator));
+            records.routes.back().points.push_back({sentRecordOf(point), std::nullopt});
         }
     }
-    return send(kRoutes, lines, upload.path, upload.reading);
+    return send(kRoutes, lines, records, upload.path, upload.reading);
 }
 
 bool StorageTransfers::SendTraces(const Upload<TrackItem>& upload) {
     const char separator = services_.host.decimalSeparator();
     std::vector<std::string> lines;
+    Records records;
     lines.reserve(upload.records.size());
     for (const TrackItem& item : upload.records) {
-        const auto* header = std::get_if<TrkHeader>(&item);
-        lines.push_back(header != nullptr ? header->getIdent()
-                                          : std::get<Trace>(item).getIdent(separator));
+        if (const auto* header = std::get_if<TrkHeader>(&item)) {
+            lines.push_back(header->getIdent());
+            records.tracks.emplace_back().name = header->getNom();
+        } else {
+            const auto& point = std::get<Trace>(item);
+            lines.push_back(point.getIdent(separator));
+            addPoint(records, sentRecordOf(point));
+        }
     }
-    return send(kTracks, lines, upload.path, upload.reading);
+    return send(kTracks, lines, records, upload.path, upload.reading);
 }
 
 // The file on the unit, in the name's own case there. A box tells why there can be none.
@@ -227,9 +409,19 @@ std::optional<fs::path> StorageTransfers::target(const std::string& path, Transf
     return std::nullopt;
 }
 
-bool StorageTransfers::save(const GpxWriter& writer, const fs::path& file, TransferLog& log) const {
+bool StorageTransfers::save(const Records& records, const fs::path& file, TransferLog& log,
+                            std::size_t& leftOut) const {
     try {
-        writer.save(pathText(file));
+        saveFile(
+            pathText(file),
+            [&](std::ostream& out) {
+                const auto writer =
+                    makeRecordWriter(FileFormat::gpx, out, {{}, {}, boundsOf(records)});
+                forEachRecord(records, *writer);
+                writer->finish();
+                leftOut = writer->leftOut();
+            },
+            unit_.replacement());
         return true;
     } catch (const std::system_error& error) {
         showError(error, log);
@@ -243,25 +435,25 @@ void StorageTransfers::showError(const std::system_error& error, TransferLog& lo
 }
 
 bool StorageTransfers::send(const Kind& kind, const std::vector<std::string>& lines,
-                            const std::string& path, const FileReading& reading) {
+                            const Records& records, const std::string& path,
+                            const FileReading& reading) {
     TransferLog log(services_, kind.kind, TransferDirection::upload);
     reportReading(log, reading);
     log->announced = static_cast<int>(lines.size());
+    clear(services_.records, kind.kind);
     const std::optional<fs::path> file = target(path, log);
     if (!file) {
         return log.end(Ending::fileError);
     }
     services_.events.StartUpload(kind.letter, shortNumber(lines.size()), kind.uploadLabel);
-    GpxWriter writer;
-    for (std::size_t i = 0; i < lines.size() && mayGoOn(); ++i) {
-        raise(kind, i + 1, lines[i], "U");
-        writer.addLine(lines[i]);
-    }
+    Delivery delivery(*this, kind, "U", &lines);
+    forEachRecord(records, delivery);
     const bool goesOn = mayGoOn();
-    const bool written = goesOn && save(writer, *file, log);
+    std::size_t leftOut = 0;
+    const bool written = goesOn && save(records, *file, log, leftOut);
     services_.events.EndUpload(kind.letter);
     if (written) {
-        log->transferred = static_cast<int>(lines.size() - writer.leftOut());
+        log->transferred = static_cast<int>(lines.size() - leftOut);
     }
     return log.end(written ? Ending::complete : goesOn ? Ending::fileError : endingOfStop());
 }

@@ -15,7 +15,6 @@
 #include "garmin/records/TrackItem.h"
 #include "garmin/records/Waypoint.h"
 #include "host/Services.h"
-#include "marlune/Gpx.h"
 #include "storage/StorageUnit.h"
 
 namespace marlune {
@@ -43,16 +42,19 @@ private:
     static const Kind kTracks;
     static const Kind kRoutes;
 
+    class Delivery;
+
     bool download(const Kind& kind);
-    std::vector<std::string> readFolder(GpxKind kind, TransferLog& log);
-    void readFile(GpxReader& reader, const std::filesystem::path& file,
-                  std::vector<std::string>& lines, TransferLog& log);
-    bool send(const Kind& kind, const std::vector<std::string>& lines, const std::string& path,
-              const FileReading& reading);
+    Records readFolders(const Kind& kind, TransferLog& log);
+    std::vector<std::filesystem::path> files() const;
+    void addFiles(const std::filesystem::path& folder,
+                  std::vector<std::filesystem::path>& files) const;
+    bool send(const Kind& kind, const std::vector<std::string>& lines, const Records& records,
+              const std::string& path, const FileReading& reading);
     [[nodiscard]] std::optional<std::filesystem::path> target(const std::string& path,
                                                               TransferLog& log) const;
-    [[nodiscard]] bool save(const GpxWriter& writer, const std::filesystem::path& file,
-                            TransferLog& log) const;
+    [[nodiscard]] bool save(const Records& records, const std::filesystem::path& file,
+                            TransferLog& log, std::size_t& leftOut) const;
     void showError(const std::system_error& error, TransferLog& log) const;
     [[nodiscard]] Ending endingOfStop() const;
     void raise(const Kind& kind, std::size_t number, const std::string& line,

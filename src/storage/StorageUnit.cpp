@@ -4,11 +4,11 @@
 #include <system_error>
 
 #include "base/FilePath.h"
+#include "base/NoCase.h"
 #include "base/SystemError.h"
 #include "storage/DeviceDescription.h"
 #include "storage/DriveFolder.h"
 #include "storage/Messages.h"
-#include "storage/NoCase.h"
 #include "storage/WholeFile.h"
 
 namespace marlune {
@@ -92,11 +92,16 @@ bool StorageUnit::find(Services& services) {
 void StorageUnit::close() {
     drive_.reset();
     inputFolder_.reset();
-    outputFolder_.reset();
+    outputFolders_.clear();
 }
 
 fs::path StorageUnit::root() const {
     return drive_ ? filePath(drive_->rootFolder) : fs::path();
+}
+
+Replacement StorageUnit::replacement() const {
+    // Mounts of units that speak MTP do not rename over a file.
+    return drive_ && drive_->fileSystem == "mtp" ? Replacement::newName : Replacement::rename;
 }
 
 bool StorageUnit::identify(Services& services, ConnectionState& state) {
@@ -113,7 +118,12 @@ bool StorageUnit::identify(Services& services, ConnectionState& state) {
         state.productId = device.id;
         state.softwareVersion = device.softwareVersion;
         inputFolder_ = folderOf(services.trace, root(), device.inputFolder);
-        outputFolder_ = folderOf(services.trace, root(), device.outputFolder);
+        outputFolders_.clear();
+        for (const std::string& name : device.outputFolders) {
+            if (auto folder = folderOf(services.trace, root(), name)) {
+                outputFolders_.push_back(std::move(*folder));
+            }
+        }
         state.connected = true;
         services.trace.traceLine(identText(state));
     } catch (const GpxParseError& error) {

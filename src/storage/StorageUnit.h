@@ -6,10 +6,12 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include "family/ConnectionState.h"
 #include "host/Services.h"
 #include "marlune/Gpx.h"
+#include "storage/formats/SaveFile.h"
 
 namespace marlune {
 
@@ -30,19 +32,23 @@ public:
 
     // The drive's root; empty when no drive was found.
     [[nodiscard]] std::filesystem::path root() const;
-    // Where GPX files for the unit and from the unit stand; nothing when the unit names no such
-    // folder, or one outside its drive.
+    // Where GPX files for the unit stand; nothing when the unit names no such folder, or one
+    // outside its drive.
     [[nodiscard]] const std::optional<std::filesystem::path>& inputFolder() const {
         return inputFolder_;
     }
-    [[nodiscard]] const std::optional<std::filesystem::path>& outputFolder() const {
-        return outputFolder_;
+    // Where GPX files from the unit stand: the folders that it names, without those outside its
+    // drive.
+    [[nodiscard]] const std::vector<std::filesystem::path>& outputFolders() const {
+        return outputFolders_;
     }
+    // How a file on the drive is replaced.
+    [[nodiscard]] Replacement replacement() const;
 
 private:
     std::optional<Drive> drive_;
     std::optional<std::filesystem::path> inputFolder_;
-    std::optional<std::filesystem::path> outputFolder_;
+    std::vector<std::filesystem::path> outputFolders_;
 };
 
 // What the trace tells about a file that could not be parsed, or read.

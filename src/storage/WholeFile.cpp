@@ -8,7 +8,7 @@
 #include "base/FilePath.h"
 #include "base/SystemError.h"
 #include "host/Services.h"
-#include "storage/GpxValues.h"
+#include "storage/formats/GpxValues.h"
 
 namespace marlune {
 namespace {

@@ -1,8 +1,8 @@
 #include "storage/XmlText.h"
 
 #include "marlune/Gpx.h"
-#include "storage/GpxValues.h"
 #include "storage/WholeFile.h"
+#include "storage/formats/GpxValues.h"
 
 namespace marlune {
 

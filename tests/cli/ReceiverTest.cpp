@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <filesystem>
 #include <fstream>
 
 #include "cli/Program.h"
@@ -56,26 +57,78 @@ TEST_F(ReceiverTest, FollowsThePositionUntilCtrlC) {
     EXPECT_THAT(run(receiver, {"ident"}), StartsWith("Marlune Version "));
 }
 
-// A receiver's tracks and routes go into a GPX file, from there into another receiver, and come
-// back from it as they were, but for what GPX does not carry.
-TEST_F(ReceiverTest, GpxTakesTracksAndRoutesFromOneReceiverToAnother) {
-    const std::string gpx = folder.path() / "all.gpx";
-    receivers::ReceiverOptions empty;
-    empty.dataFile = folder.write("empty", "");
-    for (const GpxKind kind : {GpxKind::tracks, GpxKind::routes}) {
-        const std::string get = kind == GpxKind::tracks ? "tracks" : "routes";
-        const BuiltIn first("garmin");
-        const BuiltIn second("garmin", empty, false);
-        const std::string all = run(first, {get, "--gpx", gpx});
-        const std::string sent = run(second, {"send-" + get, gpx});
-        const std::vector<std::string> lines = GpxReader(kind).readFile(gpx);
-        EXPECT_GE(lines.size(), 10U);
-        for (const std::string& line : lines) {
-            EXPECT_THAT(sent, HasSubstr(line + "\n"));
-        }
-        // Routes came without their points' symbols.
-        EXPECT_EQ(run(second, {get}), kind == GpxKind::tracks ? all : sent);
+// What a receiver holds, but for what no command sends.
+std::string holdings(const BuiltIn& receiver) {
+    std::string text;
+    for (const std::string& line : receiver.lines()) {
+        text += line.starts_with("P;") ? "" : line + "\n";
     }
+    return text;
+}
+
+// A receiver's records go into files, from there into an empty one of its kind, and are the same.
+TEST_F(ReceiverTest, FilesTakeEverythingFromOneReceiverToAnother) {
+    const struct {
+        const char* unit;
+        const char* suffix;
+    } cases[] = {{"map162", ".gpx"}, {"map76", ".csv"}};
+    for (const auto& c : cases) {
+        receivers::ReceiverOptions full;
+        full.unit = c.unit;
+        receivers::ReceiverOptions empty = full;
+        empty.dataFile = folder.write("empty", "");
+        const BuiltIn first("garmin", full, false);
+        const BuiltIn second("garmin", empty, false);
+        for (const std::string kind : {"waypoints", "routes", "tracks"}) {
+            const std::string file = folder.path() / (kind + c.suffix);
+            (void)run(first, {kind, "-o", file});
+            (void)run(second, {"send-" + kind, file});
+        }
+        EXPECT_EQ(holdings(second), holdings(first)) << c.unit;
+    }
+}
+
+TEST_F(ReceiverTest, WritesTheFormatThatIsAskedFor) {
+    const BuiltIn receiver("garmin");
+    const std::string lines = run(receiver, {"tracks"});
+    const std::string file = folder.path() / "t.geojson";
+    EXPECT_EQ(run(receiver, {"tracks", "-o", file}), lines);
+    EXPECT_THAT(folder.read("t.geojson"), StartsWith("{\"type\":\"FeatureCollection\""));
+    EXPECT_THAT(run(receiver, {"tracks", "--format", "csv"}), StartsWith("kind,name,"));
+    (void)run(receiver, {"tracks", "-o", folder.path() / "t.txt"});
+    EXPECT_EQ(folder.read("t.txt"), lines);
+    // 2006 is as far back as a receiver of 2026 says.
+    Program fixed({"tracks", "--format", "gpx", "--reference", "2027-01-01", "--port",
+                   receiver.path(), "--lang", "en"});
+    EXPECT_THAT(fixed.rest(), HasSubstr("<time>2026-"));
+    EXPECT_EQ(fixed.wait(), 0);
+    EXPECT_THAT(fixed.errors(), HasSubstr(" were moved forward by 1024 weeks"));
+}
+
+TEST_F(ReceiverTest, FeedsNavigationProgramsWithSentences) {
+    const BuiltIn receiver("garmin");
+    const std::string link = folder.path() / "feed";
+    Program program({"pvt", "--format", "nmea", "--link", link, "--port", receiver.path()});
+    EXPECT_THAT(program.line().value_or(""), StartsWith("$GPGGA,"));
+    EXPECT_THAT(program.line().value_or(""), StartsWith("$GPRMC,"));
+    Program reader({"nmea", "$GPGGA", "30", "--port", link});
+    EXPECT_THAT(reader.line().value_or(""), StartsWith("$GPGGA,"));
+    reader.signal(SIGINT);
+    EXPECT_EQ(reader.wait(), 130);
+    program.signal(SIGINT);
+    EXPECT_EQ(program.wait(), 130);
+    EXPECT_FALSE(std::filesystem::is_symlink(link));
+}
+
+TEST_F(ReceiverTest, FindsTheReceiverAndUsesIt) {
+    const BuiltIn receiver("garmin");
+    Program program({"find", receiver.path(), "--lang", "en"});
+    EXPECT_EQ(program.rest(), "--port " + receiver.path() + " --mark GRM\n");
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_THAT(program.errors(), HasSubstr("asking " + receiver.path() + " for GRM"));
+    EXPECT_THAT(program.errors(), HasSubstr("GPSId: "));
+    EXPECT_THAT(outputOf({"ports", "--port-device", "7=" + receiver.path()}),
+                HasSubstr(receiver.path() + "  COM7  yes"));
 }
 
 TEST_F(ReceiverTest, ADriveKeepsTheNameOfTheFile) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "base/SystemError.h"
+#include "control/DateFix.h"
 #include "host/Services.h"
 #include "support/Dialogue.h"
 
@@ -171,6 +172,41 @@ TEST(Control, EmptiesTheQueuesAndClosesWhatItOpened) {
     EXPECT_EQ(port.settlings, 1) << "the unit may still answer";
     stage.control().gpsDisconnect();
     EXPECT_EQ(port.closings, 1);
+}
+
+// Whatever comes after the last look, and nothing twice.
+TEST(DateFix, MovesWhatComes) {
+    constexpr double kOld = 936000000;  // 1999
+    constexpr double kReference = kOld + 1024 * 7 * 86400.0 + 86400;
+    const auto pointOf = [](double time) {
+        TrackPointRecord point;
+        point.time = time;
+        return point;
+    };
+    DateFix dates;
+    Records records;
+    records.tracks.resize(1);
+    records.tracks[0].points = {pointOf(kOld)};
+    dates.apply(records, 1);
+    EXPECT_EQ(dates.moved(), 0) << "nobody asked for it";
+    dates.setReference(kReference);
+    for (int points = 2; points < 4; ++points) {
+        records.tracks.back().points.push_back(pointOf(kOld));
+        dates.apply(records, 1);
+        dates.apply(records, 1);
+        EXPECT_EQ(dates.moved(), points);
+    }
+    records.tracks.push_back(records.tracks[0]);
+    records.tracks[1].points[0] = pointOf(kOld);
+    records.waypoints.resize(1);
+    records.waypoints[0].time = kOld;
+    dates.apply(records, 1);
+    EXPECT_EQ(dates.moved(), 5);
+    EXPECT_EQ(records.tracks[1].points[0].time, kReference - 86400);
+    records.tracks = {TrackRecord{"", {}, {}, {pointOf(kOld), pointOf(kOld)}}};
+    dates.apply(records, 2);
+    EXPECT_EQ(dates.moved(), 2);
+    EXPECT_EQ(records.tracks[0].points[0].time, kReference - 86400);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "host/MountedDrives_linux.h"
+#include "host/MtpDrives_linux.h"
 #include "host/UserFolders_posix.h"
 #include "marlune/SystemHost.h"
 #include "support/TempFolder.h"
@@ -102,6 +103,39 @@ TEST(SystemHostOnLinux, TellsTheLocalDate) {
     constexpr double kRounding = 1e-9;
     EXPECT_GE(now - 5.5 / 24, before - kRounding);
     EXPECT_LE(now - 5.5 / 24, after + kRounding);
+}
+
+TEST(MtpDrives, AreTheStoragesBelowTheRuntimeFolder) {
+    const TempFolder folder;
+    for (const char* storage :
+         {"gvfs/mtp:host=Garmin_GPSMAP%2066/Internal Storage",
+          "gvfs/mtp:host=Garmin_GPSMAP%2066/SD", "gvfs/mtp:host=Phone/Card",
+          "gvfs/smb-share:server=garmin/x", "kio-fuse-AbCdEf/mtp/Edge by garmin/Storage",
+          "kio-fuse-AbCdEf/sftp/garmin/x"}) {
+        fs::create_directories(folder.path() / storage);
+    }
+    (void)folder.write("gvfs/mtp:host=Phone/file", "");
+    std::string all;
+    const Environment runtime("XDG_RUNTIME_DIR", folder.path().string());
+    for (const Drive& drive : SystemHost().drives()) {
+        if (drive.fileSystem == "mtp") {
+            EXPECT_TRUE(drive.isReady);
+            all += drive.volumeName + " " + fs::relative(drive.rootFolder, folder.path()).string() +
+                   "\n";
+        }
+    }
+    EXPECT_EQ(all,
+              "GARMIN gvfs/mtp:host=Garmin_GPSMAP%2066/Internal Storage\n"
+              "GARMIN gvfs/mtp:host=Garmin_GPSMAP%2066/SD\n"
+              "Phone gvfs/mtp:host=Phone/Card\n"
+              "GARMIN kio-fuse-AbCdEf/mtp/Edge by garmin/Storage\n");
+    fs::create_directories(folder.path() / "m/Store/garmin");
+    fs::create_directories(folder.path() / "m/Card");
+    std::string mounted;
+    for (const Drive& drive : drivesOfMtpMount(folder.path() / "m")) {
+        mounted += drive.volumeName + " ";
+    }
+    EXPECT_EQ(mounted, "Card GARMIN ");
 }
 
 TEST(MountedDrives, AreTheFileSystemsOnBlockDevices) {

@@ -16,12 +16,18 @@ namespace fs = std::filesystem;
 // From the top. What stands beside each other on one floor does not know of the other.
 using Floor = std::vector<std::string_view>;
 const std::vector<Floor> kFloors = {
-    {"control"},        {"nmea/magellan", "nmea/mlr", "storage"},
-    {"nmea"},           {"garmin"},
-    {"family"},         {"garmin/link"},
-    {"garmin/records"}, {"garmin/values"},
-    {"serial", "usb"},  {"host"},
-    {"base"},           {"resources"},
+    {"control"},
+    {"nmea/magellan", "nmea/mlr", "storage"},
+    {"nmea", "storage/formats"},
+    {"garmin"},
+    {"family"},
+    {"garmin/link"},
+    {"garmin/records"},
+    {"garmin/values"},
+    {"serial", "usb"},
+    {"host"},
+    {"base"},
+    {"resources"},
 };
 
 // The floor of a folder, counted from the top; below all of them for what is no folder of ours.

@@ -52,7 +52,10 @@ TEST_F(GpxWriterTest, WritesEveryKindInTheSchemasOrder) {
                "W;P;9;8;note;50;18;0", "R;4;", "R", "", "X;1;2"});
     EXPECT_EQ(text,
               R"(<?xml version="1.0" encoding="UTF-8"?>
-<gpx version="1.1" creator="Marlune" xmlns="http://www.topografix.com/GPX/1/1">
+<gpx version="1.1" creator="Marlune" xmlns="http://www.topografix.com/GPX/1/1" xmlns:marlune="urn:marlune:gpx:1">
+  <metadata>
+    <bounds minlat="1" minlon="-0.000001" maxlat="9" maxlon="8" />
+  </metadata>
   <wpt lat="9" lon="8">
     <ele>50</ele>
     <name>P</name>

@@ -47,7 +47,7 @@ TEST(DeviceDescription, ReadsWhatIdentifiesTheUnitAndItsFolders) {
     EXPECT_EQ(device.description, "eTrex Été");
     EXPECT_EQ(device.softwareVersion, "2.80");
     EXPECT_EQ(device.inputFolder, "In/GPX") << "not the folder of the maps";
-    EXPECT_EQ(device.outputFolder, "Out/GPX");
+    EXPECT_THAT(device.outputFolders, ElementsAre("Out/GPX"));
 }
 
 TEST(DeviceDescription, IgnoresNamespaces) {
@@ -58,7 +58,7 @@ TEST(DeviceDescription, IgnoresNamespaces) {
         "OutputFromUnit</g:TransferDirection></g:File></g:DataType></g:MassStorageMode>"
         "</g:Device>");
     EXPECT_EQ(device.softwareVersion, "3.05");
-    EXPECT_EQ(device.outputFolder, "A");
+    EXPECT_THAT(device.outputFolders, ElementsAre("A"));
     EXPECT_EQ(device.inputFolder + device.id, "");
 }
 
@@ -233,6 +233,48 @@ TEST_F(MassStorageTest, DownloadsEveryFileOfTheOutputFolderInNameOrder) {
                                    "TrackHeader|1|N;Walk|D", "TrackData|2|T;3;3;0;0;-1|D",
                                    "EndDownload|T"));
     EXPECT_THAT(host_.boxes, IsEmpty());
+}
+
+TEST_F(MassStorageTest, ReadsWhatTheUnitIsWritingAndAFileOnce) {
+    const std::string one = described("Garmin/In", "Garmin/Out");
+    const std::string more =
+        "<File><Location><Path>garmin/OUT</Path></Location>"
+        "<TransferDirection>OutputFromUnit</TransferDirection></File>"
+        "<File><Location><Path>Garmin/Second</Path></Location>"
+        "<TransferDirection>OutputFromUnit</TransferDirection></File></DataType></MassStorageMode>";
+    const std::string end = "</DataType></MassStorageMode>";
+    write("Garmin/GarminDevice.xml", std::string(one).replace(one.find(end), end.size(), more));
+    write("Garmin/Out/z.gpx", kGpx +
+                                  "<wpt lat='1' lon='1.00000049'><name>Z</name>"
+                                  "<ele>0</ele><sym>Bank</sym></wpt></gpx>");
+    write("Garmin/Out/CURRENT/c.gpx", kGpx + "<wpt lat='2' lon='2'><name>C</name></wpt></gpx>");
+    write("Garmin/Second/a.gpx", kGpx + "<wpt lat='3' lon='3'><name>A</name></wpt></gpx>");
+    EXPECT_TRUE(connected().getWaypts());
+    ASSERT_EQ(told_.size(), 5U);
+    EXPECT_EQ(told_[1], "WayptData|1|W;Z;1;1;;0;18;0|D");
+    EXPECT_EQ(told_[2], "WayptData|2|W;C;2;2;;0;18;0|D");
+    EXPECT_EQ(told_[3], "WayptData|3|W;A;3;3;;0;18;0|D");
+    const WaypointRecord& first = services_.records.waypoints.at(0);
+    EXPECT_EQ(first.longitude, 1.00000049);
+    EXPECT_EQ(first.altitude, 0.0F);
+    EXPECT_EQ(first.symbol, 6);
+}
+
+TEST_F(MassStorageTest, SendsWhatTheFileSaidUnrounded) {
+    const std::string path =
+        unitFolder_.write("host/a.txt", "W;PT1;45.12345678;1.5;;152.6;6;1\r\n");
+    std::vector<Waypoint> waypoints;
+    ASSERT_TRUE(readWaypointFile(host_, path, storageUploadFormat("GRM_USB_GPX", "."), waypoints));
+    Drive mounted = drive("GARMIN");
+    mounted.fileSystem = "mtp";
+    host_.driveList = {mounted};
+    write("Garmin/In/a.gpx", "old");
+    EXPECT_TRUE(connected().SendWaypts({.records = waypoints, .path = "a.txt"}));
+    EXPECT_EQ(told_.at(1), "WayptData|1|W;PT1;45.123457;1.5;;153;6;1|U");
+    const std::string gpx = read("Garmin/In/a.gpx");
+    EXPECT_THAT(gpx, HasSubstr("lat=\"45.12345678\""));
+    EXPECT_THAT(gpx, HasSubstr("<ele>152.6</ele>"));
+    EXPECT_THAT(gpx, HasSubstr("<sym>Bank</sym>"));
 }
 
 TEST_F(MassStorageTest, TellsThatNothingIsThere) {

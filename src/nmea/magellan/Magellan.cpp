@@ -213,7 +213,10 @@ void Magellan::takeWaypoint(const std::string& sentence, int received, TransferL
         return;
     }
     ++log->transferred;
-    services_.records.waypoints.push_back(recordOf(waypoint));
+    WaypointRecord record = recordOf(waypoint);
+    record.symbol.reset();  // the sentence's icon is not read
+    record.display.reset();
+    services_.records.waypoints.push_back(std::move(record));
     services_.events.GpsInfo(nmeatext::kProgress + std::to_string(received));
     services_.events.WayptData(kUnknownCount, waypoint.getIdent(separator()), "D");
 }

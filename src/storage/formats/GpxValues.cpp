@@ -1,4 +1,4 @@
-#include "storage/GpxValues.h"
+#include "storage/formats/GpxValues.h"
 
 #include <algorithm>
 #include <charconv>
@@ -16,10 +16,6 @@ using std::chrono::day;
 using std::chrono::month;
 using std::chrono::year;
 using std::chrono::year_month_day;
-
-const Days kDayZero = year{1899} / 12 / 30;
-
-constexpr std::int64_t kMillisecondsOfDay = 86'400'000;
 
 // Reads the numbers of a time text one after the other; once a piece is missing it stays failed.
 class TimeReader {
@@ -111,15 +107,18 @@ bool gpxOnEarth(std::optional<double> latitude, std::optional<double> longitude)
     return latitude && longitude && std::abs(*latitude) <= 90 && std::abs(*longitude) <= 180;
 }
 
-std::string gpxTime(double days) {
-    constexpr std::int64_t kEnd = 2'958'466 * kMillisecondsOfDay;  // 01/01/10000
-    const double milliseconds = std::round(days * kMillisecondsOfDay);
-    if (!(milliseconds > 0 && milliseconds < kEnd)) {
+std::string isoTime(double seconds) {
+    constexpr std::int64_t kBegin = -2'208'988'800'000;  // 01/01/1900
+    constexpr std::int64_t kEnd = 253'402'300'800'000;   // 01/01/10000
+    const double milliseconds = std::round(seconds * 1000);
+    if (!(milliseconds >= kBegin && milliseconds < kEnd)) {
         return {};
     }
-    const auto all = static_cast<std::int64_t>(milliseconds);
-    const year_month_day date(kDayZero + std::chrono::days(all / kMillisecondsOfDay));
-    const std::chrono::hh_mm_ss time(std::chrono::milliseconds(all % kMillisecondsOfDay));
+    const std::chrono::sys_time<std::chrono::milliseconds> moment(
+        std::chrono::milliseconds(static_cast<std::int64_t>(milliseconds)));
+    const auto day = std::chrono::floor<std::chrono::days>(moment);
+    const year_month_day date(day);
+    const std::chrono::hh_mm_ss time(moment - day);
     const auto number = [](auto value, std::size_t width) {
         std::string text = std::to_string(value);
         return text.insert(0, width - std::min(width, text.size()), '0');
@@ -135,7 +134,7 @@ std::string gpxTime(double days) {
     return text + "Z";
 }
 
-double gpxDays(std::string_view time) {
+std::optional<double> isoSeconds(std::string_view time) {
     TimeReader in(trimBlanks(time));
     const year y{in.digits(4)};
     in.expect('-');
@@ -152,10 +151,10 @@ double gpxDays(std::string_view time) {
     const year_month_day date(y, m, d);
     // Midnight may be written 24:00:00, and a leap second is second 60.
     if (!in.good() || !in.atEnd() || !date.ok() || hours > 24 || minutes > 59 || seconds >= 61) {
-        return 0;
+        return std::nullopt;
     }
-    const auto days = (Days(date) - kDayZero).count();
-    return static_cast<double>(days) + ((hours * 60 + minutes - zone) * 60 + seconds) / 86400.0;
+    const auto days = Days(date).time_since_epoch().count();
+    return static_cast<double>(days) * 86400.0 + (hours * 60 + minutes - zone) * 60 + seconds;
 }
 
 std::string gpxText(std::string_view text) {
