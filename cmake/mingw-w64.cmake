@@ -12,6 +12,10 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 # Libraries that are built with the tree. Their own files are found before CMake's modules.
 set(CMAKE_FIND_PACKAGE_PREFER_CONFIG ON)
+# What nearly every file includes; compiled once.
+set(MARLUNE_COMMON_HEADERS <algorithm> <array> <functional> <memory> <optional> <span> <string>
+    <string_view> <vector>)
+
 set(pugixml_DIR ${CMAKE_CURRENT_LIST_DIR}/pugixml)
 set(EXPAT_DIR ${CMAKE_CURRENT_LIST_DIR}/expat)
 set(nlohmann_json_DIR ${CMAKE_CURRENT_LIST_DIR}/nlohmann_json)
