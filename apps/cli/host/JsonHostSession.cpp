@@ -36,7 +36,8 @@ std::optional<GpxKind> sentKind(std::string_view member) {
 }  // namespace
 
 JsonHostSession::JsonHostSession(const Options& options, int input, Output& output,
-                                 HostServices& host, const Interrupt& interrupt)
+                                 HostServices& host, const Interrupt& interrupt,
+                                 const MakeControl& make)
     : options_(options),
       speech_(options.language),
       host_(host),
@@ -45,8 +46,8 @@ JsonHostSession::JsonHostSession(const Options& options, int input, Output& outp
       interrupt_(interrupt),
       writer_(output),
       events_(writer_, *this),
-      control_(host, events_),
-      stop_(control_, host, output) {
+      control_(make(host, events_)),
+      stop_(*control_, host, output) {
     host.onBox = [this](const std::string& text, BoxIcon icon) {
         writer_.box(text, icon);
         stop_.act();
@@ -54,7 +55,7 @@ JsonHostSession::JsonHostSession(const Options& options, int input, Output& outp
     host.onProcessEvents = [this] { processEvents(); };
     host.onWait = [this] { return disconnectionWaits(); };
     if (options.details) {
-        writer_.tellDetailsOf(control_);
+        writer_.tellDetailsOf(*control_);
     }
 }
 
@@ -185,7 +186,7 @@ surface::Result JsonHostSession::perform(const Call& call) {
     }
     const bool connectingBefore = std::exchange(connecting_, member == "gpsConnect");
     surface::Result result =
-        sentKind(member) ? upload(call) : call.member->call(control_, call.arguments);
+        sentKind(member) ? upload(call) : call.member->call(*control_, call.arguments);
     if (connecting_) {
         callUrgent();  // the disconnection that ended it
     }
@@ -199,12 +200,12 @@ surface::Result JsonHostSession::upload(const Call& call) {
     const std::string& path = std::get<std::string>(call.arguments.front());
     std::error_code ignored;
     if (!std::filesystem::is_regular_file(path, ignored) || access(path.c_str(), R_OK) != 0) {
-        return call.member->call(control_, call.arguments);
+        return call.member->call(*control_, call.arguments);
     }
     try {
         const UploadFile file(path, *sentKind(call.member->name), speech_);
         const surface::Argument argument = file.path();
-        return call.member->call(control_, {&argument, 1});
+        return call.member->call(*control_, {&argument, 1});
     } catch (const std::runtime_error& error) {
         writer_.box(error.what(), BoxIcon::critical);
         return false;
