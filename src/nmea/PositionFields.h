@@ -1,7 +1,11 @@
 // Positions and altitudes in the fields of received sentences.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
+
+#include "garmin/records/ExactPosition.h"
+#include "nmea/Sentence.h"
 
 namespace marlune {
 
@@ -15,5 +19,11 @@ double readLongitude(std::string_view field, std::string_view hemisphere);
 // from all earlier downloads, and compare. Any other unit is metres. Raises overflow when a single
 // cannot hold it.
 float readAltitude(std::string_view field, std::string_view unit);
+
+// The same at full precision: latitude, hemisphere, longitude and hemisphere from that field on,
+// and no altitude.
+ExactPosition readExactPosition(const Sentence& sentence, std::size_t field);
+// None for an empty field; a foot is a foot here.
+std::optional<float> readExactAltitude(std::string_view field, std::string_view unit);
 
 }  // namespace marlune

@@ -21,20 +21,31 @@ std::string pointText(const RouteDialect& dialect, const Waypoint& point) {
     return ',' + std::string(trimBlanks(name)) + (dialect.hasIcons ? ",a" : "");
 }
 
+// Where the route's name stands, or the first point where there is no name.
+constexpr std::size_t kName = 5;
+
+bool hasName(const RouteDialect& dialect, const Sentence& fields, const KnownPoints& known) {
+    const auto isPoint = [&](std::size_t field) {
+        return known.count(fromAnsi(trimBlanks(fields.field(field)))) > 0;
+    };
+    return dialect.hasName && (!isPoint(kName) || isPoint(kName + 1));
+}
+
 }  // namespace
 
-RoutePhrase readRouteSentence(const RouteDialect& dialect, std::string_view sentence) {
-    constexpr std::size_t kName = 5;
+RoutePhrase readRouteSentence(const RouteDialect& dialect, std::string_view sentence,
+                              const KnownPoints& known) {
     const Sentence fields(sentence);
+    const bool named = hasName(dialect, fields, known);
     RoutePhrase phrase;
     phrase.total = roundTo<std::int16_t>(readNumber(fields.field(1)));
     phrase.index = roundTo<std::int16_t>(readNumber(fields.field(2)));
     phrase.number = roundTo<std::uint8_t>(readNumber(fields.field(4)));
-    if (dialect.hasName) {
+    if (named) {
         phrase.name = fromAnsi(trimBlanks(fields.field(kName)));
     }
     const std::size_t step = dialect.hasIcons ? 2 : 1;
-    for (std::size_t i = dialect.hasName ? kName + 1 : kName; i < fields.fieldCount(); i += step) {
+    for (std::size_t i = named ? kName + 1 : kName; i < fields.fieldCount(); i += step) {
         if (const std::string_view point = trimBlanks(fields.field(i)); !point.empty()) {
             phrase.points.push_back(fromAnsi(point));
         }
@@ -62,8 +73,8 @@ std::vector<std::string> routeSentences(const RouteDialect& dialect, const Route
     return sentences;
 }
 
-RoutePhrase RouteMGN(std::string_view sentence) {
-    return readRouteSentence(kMagellan, sentence);
+RoutePhrase RouteMGN(std::string_view sentence, const KnownPoints& known) {
+    return readRouteSentence(kMagellan, sentence, known);
 }
 
 std::vector<std::string> PhraseRouteMGN(const Route& route) {

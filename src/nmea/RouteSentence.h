@@ -10,11 +10,13 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "garmin/records/Route.h"
+#include "garmin/records/Waypoint.h"
 #include "nmea/RouteAssembly.h"
 
 namespace marlune {
@@ -28,14 +30,20 @@ struct RouteDialect {
     std::size_t longestPointName;
 };
 
-// What a route sentence says. Raises overflow for numbers that do not fit.
-RoutePhrase readRouteSentence(const RouteDialect& dialect, std::string_view sentence);
+// Waypoints by their names.
+using KnownPoints = std::map<std::string, Waypoint>;
+
+// What a route sentence says. Raises overflow for numbers that do not fit. Some receivers leave the
+// route's name out: then its place names a known point, and the place of the first point, with an
+// icon, names none.
+RoutePhrase readRouteSentence(const RouteDialect& dialect, std::string_view sentence,
+                              const KnownPoints& known = {});
 
 // A route's sentences in order, ready to be sent; none for a route without points.
 std::vector<std::string> routeSentences(const RouteDialect& dialect, const Route& route);
 
 // Magellan.
-RoutePhrase RouteMGN(std::string_view sentence);
+RoutePhrase RouteMGN(std::string_view sentence, const KnownPoints& known = {});
 std::vector<std::string> PhraseRouteMGN(const Route& route);
 
 // MLR. Point names are cut to six characters, as those of the points themselves are.

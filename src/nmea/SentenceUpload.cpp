@@ -22,17 +22,31 @@ int recordCount(const std::vector<Route>& routes) {
 }
 
 void sendEnd(Services& services, PortLease& port, const UploadDialect& dialect) {
-    if (!dialect.endCommand.empty()) {
+    if (!dialect.endCommand.empty() && !port.isGone()) {
         sendSentence(services, port, dialect.endCommand);
     }
 }
 
+// A route's points, then the sentences that name them. False when the system did not take one.
+bool sendRoute(Services& services, PortLease& port, const UploadDialect& dialect,
+               const Route& route) {
+    for (const Waypoint& point : route.Waypoints()) {
+        if (!sendSentence(services, port, dialect.waypoint(point))) {
+            return false;
+        }
+    }
+    for (const std::string& sentence : dialect.route(route)) {
+        if (!sendSentence(services, port, sentence)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 }  // namespace
 
-void sendSentence(Services& services, PortLease& port, std::string_view sentence) {
-    if (port.holds()) {
-        sendText(port, services.trace, fromAnsi(sentence));
-    }
+bool sendSentence(Services& services, PortLease& port, std::string_view sentence) {
+    return port.holds() && sendText(port, services.trace, fromAnsi(sentence));
 }
 
 void uploadWaypointSentences(Services& services, PortLease& port, const UploadDialect& dialect,
@@ -44,11 +58,13 @@ void uploadWaypointSentences(Services& services, PortLease& port, const UploadDi
     log->announced = static_cast<int>(upload.records.size());
     services.events.StartUpload("W", count, nmeatext::kWaypoints);
     std::int16_t numitem = 0;
+    bool taken = true;
     for (const Waypoint& waypoint : upload.records) {
-        if (!mayGoOn(port, services.host)) {
+        taken = maySend(port, services.host) &&
+                sendSentence(services, port, dialect.waypoint(waypoint));
+        if (!taken) {
             break;
         }
-        sendSentence(services, port, dialect.waypoint(waypoint));
         ++log->transferred;
         services.records.waypoints.push_back(recordOf(waypoint));
         services.events.WayptData(++numitem, waypoint.getIdent(services.host.decimalSeparator()),
@@ -56,7 +72,7 @@ void uploadWaypointSentences(Services& services, PortLease& port, const UploadDi
     }
     sendEnd(services, port, dialect);
     services.events.EndUpload("W");
-    log.end(endingOfUpload(port, services.host));
+    log.end(endingOfUpload(port, services.host, taken));
 }
 
 void uploadRouteSentences(Services& services, PortLease& port, const UploadDialect& dialect,
@@ -68,22 +84,18 @@ void uploadRouteSentences(Services& services, PortLease& port, const UploadDiale
     services.events.StartUpload("R", static_cast<std::int16_t>(*log->announced),
                                 nmeatext::kUploadRoutes);
     int numitem = 0;
+    bool taken = true;
     for (const Route& route : upload.records) {
-        if (!mayGoOn(port, services.host)) {
+        taken = maySend(port, services.host) && sendRoute(services, port, dialect, route);
+        if (!taken) {
             break;
-        }
-        for (const Waypoint& point : route.Waypoints()) {
-            sendSentence(services, port, dialect.waypoint(point));
-        }
-        for (const std::string& sentence : dialect.route(route)) {
-            sendSentence(services, port, sentence);
         }
         reportRoute(services, route, numitem, "U");
         log->transferred = numitem;
     }
     sendEnd(services, port, dialect);
     services.events.EndUpload("R");
-    log.end(endingOfUpload(port, services.host));
+    log.end(endingOfUpload(port, services.host, taken));
 }
 
 }  // namespace marlune

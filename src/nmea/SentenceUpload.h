@@ -22,11 +22,12 @@ struct UploadDialect {
     std::string_view endCommand;  // empty for families that have none
 };
 
-// Writes wire text and traces it, unless the lease is lost.
-void sendSentence(Services& services, PortLease& port, std::string_view sentence);
+// Writes wire text and traces it, unless the lease is lost. False when the system did not take it.
+bool sendSentence(Services& services, PortLease& port, std::string_view sentence);
 
-// Both end early, with their end event, when the host requests a stop or a handler closes the port.
-// A record that cannot be written as a sentence raises RunTimeError, with no end event.
+// Both end early, with their end event, when the host requests a stop, a handler closes the port,
+// or the port is gone. A record that cannot be written as a sentence raises RunTimeError, with no
+// end event.
 void uploadWaypointSentences(Services& services, PortLease& port, const UploadDialect& dialect,
                              const Upload<Waypoint>& upload);
 void uploadRouteSentences(Services& services, PortLease& port, const UploadDialect& dialect,

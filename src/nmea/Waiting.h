@@ -46,9 +46,18 @@ inline Ending endingOfSilence(const PortLease& port, Host& host) {
     return endingOfSilentLine(host, port.holds(), port.isGone());
 }
 
-// How an upload ended whose sentences nobody answers: everything was written, or it had to stop.
-inline Ending endingOfUpload(const PortLease& port, Host& host) {
-    return mayGoOn(port, host) && !port.isGone() ? Ending::complete : endingOfSilence(port, host);
+// The same for an upload, which also ends where nobody hears it.
+inline bool maySend(const PortLease& port, Host& host) {
+    return mayGoOn(port, host) && !port.isGone();
+}
+
+// How an upload ended whose sentences nobody answers. allTaken: the system took what was written.
+inline Ending endingOfUpload(const PortLease& port, Host& host, bool allTaken) {
+    if (allTaken && maySend(port, host)) {
+        return Ending::complete;
+    }
+    const Ending ending = endingOfSilence(port, host);
+    return ending == Ending::interrupted ? Ending::deviceGone : ending;
 }
 
 }  // namespace marlune

@@ -93,9 +93,10 @@ std::int32_t PortLease::reopen(const std::string& settings,
     return port_.open();
 }
 
-void sendText(PortLease& port, DebugTrace& trace, std::string_view text) {
+bool sendText(PortLease& port, DebugTrace& trace, std::string_view text) {
     trace.traceLineOf([&] { return "SEND: " + std::string(text); });
-    port.write(toAnsiBytes(text));
+    const std::vector<std::uint8_t> bytes = toAnsiBytes(text);
+    return port.write(bytes) == bytes.size();
 }
 
 }  // namespace marlune

@@ -68,6 +68,7 @@ public:
     // True when reads return at once and bring nothing (closed, unplugged, or the lease is lost).
     // A loop that waits on the clock must let time pass by itself then.
     [[nodiscard]] bool isGone() const { return !holds() || port_.isGone(); }
+    [[nodiscard]] bool isOpen() const { return holds() && port_.isOpen(); }
 
     // Reads one byte; 0 when nothing came within the time-outs.
     std::uint8_t readByte();
@@ -94,7 +95,8 @@ private:
     std::uint32_t openings_;
 };
 
-// For the text protocols: traces "SEND: " + text and writes it as single-byte characters.
-void sendText(PortLease& port, DebugTrace& trace, std::string_view text);
+// For the text protocols: traces "SEND: " + text and writes it as single-byte characters. False
+// when the system did not take all of it.
+bool sendText(PortLease& port, DebugTrace& trace, std::string_view text);
 
 }  // namespace marlune

@@ -164,7 +164,39 @@ TEST_F(MagellanTest, TellsThatThereIsNoTrack) {
     expect(kStop);
     expect(kAskTracks);
     EXPECT_FALSE(device.mgnGetTracks());
-    EXPECT_EQ(host.boxTexts().back(), "information: Aucune Trace dans ce GPS") << "nor any answer";
+    EXPECT_EQ(host.boxTexts().back(), "critical: Délai dépassé")
+        << "nobody knows what a silent receiver holds";
+}
+
+TEST_F(MagellanTest, PointsWithoutANameBelongToTheTrackUnderWay) {
+    expect(kStop);
+    expect(kAskTracks, trk("060000.00,A,,150325") + trk("120000.00,A,LOOP,150325") +
+                           trk("180000.00,A,,150325") + trk("180000.00,A,LOOP,150325") + kEnd);
+    EXPECT_TRUE(device.mgnGetTracks());
+    Log told = takeLog();
+    std::erase_if(told, [](const std::string& line) { return !line.starts_with("Track"); });
+    EXPECT_EQ(told, (Log{"TrackData|100|T;48.5;-1.5;45731.25;152;-1|D",
+                         "TrackHeader|100|N;LOOP - 15/03/2025|D",
+                         "TrackData|100|T;48.5;-1.5;45731.5;152;-1|D",
+                         "TrackData|100|T;48.5;-1.5;45731.75;152;0|D",
+                         "TrackData|100|T;48.5;-1.5;45731.75;152;0|D"}));
+    ASSERT_EQ(services.records.tracks.size(), 2U);
+    EXPECT_TRUE(services.records.tracks[0].points[0].segmentStart);
+    EXPECT_FALSE(services.records.tracks[1].points[1].segmentStart);
+}
+
+TEST_F(MagellanTest, RoutesMayLackTheirName) {
+    knows("HOME");
+    knows("PT2");
+    expect(kStop);
+    expect(kAskRoutes, sentence("$PMGNRTE,1,1,c,1,HOME,a,PT2,a") +
+                           sentence("$PMGNRTE,1,1,c,2,HOME,PT2,a") + kEnd);
+    EXPECT_TRUE(device.mgnGetRoutes());
+    Log told = takeLog();
+    std::erase_if(told, [](const std::string& line) { return !line.starts_with("Route"); });
+    EXPECT_EQ(told, (Log{"RouteHeader|1|R;1;ROUTE 1|D", "RouteData|2|" + pointLine("HOME") + "|D",
+                         "RouteData|3|" + pointLine("PT2") + "|D", "RouteHeader|4|R;2;HOME|D",
+                         "RouteData|5|" + pointLine("PT2") + "|D"}));
 }
 
 TEST_F(MagellanTest, DownloadsRoutesOverKnownWaypoints) {
@@ -271,11 +303,23 @@ TEST_F(MagellanTest, FollowsThePosition) {
 }
 
 TEST_F(MagellanTest, TellsThatThereIsNoPosition) {
-    for (const std::string& refusal : {std::string(kUnable), std::string("$GPGGA,1") + kUnable}) {
-        expect(kAskFix, refusal);
-        device.mgnPvt();
-        EXPECT_EQ(takeLog(), (Log{writes(kAskFix), "box information: Position non disponible"}));
-    }
+    expect(kAskFix, std::string("$GPGGA,1") + kUnable);
+    device.mgnPvt();
+    EXPECT_EQ(takeLog(), (Log{writes(kAskFix), "box information: Position non disponible"}));
+    // A receiver that declines may find its position yet, until the overall time has passed.
+    expect(kAskFix, kUnable);
+    const double declined = host.elapsed();
+    device.mgnPvt();
+    EXPECT_EQ(takeLog().back(), "box information: Position non disponible");
+    EXPECT_NEAR(host.elapsed() - declined, 11, 0.6);
+    EXPECT_EQ(services.reports.transfer.ending, Ending::refused);
+    expect(kAskFix, kUnable);
+    speak(gga("110000.00", "1") + gga("120000.00", "1"), 2);
+    expect(kStop);
+    events.when("PvtData", 1, [this] { connection.realTimeRunning = false; });
+    device.mgnPvt();
+    EXPECT_EQ(takeLog(), (Log{writes(kAskFix), "Startpvt|N;Trace tps réel - ",
+                              "PvtData|T;48.5;-1.5;39234.5;152;-1", writes(kStop), "EndPvt"}));
     expect(kAskFix);
     const double start = host.elapsed();
     device.mgnPvt();
@@ -297,6 +341,41 @@ TEST_F(MagellanTest, NothingIsReadOrWrittenOnceAHandlerDisconnected) {
     device.mgnSendWaypoints({.records = {waypoint("A")}});
     EXPECT_EQ(takeLog(), (Log{"StartUpload|W|1|Waypoints", "EndUpload|W"}))
         << "the lease stays lost";
+}
+
+// Before the upload, in the middle of it, or with answers unread that hide it.
+TEST_F(MagellanTest, AnUploadEndsWithItsPort) {
+    const std::string first = uploaded("A");
+    const Log none = {"StartUpload|W|3|Waypoints", "EndUpload|W"};
+    const Log one = {"StartUpload|W|3|Waypoints", writes(first),
+                     "WayptData|1|" + pointLine("A") + "|U", "EndUpload|W"};
+    const std::tuple<int, const char*, const Log*> cases[] = {
+        {0, "", &none}, {1, "", &one}, {1, "$PMGNCSM,00*1C\r\n", &one}};
+    for (const auto& [nth, answer, log] : cases) {
+        SentenceStage stage;
+        PortLease itsLease(*stage.port);
+        Magellan itsDevice(stage.services, itsLease, stage.connection, stage.nmea, stage.magellan);
+        if (nth == 0) {
+            stage.line->unplug();
+        } else {
+            stage.expect(first, answer);
+            stage.events.when("WayptData", nth, [&] { stage.line->unplug(); });
+        }
+        itsDevice.mgnSendWaypoints({.records = {waypoint("A"), waypoint("B"), waypoint("C")}});
+        EXPECT_EQ(stage.takeLog(), *log);
+        EXPECT_EQ(stage.services.reports.transfer.ending, Ending::deviceGone);
+        EXPECT_EQ(stage.services.reports.transfer.transferred, nth);
+    }
+    line->unplug();
+    Route route;
+    route.SetAttributes("R;3;TOUR");
+    route.AddWaypt(waypoint("A"));
+    device.mgnSendRoutes({.records = {route}});
+    Trace point;
+    point.SetAttributes("MGN", "T;1;2;3;4;0");
+    device.mgnSendTracks({.records = {point}});
+    EXPECT_EQ(takeLog(), (Log{"StartUpload|R|2|Upload Routes", "EndUpload|R",
+                              "StartUpload|T|1|Upload Traces", "EndUpload|T"}));
 }
 
 TEST_F(MagellanTest, AStoppingHostSilencesTheReceiver) {

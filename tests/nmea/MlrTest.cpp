@@ -195,6 +195,68 @@ TEST_F(MlrTest, AHandlerMayTakeThePortInTheMiddle) {
     }
 }
 
+// Closed or pulled out beforehand, not to be opened at the raised speed, pulled out in the middle.
+TEST_F(MlrTest, ABlockDownloadEndsWithItsPort) {
+    mlr.sendsBlocks = true;
+    expect(kAskTracks);
+    line->openError = 13;
+    EXPECT_FALSE(device.mlrGetTracks());
+    const Log raised = {writes(kAskTracks), "close", kProgress, kFast};
+    Log told = takeLog();
+    ASSERT_EQ(told.size(), 5U);
+    EXPECT_TRUE(told.back().starts_with("box critical: "));
+    told.pop_back();
+    EXPECT_EQ(told, raised);
+    EXPECT_EQ(services.reports.transfer.ending, Ending::deviceGone);
+    line->openError = 0;
+    for (const auto download : {&Mlr::mlrGetTracks, &Mlr::mlrGetWaypoints}) {
+        EXPECT_FALSE((device.*download)());
+        EXPECT_EQ(takeLog(), Log{}) << "a closed port is not opened";
+    }
+
+    SentenceStage stage;
+    stage.mlr.sendsBlocks = true;
+    PortLease itsLease(*stage.port);
+    stage.expect(kAskTracks, kFirstBlock + block(1, trackRecord(1)) + block(1, ""));
+    stage.events.when("GpsInfo", 2, [&] { stage.line->unplug(); });
+    Mlr itsDevice(stage.services, itsLease, stage.connection, stage.nmea, stage.mlr);
+    EXPECT_FALSE(itsDevice.mlrGetTracks());
+    EXPECT_EQ(stage.takeLog(), (raised + Log{kProgress + "1"s, "close", kSlow}));
+    EXPECT_EQ(stage.services.reports.transfer.ending, Ending::deviceGone);
+}
+
+TEST_F(MlrTest, TheFirstPointBeginsASegmentWhateverItsNumber) {
+    expectBlocks(kAskTracks, kFirstBlock + block(2, trackRecord(5) + trackRecord(6)) + kClosing);
+    EXPECT_TRUE(device.mlrGetTracks());
+    const Log blocks = takeLog();
+    EXPECT_EQ(blocks[blocks.size() - 3], "TrackData|1|T;48.5;-1.5;39234.0005;152;-1|D");
+    EXPECT_EQ(blocks[blocks.size() - 2], "TrackData|2|T;48.5;-1.5;39234.0006;152;0|D");
+    mlr.sendsBlocks = false;
+    speak(wpl("TRC007 D") + wpl("TRC008 D"));
+    EXPECT_TRUE(device.mlrGetTracks());
+    EXPECT_EQ(takeLog()[1], "TrackData|1|T;48.5;-1.5;39234.0007;0;-1|D");
+}
+
+TEST_F(MlrTest, TakesForTrackPointsOnlyNumberedOnes) {
+    const std::string all = wpl("TROYES") + wpl("TRC") + wpl("TRCX1") + wpl("TRC001 C") +
+                            wpl("TR0002 D") + wpl("TR") + wpl("TRX");
+    speak(all);
+    EXPECT_TRUE(device.mlrGetWaypoints());
+    EXPECT_EQ(services.reports.transfer.transferred, 5);
+    speak(all);
+    EXPECT_TRUE(device.mlrGetTracks());
+    EXPECT_EQ(services.reports.transfer.transferred, 2);
+}
+
+// What came is told; whether there was more nobody knows.
+TEST_F(MlrTest, AListWhosePortIsGoneIsNotWhole) {
+    speak(wpl("HOME"));
+    events.when("WayptData", 1, [this] { line->unplug(); });
+    EXPECT_FALSE(device.mlrGetWaypoints());
+    EXPECT_EQ(takeLog().back(), "EndDownload|W");
+    EXPECT_EQ(services.reports.transfer.ending, Ending::deviceGone);
+}
+
 TEST_F(MlrTest, ListensToWaypointSentences) {
     speak(wpl("HOME   MY HOUSE") + wpl("TRC001 C") + sentence("$GPRTE,1,1,c,1,HOME") +
               "$GPWPL,0011e99,N*00\r\n",
@@ -246,7 +308,13 @@ TEST_F(MlrTest, ListensToRouteSentences) {
 TEST_F(MlrTest, TellsThatNothingCame) {
     EXPECT_FALSE(device.mlrGetWaypoints());
     EXPECT_NEAR(host.elapsed(), 10, 1.2);
+    EXPECT_EQ(takeLog(), Log{}) << "nobody knows what a silent receiver holds";
+    // Of lists that end it is known.
+    speak(wpl("TRC001 C"));
+    EXPECT_FALSE(device.mlrGetWaypoints());
+    speak(wpl("HOME"));
     EXPECT_FALSE(device.mlrGetTracks());
+    speak(sentence("$GPRTE,1,1,c,1"));
     EXPECT_FALSE(device.mlrGetRoutes());
     device.mlrSendTracks();
     EXPECT_EQ(takeLog(), (Log{"box information: Aucun Waypoint dans ce Gps",

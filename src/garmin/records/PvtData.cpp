@@ -27,9 +27,6 @@ constexpr std::size_t kSeaLevelAt = 54;
 constexpr std::size_t kLeapSecondsAt = 58;
 constexpr std::size_t kWeekDaysAt = 60;
 
-// Slightly less than 180 / pi; hosts know the results of this factor.
-constexpr double kDegreesPerRadian = 57.295779505601;
-
 float singleAt(Bytes data, std::size_t offset) {
     return static_cast<float>(Nombre::BytestoSingle(bytesAt(data, offset, 4)));
 }

@@ -29,6 +29,9 @@ public:
     std::optional<Trace> point;  // of the last record that had a fix
     std::array<std::string_view, 6> fixNames;
 
+    // Slightly less than 180 / pi; hosts know the results of this factor.
+    static constexpr double kDegreesPerRadian = 57.295779505601;
+
     PvtData() { Class_Initialize(); }
 
     // Fills the fields and makes the point, whose new-segment flag is first. The point is filled

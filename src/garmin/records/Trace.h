@@ -3,20 +3,24 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "garmin/records/ExactPosition.h"
+
 namespace marlune {
 
 class Trace {
 public:
-    double latitude = 0;   // degrees, north positive
-    double longitude = 0;  // degrees, east positive
-    double pTime = 0;      // days since 30/12/1899; 0 when the point has no time
-    float altitude = 0;    // metres; 0 when unknown
-    bool pFirst = false;   // the point starts a new segment
+    double latitude = 0;                 // degrees, north positive
+    double longitude = 0;                // degrees, east positive
+    double pTime = 0;                    // days since 30/12/1899; 0 when the point has no time
+    float altitude = 0;                  // metres; 0 when unknown
+    bool pFirst = false;                 // the point starts a new segment
+    std::optional<ExactPosition> exact;  // of a point that came as a sentence
 
     // Fills the fields from a record of data type format. False for the point without position that
     // receivers send (180, 180 to the nearest degree); nothing but the position is filled then.

@@ -1,6 +1,7 @@
 #include "garmin/records/Values.h"
 
 #include <cmath>
+#include <numbers>
 #include <optional>
 #include <utility>
 
@@ -93,6 +94,13 @@ void addMoreFields(WaypointRecord& record, int type, Bytes data) {
     }
 }
 
+template <class Record>
+void placeAt(Record& record, const ExactPosition& position) {
+    record.latitude = position.latitude;
+    record.longitude = position.longitude;
+    record.altitude = position.altitude;
+}
+
 std::optional<double> timeOf(const Trace& point) {
     return point.pTime > 0 ? std::optional(unixTime(point.pTime)) : std::nullopt;
 }
@@ -112,6 +120,10 @@ WaypointRecord recordOf(const Waypoint& waypoint) {
     record.comment = waypoint.comment;
     record.latitude = waypoint.latitude;
     record.longitude = waypoint.longitude;
+    if (waypoint.exact) {  // sentences have no such symbols, and no way to show them
+        placeAt(record, *waypoint.exact);
+        return record;
+    }
     record.altitude = waypoint.altitude;
     record.symbol = waypoint.symbol;
     record.display = waypoint.display;
@@ -146,6 +158,9 @@ TrackPointRecord recordOf(const Trace& point) {
     record.time = timeOf(point);
     record.altitude = point.altitude;
     record.segmentStart = point.pFirst;
+    if (point.exact) {
+        placeAt(record, *point.exact);
+    }
     return record;
 }
 
@@ -187,14 +202,19 @@ RouteLinkRecord recordOf(const RteLink& link) {
 
 FixRecord recordOf(const PvtData& fix) {
     FixRecord record;
-    record.latitude = fix.latitude;
-    record.longitude = fix.longitude;
+    // Without the factor that the lines' degrees come by.
+    constexpr double kDegrees = 180 / std::numbers::pi / PvtData::kDegreesPerRadian;
+    record.latitude = fix.latitude * kDegrees;
+    record.longitude = fix.longitude * kDegrees;
     record.altitude = known(fix.altitude);
     record.time = unixTime(fix.time);
     record.quality = fix.fix;
     record.error = positive(known(fix.epe));
     record.horizontalError = positive(known(fix.eph));
     record.verticalError = positive(known(fix.epv));
+    record.eastSpeed = known(fix.east);
+    record.northSpeed = known(fix.north);
+    record.upSpeed = known(fix.up);
     return record;
 }
 

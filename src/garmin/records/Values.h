@@ -32,7 +32,7 @@ TrackPointRecord recordOf(const Trace& point);
 // Header only; the points join by events of their own.
 RouteRecord recordOf(const Route& route);
 RouteLinkRecord recordOf(const RteLink& link);
-// Of a fix that has its point.
+// Of a fix that has its point, from a D800 record.
 FixRecord recordOf(const PvtData& fix);
 
 // A date value (days since 30/12/1899, UTC) as seconds since 1970-01-01.

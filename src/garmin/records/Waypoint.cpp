@@ -94,11 +94,11 @@ std::uint16_t unsignedOf(Bytes field) {
     return static_cast<std::uint16_t>(field[0] + 256 * field[1]);
 }
 
-// A comment of fixed length ends at a zero byte; without one all its bytes must be there.
+// A comment of fixed length ends at a zero byte, or with a record that reaches as far as it begins:
+// units send D150 ten bytes shorter than its layout here.
 std::string fixedComment(const DataType::Field& field, Bytes data) {
-    const Bytes text = untilZero(data, field.at(), field.size());
-    const bool ended = field.at() + text.size() < data.size();
-    return trimmedText(ended ? text : fieldOf(field, data));
+    (void)bytesAt(data, field.at(), 0);
+    return trimmedText(untilZero(data, field.at(), field.size()));
 }
 
 // Cut or padded with blanks to the field's length.

@@ -4,12 +4,14 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "garmin/records/DataType.h"
+#include "garmin/records/ExactPosition.h"
 
 namespace marlune {
 
@@ -19,9 +21,10 @@ public:
     double latitude = 0;   // degrees, north positive
     double longitude = 0;  // degrees, east positive
     std::string comment;
-    std::int16_t symbol = 0;   // in the numbering of the 2-byte symbol fields
-    std::uint8_t display = 0;  // 0 symbol with name, 1 symbol only, 2 symbol with comment
-    float altitude = 0;        // metres
+    std::int16_t symbol = 0;             // in the numbering of the 2-byte symbol fields
+    std::uint8_t display = 0;            // 0 symbol with name, 1 symbol only, 2 symbol with comment
+    float altitude = 0;                  // metres
+    std::optional<ExactPosition> exact;  // of a waypoint that came as a sentence
 
     // What the one-byte symbols of D103 and D107 mean.
     static constexpr std::array<std::int16_t, 16> kSymbolMap = {

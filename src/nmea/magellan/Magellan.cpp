@@ -14,6 +14,7 @@
 #include "garmin/values/LineFields.h"
 #include "nmea/Messages.h"
 #include "nmea/NmeaPacket.h"
+#include "nmea/PositionFields.h"
 #include "nmea/RouteAssembly.h"
 #include "nmea/RouteSentence.h"
 #include "nmea/Sentence.h"
@@ -43,6 +44,12 @@ std::int16_t countPoints(const std::vector<TrackItem>& items) {
                       [](const TrackItem& item) { return std::holds_alternative<Trace>(item); }));
 }
 
+// Whether the receiver itself ended its list or declined it: of one that fell silent nobody knows
+// what it holds.
+bool isEnded(Ending ending) {
+    return ending == Ending::complete || ending == Ending::refused;
+}
+
 std::string dayText(double date) {
     return formatDate(std::floor(date)).substr(0, 10);
 }
@@ -57,8 +64,8 @@ Magellan::Magellan(Services& services, PortLease& port, ConnectionState& connect
       state_(state),
       reader_(services, port, nmea) {}
 
-void Magellan::send(std::string_view sentence) {
-    sendSentence(services_, port_, sentence);
+bool Magellan::send(std::string_view sentence) {
+    return sendSentence(services_, port_, sentence);
 }
 
 void Magellan::mgnStop() {
@@ -146,13 +153,23 @@ Ending Magellan::readSentences(std::string_view prefix, const TakeSentence& take
     }
 }
 
-// Whether the receiver's checksum is the one computed; otherwise the sentence is traced as dropped.
-bool Magellan::accepts(std::string_view sentence, std::string_view checksum) {
+// Whether the receiver's checksum is the one that the decoder computed, which computes none of what
+// it cannot read; otherwise the sentence is traced as dropped.
+bool Magellan::accepts(std::string_view sentence, std::string_view checksum, TransferLog& log) {
     if (lastTwo(sentence) == checksum) {
         return true;
     }
     reject(sentence);
+    const bool intact = lastTwo(sentence) == Sentence(sentence).computedChecksum();
+    ++(intact ? log->undecodable : log->wrongChecksum);
     return false;
+}
+
+bool Magellan::endList(Ending ending, TransferLog& log) {
+    const bool ended = ending == Ending::complete;
+    const bool nothing = log->transferred + log->rejected() + log->duplicates == 0;
+    log.end(ended && nothing ? Ending::nothingThere : ending);
+    return ended;
 }
 
 void Magellan::reject(std::string_view sentence) {
@@ -182,13 +199,12 @@ bool Magellan::mgnGetWaypoints() {
     };
     const Ending ending = readList("$PMGNWPL", take, log);
     endDownload("W");
-    return log.end(ending);
+    return endList(ending, log);
 }
 
 void Magellan::takeWaypoint(const std::string& sentence, int received, TransferLog& log) {
     Waypoint waypoint;
-    if (!accepts(sentence, GetAttributes_MGN(waypoint, sentence))) {
-        ++log->wrongChecksum;
+    if (!accepts(sentence, GetAttributes_MGN(waypoint, sentence), log)) {
         return;
     }
     if (!state_.waypoints.try_emplace(waypoint.ident, waypoint).second) {
@@ -215,31 +231,42 @@ bool Magellan::mgnGetTracks() {
     };
     const Ending ending = readList("$PMGNTRK", take, log);
     endDownload("T");
-    if (!progress.any && mayGoOn(port_, services_.host)) {
+    if (!progress.any && isEnded(ending) && mayGoOn(port_, services_.host)) {
         services_.host.messageBox(nmeatext::kNoTrack, BoxIcon::information);
     }
-    return log.end(ending);
+    return endList(ending, log);
 }
 
 void Magellan::takeTrackPoint(const std::string& sentence, TrackProgress& progress,
                               TransferLog& log) {
     Trace point;
-    if (!accepts(sentence, GetAttributes_MGN(point, sentence, std::floor(services_.host.now())))) {
-        ++log->wrongChecksum;
+    const double today = std::floor(services_.host.now());
+    if (!accepts(sentence, GetAttributes_MGN(point, sentence, today), log)) {
         return;
     }
+    point.pFirst = !progress.any;
     progress.any = true;
-    ++log->transferred;
-    if (point.GetName() != progress.name) {
-        progress.name = point.GetName();
+    // A point without a name belongs to the track under way.
+    if (!point.GetName().empty() && point.GetName() != progress.name) {
         point.pFirst = true;
-        services_.records.tracks.emplace_back().name = point.GetName();
-        services_.events.TrackHeader(kUnknownCount,
-                                     "N;" + point.GetName() + " - " + dayText(point.pTime), "D");
+        beginTrack(point, progress, log);
     }
+    ++log->transferred;
     services_.events.GpsInfo(nmeatext::kProgress + std::to_string(progress.received));
-    addPoint(services_.records, recordOf(point));
+    TrackPointRecord value = recordOf(point);
+    if (!isDated(Sentence(sentence))) {
+        value.time.reset();  // the line's date is today's, for want of another
+    }
+    addPoint(services_.records, value);
     services_.events.TrackData(kUnknownCount, point.getIdent(separator()), "D");
+}
+
+void Magellan::beginTrack(const Trace& point, TrackProgress& progress, TransferLog& log) {
+    progress.name = point.GetName();
+    ++log->transferred;
+    services_.records.tracks.emplace_back().name = point.GetName();
+    services_.events.TrackHeader(kUnknownCount,
+                                 "N;" + point.GetName() + " - " + dayText(point.pTime), "D");
 }
 
 bool Magellan::mgnGetRoutes() {
@@ -259,21 +286,20 @@ bool Magellan::mgnGetRoutes() {
     const Ending ending = readList("$PMGNRTE", take, log);
     routes.finish();
     endDownload("R");
-    if (!routes.foundRoutes() && mayGoOn(port_, services_.host)) {
+    if (!routes.foundRoutes() && isEnded(ending) && mayGoOn(port_, services_.host)) {
         services_.host.messageBox(nmeatext::kNoRoute, BoxIcon::information);
     }
-    return log.end(ending);
+    return endList(ending, log);
 }
 
 void Magellan::takeRouteSentence(const std::string& sentence, RouteAssembly& routes,
                                  TransferLog& log) {
-    if (!accepts(sentence, Sentence(sentence).computedChecksum())) {
-        ++log->wrongChecksum;
+    if (!accepts(sentence, Sentence(sentence).computedChecksum(), log)) {
         return;
     }
     RoutePhrase phrase;
     try {
-        phrase = RouteMGN(sentence);
+        phrase = RouteMGN(sentence, state_.waypoints);
     } catch (const RunTimeError&) {
         reject(sentence);
         ++log->undecodable;
@@ -300,7 +326,9 @@ void Magellan::mgnSendTracks(const Upload<TrackItem>& upload) {
     log->announced = points;
     services_.events.StartUpload("T", points, nmeatext::kUploadTracks);
     const Ending ending = sendTrackPoints(upload.records, log);
-    send(kEndOfUpload);
+    if (!port_.isGone()) {
+        send(kEndOfUpload);
+    }
     services_.events.EndUpload("T");
     log.end(ending);
 }
@@ -308,13 +336,14 @@ void Magellan::mgnSendTracks(const Upload<TrackItem>& upload) {
 Ending Magellan::sendTrackPoints(const std::vector<TrackItem>& items, TransferLog& log) {
     std::string name;
     std::int16_t numitem = 0;
+    bool taken = true;
     for (const TrackItem& item : items) {
         // The name travels in each point, so headers are not sent.
         const auto* point = std::get_if<Trace>(&item);
         if (point == nullptr) {
             continue;
         }
-        if (!mayGoOn(port_, services_.host)) {
+        if (!maySend(port_, services_.host)) {
             break;
         }
         ++numitem;
@@ -329,12 +358,15 @@ Ending Magellan::sendTrackPoints(const std::vector<TrackItem>& items, TransferLo
             services_.records.tracks.emplace_back().name = name;
             services_.events.TrackHeader(numitem, "N;" + name, "U");
         }
-        send(sentence);
+        taken = send(sentence);
+        if (!taken) {
+            break;
+        }
         ++log->transferred;
         addPoint(services_.records, recordOf(*point));
         services_.events.TrackData(numitem, point->getIdent(separator()), "U");
     }
-    return endingOfUpload(port_, services_.host);
+    return endingOfUpload(port_, services_.host, taken);
 }
 
 // Real time.
@@ -343,13 +375,14 @@ void Magellan::mgnPvt() {
     TransferLog log(services_, TransferKind::realTime, TransferDirection::download);
     services_.records.fix.reset();
     send(signedSentence("$PMGNCMD,FIX*"));
-    const std::string reply = waitForFix();
+    bool refused = false;
+    const std::string reply = waitForFix(refused);
     if (reply.empty() || contains(reply, "UNABLE")) {
         services_.host.messageBox(nmeatext::kNoPosition, BoxIcon::information);
         if (services_.host.stopRequested()) {
             mgnStop();
         }
-        log.end(reply.empty() ? endingOfSilence(port_, services_.host) : Ending::refused);
+        log.end(refused ? Ending::refused : endingOfSilence(port_, services_.host));
         return;
     }
     connection_.realTimeRunning = true;
@@ -362,16 +395,17 @@ void Magellan::mgnPvt() {
                                            : endingOfSilence(port_, services_.host));
 }
 
-// The first reply that is a fix or a refusal; the last one when neither came in time.
-std::string Magellan::waitForFix() {
+// The first reply that is a fix, or the last one when none came in time: a receiver that declines
+// may find its position yet.
+std::string Magellan::waitForFix(bool& refused) {
     constexpr double kFirstFix = 10;  // seconds
     Host& host = services_.host;
     const double end = host.secondsClock() + kFirstFix;
     std::string reply;
     do {
         reply = reader_.mgnGet("$GPGGA", kSentenceTimeOut);
-    } while (!contains(reply, "$GPGGA") && !contains(reply, "UNABLE") &&
-             host.secondsClock() < end && mayGoOn(port_, host));
+        refused = refused || contains(reply, "UNABLE");
+    } while (!contains(reply, "$GPGGA") && host.secondsClock() < end && mayGoOn(port_, host));
     return reply;
 }
 
@@ -388,7 +422,7 @@ void Magellan::followPosition(TransferLog& log) {
         if (fix.point) {
             first = false;
             ++log->transferred;
-            services_.records.fix = recordOfFix(fix);
+            services_.records.fix = recordOfFix(fix, Sentence(reply));
             services_.events.PvtData(fix.getIdent(separator()));
         }
     }
@@ -396,8 +430,12 @@ void Magellan::followPosition(TransferLog& log) {
 
 // The sentence tells the time of day in UTC and no date; the fix is of this moment, so its date is
 // the one that brings the two nearest.
-FixRecord Magellan::recordOfFix(const PvtData& fix) {
-    FixRecord record = recordOf(fix);
+FixRecord Magellan::recordOfFix(const PvtData& fix, const Sentence& sentence) {
+    const ExactPosition position = readExactPosition(sentence, 2);
+    FixRecord record;
+    record.latitude = position.latitude;
+    record.longitude = position.longitude;
+    record.altitude = readExactAltitude(sentence.field(9), sentence.field(10));
     const double now = services_.host.utcNow();
     const double timeOfDay = fix.time - std::floor(fix.time);
     record.time = unixTime(timeOfDay + std::nearbyint(now - timeOfDay));

@@ -19,6 +19,7 @@
 #include "garmin/records/Waypoint.h"
 #include "host/Services.h"
 #include "nmea/NmeaState.h"
+#include "nmea/Sentence.h"
 #include "nmea/SentenceReader.h"
 #include "nmea/magellan/MagellanState.h"
 #include "serial/ComPort.h"
@@ -64,24 +65,27 @@ private:
         std::string name;  // of the track in progress
     };
 
-    void send(std::string_view sentence);
+    bool send(std::string_view sentence);
     std::string readVersionReply();
     void waitOneSecond();
 
     Ending readList(std::string_view prefix, const TakeSentence& take, TransferLog& log);
     Ending readSentences(std::string_view prefix, const TakeSentence& take);
-    bool accepts(std::string_view sentence, std::string_view checksum);
+    bool accepts(std::string_view sentence, std::string_view checksum, TransferLog& log);
+    // True when the receiver ended its list itself.
+    static bool endList(Ending ending, TransferLog& log);
     void reject(std::string_view sentence);
     void takeWaypoint(const std::string& sentence, int received, TransferLog& log);
     void takeTrackPoint(const std::string& sentence, TrackProgress& progress, TransferLog& log);
+    void beginTrack(const Trace& point, TrackProgress& progress, TransferLog& log);
     void takeRouteSentence(const std::string& sentence, RouteAssembly& routes, TransferLog& log);
     void endDownload(const char* letter);
 
     Ending sendTrackPoints(const std::vector<TrackItem>& items, TransferLog& log);
 
-    std::string waitForFix();
+    std::string waitForFix(bool& refused);
     void followPosition(TransferLog& log);
-    FixRecord recordOfFix(const PvtData& fix);
+    FixRecord recordOfFix(const PvtData& fix, const Sentence& sentence);
 
     [[nodiscard]] char separator() const { return services_.host.decimalSeparator(); }
 

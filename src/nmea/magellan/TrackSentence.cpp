@@ -46,10 +46,12 @@ double readDate(std::string_view ddmmyy) {
 }
 
 void readFields(Trace& point, const Sentence& fields, double defaultDate) {
-    const double date = fields.fieldCount() < 11 ? defaultDate : readDate(fields.field(10));
+    const double date = isDated(fields) ? readDate(fields.field(10)) : defaultDate;
     point.latitude = readLatitude(fields.field(1), fields.field(2));
     point.longitude = readLongitude(fields.field(3), fields.field(4));
     point.altitude = readAltitude(fields.field(5), fields.field(6));
+    point.exact = readExactPosition(fields, 1);
+    point.exact->altitude = readExactAltitude(fields.field(5), fields.field(6));
     point.pTime = readTrackTime(date, fields.field(7));
     if (!fields.field(9).empty()) {
         point.SetName(fromAnsi(fields.field(9)));
@@ -71,6 +73,10 @@ std::string timeText(double time) {
 }
 
 }  // namespace
+
+bool isDated(const Sentence& trackPoint) {
+    return trackPoint.fieldCount() > 10;
+}
 
 std::string GetAttributes_MGN(Trace& point, std::string_view sentence, double defaultDate) {
     const Sentence fields(sentence);

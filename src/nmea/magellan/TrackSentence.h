@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "garmin/records/Trace.h"
+#include "nmea/Sentence.h"
 
 namespace marlune {
 
@@ -18,6 +19,9 @@ namespace marlune {
 // date that does not exist or a number that does not fit ends the reading there. Both return an
 // empty checksum, which matches none.
 std::string GetAttributes_MGN(Trace& point, std::string_view sentence, double defaultDate);
+
+// Whether a track point's sentence has the field of the date.
+bool isDated(const Sentence& trackPoint);
 
 // The point's sentence, ready to be sent: altitude in whole metres with at least five digits, track
 // name in capitals, no date. Raises overflow for impossible coordinates.

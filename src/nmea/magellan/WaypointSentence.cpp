@@ -23,6 +23,8 @@ std::string GetAttributes_MGN(Waypoint& waypoint, std::string_view sentence) {
         waypoint.latitude = readLatitude(fields.field(1), fields.field(2));
         waypoint.longitude = readLongitude(fields.field(3), fields.field(4));
         waypoint.altitude = readAltitude(fields.field(5), fields.field(6));
+        waypoint.exact = readExactPosition(fields, 1);
+        waypoint.exact->altitude = readExactAltitude(fields.field(5), fields.field(6));
     } catch (const RunTimeError&) {
         return {};
     }

@@ -47,7 +47,9 @@ bool BlockDownload::receive() {
     while (mayGoOn(port_, host)) {
         const std::size_t count = readSome(port_, buffer);
         if (count == 0) {
-            pauseWhenGone(port_, host);
+            if (port_.isGone()) {
+                return false;
+            }
             // The only way out of a silence is the user's.
             host.processEvents();
             continue;
@@ -84,8 +86,13 @@ void BlockDownload::takeBlock(const std::string& block) {
 
 }  // namespace
 
-std::optional<MlrBlocks> mlrBlockDownload(Services& services, PortLease& port,
-                                          std::string_view request, std::string_view closing) {
+MlrBlocks mlrBlockDownload(Services& services, PortLease& port, std::string_view request,
+                           std::string_view closing) {
+    MlrBlocks nothing;
+    nothing.ending = endingOfSilence(port, services.host);
+    if (port.isGone()) {
+        return nothing;
+    }
     const auto write = [&](std::string_view text) {
         port.write({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
     };
@@ -94,10 +101,14 @@ std::optional<MlrBlocks> mlrBlockDownload(Services& services, PortLease& port,
                 [&] { services.events.GpsInfo(nmeatext::kMlrProgress); });
     BlockDownload download(services, port);
     const bool complete = download.receive();
+    nothing.ending = endingOfSilence(port, services.host);
+    if (port.holds() && !port.isOpen()) {
+        return nothing;
+    }
     port.reopen(lineSettings(kNmeaSpeed, kStopBits));
     write(closing);
     if (!complete) {
-        return std::nullopt;
+        return nothing;
     }
     services.events.GpsInfo(nmeatext::kMlrDone);
     return std::move(download.result());

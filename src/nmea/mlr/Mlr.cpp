@@ -45,18 +45,19 @@ double firstNumber(std::string_view text) {
     return digit == std::string_view::npos ? 0 : readNumber(text.substr(digit));
 }
 
-// These sentences carry no altitude and no symbol, and pad their names.
+// These sentences pad their names.
 WaypointRecord recordOfMlr(const Waypoint& waypoint) {
     WaypointRecord record = recordOf(waypoint);
     record.name = trimBlanks(waypoint.ident);
-    record.altitude.reset();
-    record.symbol.reset();
-    record.display.reset();
     return record;
 }
 
+// "TRC012" or "TR0123"; TROYES is a waypoint.
 bool isTrackPoint(std::string_view waypointSentence) {
-    return Sentence(waypointSentence).field(5).substr(0, 2) == "TR";
+    const std::string_view name = Sentence(waypointSentence).field(5);
+    const std::size_t number = name.starts_with("TRC") ? 3 : 2;
+    return name.starts_with("TR") && name.size() > number && name[number] >= '0' &&
+           name[number] <= '9';
 }
 
 }  // namespace
@@ -216,17 +217,17 @@ Ending Mlr::takeSentences(const TakeText& take, Checksums& checksums) {
 
 bool Mlr::downloadBlocks(List& list, const char* request, std::size_t shortestRecord,
                          const TakeText& take) {
-    const std::optional<MlrBlocks> download = mlrBlockDownload(services_, port_, request, kDone);
-    if (!download) {
-        return list.log.end(endingOfSilence(port_, services_.host));
+    const MlrBlocks download = mlrBlockDownload(services_, port_, request, kDone);
+    if (download.ending != Ending::complete) {
+        return list.log.end(download.ending);
     }
-    list.log->announced = download->total;
-    list.log->oversized += download->dropped;
-    if (download->total > 0) {
-        begin(list, static_cast<std::int16_t>(download->total));
+    list.log->announced = download.total;
+    list.log->oversized += download.dropped;
+    if (download.total > 0) {
+        begin(list, static_cast<std::int16_t>(download.total));
     }
     int number = 0;
-    for (const BlocMLR& block : download->blocks) {
+    for (const BlocMLR& block : download.blocks) {
         takeBlock(block, ++number, shortestRecord, take, list.log);
     }
     return finish(list, mayGoOn(port_, services_.host) ? Ending::complete
@@ -266,11 +267,12 @@ void Mlr::begin(List& list, std::int16_t count) {
 bool Mlr::finish(const List& list, Ending ending) {
     if (list.begun) {
         services_.events.EndDownload(list.letter);
-    } else if (mayGoOn(port_, services_.host)) {
+    } else if (ending == Ending::complete && mayGoOn(port_, services_.host)) {
         services_.host.messageBox(list.nothingText, BoxIcon::information);
     }
-    list.log.end(!list.begun && ending == Ending::complete ? Ending::nothingThere : ending);
-    return list.begun;
+    const bool ended = ending == Ending::complete;
+    list.log.end(ended && !list.begun ? Ending::nothingThere : ending);
+    return ended && list.begun;
 }
 
 // Decodes and remembers a waypoint; a sentence that is none is traced and left out.
@@ -319,7 +321,6 @@ void Mlr::takeTrackPoint(std::string_view sentence, List& list) {
         return;
     }
     TrackPointRecord value = recordOf(point);
-    value.altitude.reset();
     value.time.reset();  // the line's is made up, to keep the order
     reportPoint(point, value, list);
 }
@@ -336,8 +337,9 @@ void Mlr::takeTrackRecord(std::string_view record, std::uint16_t& previous, List
     reportPoint(point, value, list);
 }
 
-void Mlr::reportPoint(const Trace& point, const TrackPointRecord& value, List& list) {
+void Mlr::reportPoint(Trace point, const TrackPointRecord& value, List& list) {
     begin(list, kUnknownCount);
+    point.pFirst = point.pFirst || list.item == 0;
     ++list.log->transferred;
     addPoint(services_.records, value);
     services_.events.TrackData(++list.item, point.getIdent(separator()), "D");
@@ -346,7 +348,10 @@ void Mlr::reportPoint(const Trace& point, const TrackPointRecord& value, List& l
 void Mlr::takeRouteSentence(std::string_view sentence, std::vector<RoutePhrase>& phrases,
                             TransferLog& log) {
     try {
-        phrases.push_back(RouteMLR(sentence));
+        RoutePhrase phrase = RouteMLR(sentence);
+        if (!phrase.points.empty()) {
+            phrases.push_back(std::move(phrase));
+        }
     } catch (const RunTimeError&) {
         reject(sentence, log);
     }

@@ -90,7 +90,7 @@ private:
     void takeWaypointRecord(std::string_view record, List& list);
     void takeTrackPoint(std::string_view sentence, List& list);
     void takeTrackRecord(std::string_view record, std::uint16_t& previous, List& list);
-    void reportPoint(const Trace& point, const TrackPointRecord& value, List& list);
+    void reportPoint(Trace point, const TrackPointRecord& value, List& list);
     void takeRouteSentence(std::string_view sentence, std::vector<RoutePhrase>& phrases,
                            TransferLog& log);
 

@@ -18,6 +18,8 @@ public:
     [[nodiscard]] std::optional<LineChoice> line() const override;
     bool identify() override;
     void refreshIdent() override { identify(); }
+    // The waypoints heard so far stay, as they do for the routes of every family.
+    void forget() override { state_.sendsBlocks = false; }
     [[nodiscard]] std::string getProtocoles() const override;
 
     bool getWaypts() override;

@@ -72,6 +72,7 @@ std::optional<std::string> GetAttributes_MLR(Waypoint& waypoint, std::string_vie
     try {
         waypoint.latitude = readLatitude(fields.field(1), fields.field(2));
         waypoint.longitude = readLongitude(fields.field(3), fields.field(4));
+        waypoint.exact = readExactPosition(fields, 1);
     } catch (const RunTimeError&) {
         return std::nullopt;
     }
@@ -102,6 +103,7 @@ std::optional<std::string> GetAttributes_MLR(Trace& point, std::string_view sent
     std::optional<std::string> checksum = GetAttributes_MLR(waypoint, sentence);
     try {
         readTrackLine(point, waypoint.getIdent('.'), today);
+        point.exact = waypoint.exact;
     } catch (const RunTimeError&) {
         return std::nullopt;
     }

@@ -26,7 +26,7 @@ struct TypeCase {
 };
 
 const std::vector<TypeCase> kTypes = {
-    {"D100", 178, 2, 27, kFixed, "W;HOME;45;-90;MY HOUSE;0;18;0"},
+    {"D100", 178, 2, 18, kFixed, "W;HOME;45;-90;MY HOUSE;0;18;0"},
     {"D101", 178, 2, 63, kFixed + "4x00 B2", "W;HOME;45;-90;MY HOUSE;0;178;0"},
     {"D102", 8196, 2, 64, kFixed + "4x00 0420", "W;HOME;45;-90;MY HOUSE;0;8196;0"},
     {"D103", 178, 2, 60, kFixed + "0A 02", "W;HOME;45;-90;MY HOUSE;0;178;2"},
@@ -45,7 +45,7 @@ const std::vector<TypeCase> kTypes = {
      "01 00 5F 80 0420 6x00 12xFF " + kPosition + kAltitude +
          "12x00 4xFF 51590469 4xFF 0000 'HOME' 00 'MY HOUSE' 89x00",
      "W;HOME;45;-90;MY HOUSE;152;8196;64"},
-    {"D150", 178, 2, 94, "'HOME  ' 0000 04 " + kPosition + kAltitude + "64x00 'MY HOUSE' 00 31x20",
+    {"D150", 178, 2, 85, "'HOME  ' 0000 04 " + kPosition + kAltitude + "64x00 'MY HOUSE' 00 31x20",
      "W;HOME;45;-90;MY HOUSE;8256;18;0"},
     {"D151", 178, 2, 120, kAviation, "W;HOME;45;-90;MY HOUSE;8256;18;0"},
     {"D152", 178, 2, 120, kAviation, "W;HOME;45;-90;MY HOUSE;8256;18;0"},
