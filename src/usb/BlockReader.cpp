@@ -22,7 +22,7 @@ std::vector<GrmUSBPacket> BlockReader::getBlocks(std::span<const std::uint8_t> r
     }
     std::size_t gathered = 0;
     while (gathered < kMostGathered) {
-        auto packet = nextPacket(kGatherTimeout);
+        auto packet = next(kGatherTimeout, kGatherTimeout);
         if (!packet) {
             break;
         }
@@ -35,9 +35,18 @@ std::vector<GrmUSBPacket> BlockReader::getBlocks(std::span<const std::uint8_t> r
 void BlockReader::restart() {
     mode_ = Mode::undetermined;
     assembler_.clear();
+    short_ = false;
 }
 
 std::optional<GrmUSBPacket> BlockReader::nextPacket(int timeoutMilliseconds) {
+    // Not 0, which some systems take for ever.
+    constexpr int kNoWait = 1;
+    return next(timeoutMilliseconds, kNoWait);
+}
+
+std::optional<GrmUSBPacket> BlockReader::next(int timeoutMilliseconds, int after) {
+    constexpr double kMillisecond = 0.001;
+    double heard = services_.host.secondsClock();
     for (int fruitless = 0; fruitless < kFruitlessReads;) {
         if (auto packet = assembler_.take()) {
             return packet;
@@ -46,10 +55,16 @@ std::optional<GrmUSBPacket> BlockReader::nextPacket(int timeoutMilliseconds) {
         if (services_.host.stopRequested()) {
             break;
         }
+        const double silence = services_.host.secondsClock() - heard;
+        const bool passed = silence > (timeoutMilliseconds - 1) * kMillisecond;
+        const int timeout = passed ? after : timeoutMilliseconds;
         if (mode_ == Mode::bulk) {
-            readBulk(timeoutMilliseconds);
-        } else if (!readInterrupt(timeoutMilliseconds)) {
+            readBulk(timeout);
+        } else if (!readInterrupt(timeout)) {
             break;
+        }
+        if (assembler_.isPartial()) {
+            heard = services_.host.secondsClock();
         }
     }
     dropPartial();
@@ -65,13 +80,25 @@ bool BlockReader::readInterrupt(int timeoutMilliseconds) {
         return false;
     }
     block_.resize(static_cast<std::size_t>(count));
+    dropWhatWasCutShort(GrmUSBPacket(block_).isDataAvailable());
     if (!assembler_.isPartial()) {
         determineMode();
     }
     if (mode_ == Mode::interrupt) {
-        assembler_.append(block_);
+        append(kInterruptBlock);
     }
     return true;
+}
+
+void BlockReader::dropWhatWasCutShort(bool isNotice) {
+    if (short_ && (isNotice || PacketAssembler::begins(block_))) {
+        dropPartial();
+    }
+}
+
+void BlockReader::append(std::size_t capacity) {
+    assembler_.append(block_);
+    short_ = block_.size() < capacity;
 }
 
 void BlockReader::determineMode() {
@@ -98,7 +125,9 @@ void BlockReader::readBulk(int timeoutMilliseconds) {
     const int count = usb_.readBulkBlock(block_, timeoutMilliseconds);
     tellHost(count, timeoutMilliseconds);
     if (count > 0) {
-        assembler_.append(std::span(block_).first(static_cast<std::size_t>(count)));
+        block_.resize(static_cast<std::size_t>(count));
+        dropWhatWasCutShort(false);
+        append(kBulkBlock);
         return;
     }
     dropPartial();

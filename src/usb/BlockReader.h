@@ -25,18 +25,23 @@ public:
 
     // Starts afresh on the interrupt pipe.
     void restart();
-    // The next packet, each block within the time-out; nothing when the interrupt pipe stayed
-    // silent.
+    // The next packet of a stream, each of its blocks within the time-out. Once that has passed,
+    // what the other pipe still holds is taken without waiting; nothing when that is no packet.
     std::optional<GrmUSBPacket> nextPacket(int timeoutMilliseconds);
 
 private:
     enum class Mode { undetermined, interrupt, bulk };
 
+    // The next packet. `after`: the time-out of the reads that follow one that passed in silence.
+    std::optional<GrmUSBPacket> next(int timeoutMilliseconds, int after);
     // Each reads one block. False: the interrupt pipe is silent.
     bool readInterrupt(int timeoutMilliseconds);
     void readBulk(int timeoutMilliseconds);
     // Looks at the block that stands at the start of a packet.
     void determineMode();
+    // Gives up a packet that announced more than came, when the block begins anew.
+    void dropWhatWasCutShort(bool isNotice);
+    void append(std::size_t capacity);
     void dropPartial();
     // What a read brought, or that it timed out.
     void tellHost(int count, int timeoutMilliseconds);
@@ -46,6 +51,7 @@ private:
     Mode mode_ = Mode::undetermined;
     PacketAssembler assembler_;
     std::vector<std::uint8_t> block_;
+    bool short_ = false;  // the last block was not full: the unit had no more to send at once
 };
 
 }  // namespace marlune

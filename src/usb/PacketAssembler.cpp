@@ -23,6 +23,10 @@ bool startsPacket(std::span<const std::uint8_t> bytes) {
 
 }  // namespace
 
+bool PacketAssembler::begins(std::span<const std::uint8_t> block) {
+    return block.size() >= GrmUSBPacket::kHeaderSize && startsPacket(block);
+}
+
 void PacketAssembler::append(std::span<const std::uint8_t> block) {
     bytes_.insert(bytes_.end(), block.begin(), block.end());
 }

@@ -16,6 +16,9 @@ public:
     // Receivers' records are far smaller; what claims more is no packet and is dropped.
     static constexpr std::size_t kLargestData = 65536;
 
+    // Whether a block begins with the header of an application packet.
+    static bool begins(std::span<const std::uint8_t> block);
+
     // Adds a block as it came.
     void append(std::span<const std::uint8_t> block);
 

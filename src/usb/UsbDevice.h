@@ -26,6 +26,9 @@ public:
     virtual bool open() = 0;
     virtual void close() = 0;
     [[nodiscard]] virtual bool isOpen() const = 0;
+    // True when nothing can be written or read any more: the device is closed or, where the system
+    // tells, was pulled out.
+    [[nodiscard]] virtual bool isGone() const { return !isOpen(); }
 
     // Reads and drops what an earlier program or an interrupted transfer left in the device's
     // pipes, in bounded time. Nothing where the system's driver does that by itself.

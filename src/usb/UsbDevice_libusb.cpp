@@ -113,6 +113,7 @@ public:
     bool open() override;
     void close() override { closeHandle(); }
     [[nodiscard]] bool isOpen() const override { return handle_ != nullptr; }
+    [[nodiscard]] bool isGone() const override { return !isOpen() || gone_; }
     void discard() override;
     int writeBlock(std::span<const std::uint8_t> block) override;
     int readInterruptBlock(std::span<std::uint8_t> block, int timeoutMilliseconds) override;
@@ -149,6 +150,7 @@ private:
     Place found_;   // what open() will open
     Place opened_;  // what handle_ belongs to, and must outlive
     Handle handle_;
+    bool gone_ = false;  // pulled out
     Pipe bulkOut_;
     Pipe bulkIn_;
     Pipe interruptIn_;
@@ -191,6 +193,7 @@ int LibusbDevice::openHandle() {
         return error;
     }
     handle_.reset(handle);
+    gone_ = false;
     // Not supported everywhere; the claim below tells when a driver stands in the way.
     libusb_set_auto_detach_kernel_driver(handle, 1);
     if (const int error = libusb_claim_interface(handle, kInterface); error != LIBUSB_SUCCESS) {
@@ -260,6 +263,7 @@ LibusbDevice::Outcome LibusbDevice::transfer(Transfer kind, const Pipe& pipe,
         // A stalled pipe stays stalled until it is told to go on.
         libusb_clear_halt(handle_.get(), pipe.address);
     }
+    gone_ = gone_ || outcome.error == LIBUSB_ERROR_NO_DEVICE;
     return outcome;
 }
 

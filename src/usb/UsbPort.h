@@ -32,6 +32,7 @@ public:
     bool open();
     void close();
     [[nodiscard]] bool isOpen() const { return device_ && device_->isOpen(); }
+    [[nodiscard]] bool isGone() const { return !device_ || device_->isGone(); }
 
 private:
     friend class UsbLease;
@@ -46,6 +47,7 @@ public:
 
     // False once somebody else closed or reopened the device since the lease was taken.
     [[nodiscard]] bool holds() const { return openings_ == port_.openings_; }
+    [[nodiscard]] bool isGone() const { return !holds() || port_.isGone(); }
 
     // As UsbDevice; a lost lease answers as a device that is silent.
     int writeBlock(std::span<const std::uint8_t> block);

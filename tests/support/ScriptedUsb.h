@@ -69,6 +69,7 @@ public:
     bool open() override;
     void close() override { open_ = false; }
     [[nodiscard]] bool isOpen() const override { return open_; }
+    [[nodiscard]] bool isGone() const override { return !open_ || unplugged_; }
     // Drops what has arrived by now.
     void discard() override;
     int writeBlock(std::span<const std::uint8_t> block) override;

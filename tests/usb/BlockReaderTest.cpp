@@ -146,6 +146,11 @@ TEST_F(BlockReaderTest, LyingSizesNeitherLoopNorFillTheMemory) {
     longer[8] = 50;
     EXPECT_EQ(gather({longer}), std::vector<int>{}) << "more than came";
     EXPECT_EQ(traced("Paquet incomplet"), 1);
+    EXPECT_EQ(gather({longer, app(36), app(37)}), (std::vector<int>{36, 37}));
+    EXPECT_EQ(gather({kDataAvailable}, {longer, app(36), longer, app(37), kEmpty}),
+              (std::vector<int>{36, 37}));
+    EXPECT_EQ(gather({longer, kDataAvailable}, {app(36), kEmpty}), std::vector<int>{36});
+    EXPECT_EQ(traced("Paquet incomplet"), 5);
 }
 
 TEST_F(BlockReaderTest, AUnitThatRepeatsNonsenseIsLeftAlone) {

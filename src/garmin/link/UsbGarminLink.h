@@ -34,6 +34,7 @@ public:
     // The session's start has emptied the pipes.
     void discard() override {}
     [[nodiscard]] bool holds() const override { return usb_.holds(); }
+    [[nodiscard]] bool isGone() const override { return usb_.isGone(); }
     [[nodiscard]] bool acknowledges() const override { return false; }
     [[nodiscard]] bool gathers() const override { return true; }
     [[nodiscard]] bool tellsSuccess() const override { return true; }
