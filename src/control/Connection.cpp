@@ -36,10 +36,32 @@ std::string present(ControlState& control) {
     return control.host.dateText(control.host.now());
 }
 
+// One run of what begins or ends a connection. Handlers may act on the control whenever a box is
+// shown or the host's events are processed; when one of them ended the connection or began another,
+// what is open is not this run's any more, and nothing is told.
+class Attempt {
+public:
+    explicit Attempt(ControlState& control) : control_(control), number_(++control.connections) {}
+
+    [[nodiscard]] bool holds() const { return control_.connections == number_; }
+
+private:
+    ControlState& control_;
+    std::uint32_t number_;
+};
+
+// A unit that goes on streaming would talk into the next connection.
+void endRealTime(ControlState& control) {
+    for (const auto& family : control.families.all()) {
+        family->endRealTime();
+    }
+    control.connection.realTimeRunning = false;
+}
+
 // The connection counts as opened whatever the outcome: the identification decides.
-void openSerial(ControlState& control) {
+void openSerial(ControlState& control, Family& family, const Attempt& attempt) {
     // A family without a line of its own keeps the settings that were there.
-    if (const std::optional<LineChoice> line = control.family().line()) {
+    if (const std::optional<LineChoice> line = family.line()) {
         control.port.setLine(line->settings, line->queues);
     }
     if (control.port.isOpen()) {
@@ -48,9 +70,13 @@ void openSerial(ControlState& control) {
     }
     ConnectionReport& report = control.reports.connection;
     report.device = control.port.device();
-    report.systemError = control.port.open();
-    if (report.systemError != 0) {
-        report.detail = systemErrorText(report.systemError);
+    const std::int32_t error = control.port.open();
+    if (!attempt.holds()) {
+        return;
+    }
+    if (error != 0) {
+        report.systemError = error;
+        report.detail = systemErrorText(error);
         control.host.messageBox(controltext::kNoConnection, BoxIcon::critical);
     }
     control.trace.traceLine(present(control) + controltext::kPortOpened + control.port.name() +
@@ -73,13 +99,15 @@ bool openUsb(ControlState& control) {
     return false;
 }
 
-// Opens what the protocol code names; false when there is nothing to identify.
-bool openDevice(ControlState& control) {
-    if (control.family().isOnUsb()) {
-        return openUsb(control);
+// Opens what the protocol code names, and answers whose unit it is; nobody's when there is nothing
+// to identify. A handler may choose another code already: that is for the next call.
+Family* openDevice(ControlState& control, const Attempt& attempt) {
+    Family& family = control.family();
+    if (family.isOnUsb()) {
+        return openUsb(control) ? &control.family() : nullptr;
     }
-    openSerial(control);
-    return true;
+    openSerial(control, family, attempt);
+    return &family;
 }
 
 // An earlier receiver's words must not be taken for those of the next.
@@ -98,8 +126,16 @@ void closeAll(ControlState& control) {
     }
 }
 
+// Wherever the connection went, it is not this run's to close. The report of another one that
+// stands keeps what it tells of it.
+bool abandon(ControlState& control) {
+    control.reports.connection.outcome = ConnectionOutcome::abandoned;
+    return false;
+}
+
 bool fail(ControlState& control) {
     ConnectionReport& report = control.reports.connection;
+    report.capabilities = CapabilitySource::none;
     if (report.systemError != 0) {
         report.outcome = ConnectionOutcome::notOpened;
     } else if (report.outcome == ConnectionOutcome::none) {
@@ -125,18 +161,27 @@ void setGpsMark(ControlState& control, const std::string& value) {
 }
 
 bool connectReceiver(ControlState& control) {
+    const Attempt attempt(control);
     ConnectionReport& report = control.reports.connection;
     report = {};
     control.trace.openEmpty();
     control.trace.traceLine(present(control) + " Marlune " + versionText());
     forgetReceiver(control);
-    if (!openDevice(control)) {
-        report.outcome = ConnectionOutcome::notOpened;
-        report.protocolCode = control.connection.protocolCode;
-        return false;
+    endRealTime(control);
+    Family* const family = openDevice(control, attempt);
+    if (!attempt.holds()) {
+        return abandon(control);
     }
     report.protocolCode = control.connection.protocolCode;
-    if (!control.family().identify()) {
+    if (family == nullptr) {
+        report.outcome = ConnectionOutcome::notOpened;
+        return false;
+    }
+    const bool identified = family->identify();
+    if (!attempt.holds()) {
+        return abandon(control);
+    }
+    if (!identified) {
         return fail(control);
     }
     report.outcome =
@@ -150,7 +195,7 @@ void endWhatRuns(ControlState& control) {
     if (control.connection.connected && control.connection.transferRunning) {
         control.family().StopTransfert();
     }
-    control.connection.realTimeRunning = false;
+    endRealTime(control);
     control.connection.connected = false;
 }
 
@@ -167,12 +212,26 @@ void closeHandles(ControlState& control) {
 
 // The listener goes on at once on the same line: nothing of its stream may be heard out and lost.
 void closeDevice(ControlState& control) {
+    const Attempt ending(control);
     endWhatRuns(control);
-    closeHandles(control);
+    if (ending.holds()) {
+        closeHandles(control);
+    }
+}
+
+void abandonDevice(ControlState& control) {
+    ++control.connections;
+    endRealTime(control);
+    control.port.close();
+    control.usb.close();
 }
 
 void disconnectReceiver(ControlState& control) {
+    const Attempt ending(control);
     endWhatRuns(control);
+    if (!ending.holds()) {
+        return;
+    }
     control.port.settle();
     closeHandles(control);
     control.trace.close();

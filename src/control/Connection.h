@@ -15,5 +15,7 @@ bool connectReceiver(ControlState& control);
 void disconnectReceiver(ControlState& control);
 // Ends what runs and closes what is open, but leaves the trace open.
 void closeDevice(ControlState& control);
+// The control is about to be destroyed, perhaps by a handler of what runs.
+void abandonDevice(ControlState& control);
 
 }  // namespace marlune

@@ -1,6 +1,7 @@
 // Everything one control owns.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <utility>
 
@@ -22,6 +23,10 @@ struct ControlState {
           services{{host, eventsOfControl, trace, records, reports}, port, usb, connection} {}
 
     [[nodiscard]] Family& family() const { return families.chosen(); }
+
+    // Counts what begins and ends a connection: tells a gpsConnect that a handler closed or
+    // replaced its connection meanwhile.
+    std::uint32_t connections = 0;
 
     Host& host;
     DebugTrace trace;

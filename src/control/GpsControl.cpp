@@ -51,8 +51,7 @@ std::unique_ptr<GpsControl> ControlFactory::make(Host& host, GpsControlEvents& e
 }
 
 GpsControl::~GpsControl() {
-    impl_->port.close();
-    impl_->usb.close();
+    abandonDevice(*impl_);
 }
 
 double GpsControl::GetTime() {
@@ -134,14 +133,15 @@ Upload<Record> readUpload(ControlState& control, const UploadRow<Record>& row,
         return upload;
     }
     control.trace.traceLine(row.traceText);
-    if (Fichier{path}.Existant(control.host)) {
+    const bool fileThere = Fichier{path}.Existant(control.host);
+    if (fileThere) {
         upload.reading =
             row.read(control.host, path, control.family().uploadFormat(), upload.records);
     }
     if (!upload.reading) {
         TransferLog log(control.services, row.kind, TransferDirection::upload);
         reportReading(log, upload.reading);
-        log.end(Ending::fileError);
+        log.end(fileThere && isReadable(upload.reading) ? Ending::nothingThere : Ending::fileError);
     }
     return upload;
 }

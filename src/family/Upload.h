@@ -19,6 +19,11 @@ struct FileReading {
     explicit operator bool() const { return good; }
 };
 
+// Whether every line of the file was understood, be it as no record.
+inline bool isReadable(const FileReading& reading) {
+    return reading.detail.empty() && reading.leftOut == 0;
+}
+
 template <class Record>
 struct Upload {
     std::vector<Record> records = {};

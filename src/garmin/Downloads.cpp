@@ -169,10 +169,10 @@ void GarminDownloads::takeRecord(const Kind& kind, std::int16_t numitem, const L
 // A record that cannot be decoded is acknowledged all the same, so that the transfer goes on.
 void GarminDownloads::takeRecordBy(const RecordRule& rule, std::int16_t numitem,
                                    const LinkPacket& packet, TransferLog& log) {
-    log->damaged += packet.damaged ? 1 : 0;
     try {
         const bool taken = (this->*rule.take)(numitem, packet.data);
         ++(taken ? log->transferred : log->positionless);
+        log->damaged += taken && packet.damaged ? 1 : 0;
     } catch (const RunTimeError& error) {
         services_.trace.traceLine("Erreur " + std::to_string(error.number()) + " " + error.what());
         ++log->undecodable;

@@ -17,10 +17,13 @@ public:
     [[nodiscard]] std::string getProtocoles() const override;
     [[nodiscard]] bool offers(Member member) const override;
     [[nodiscard]] UploadFormat uploadFormat() const override;
-    void forget() override { unit_.capability.reset(); }
+    void forget() override { unit_ = {}; }
 
 protected:
     [[nodiscard]] GarminUnit& unit() const { return unit_; }
+
+    // The unit sends its position again and again; over which link, only the family knows.
+    bool streams_ = false;
 
 private:
     GarminUnit& unit_;

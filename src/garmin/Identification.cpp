@@ -39,14 +39,15 @@ bool GarminIdentification::grmGetAttributes() {
         return failSilently();
     }
     if (product.pid != pid::kProductData) {
-        showProtocolError(services_.host, product.pid, text::kProductError);
+        if (link_.holds()) {
+            showProtocolError(services_.host, product.pid, text::kProductError);
+        }
         return fail(ConnectionOutcome::protocolError, product.pid);
     }
     takeProductData(product.data);
     skipExtendedData();
     link_.acknowledge(pid::kProductData);
-    takeCapabilities(link_.receive());
-    return state_.connected;
+    return takeCapabilities(link_.receive());
 }
 
 bool GarminIdentification::grmGetAttributesGathered() {
@@ -73,8 +74,7 @@ bool GarminIdentification::grmGetAttributesGathered() {
         return failSilently();
     }
     takeProductData(product.data);
-    takeCapabilities(protocols);
-    return state_.connected;
+    return takeCapabilities(protocols);
 }
 
 void GarminIdentification::abortWhatRuns() {
@@ -128,9 +128,12 @@ bool GarminIdentification::failSilently() {
     return fail(abandoned ? ConnectionOutcome::abandoned : ConnectionOutcome::silent);
 }
 
+// A connection that was taken away meanwhile is the control's to tell.
 bool GarminIdentification::fail(ConnectionOutcome outcome, std::uint16_t pid) {
-    services_.reports.connection.outcome = outcome;
-    services_.reports.connection.pid = pid;
+    if (link_.holds()) {
+        services_.reports.connection.outcome = outcome;
+        services_.reports.connection.pid = pid;
+    }
     return false;
 }
 
@@ -146,12 +149,15 @@ void GarminIdentification::takeProductData(std::span<const std::uint8_t> data) {
     services_.trace.traceLine(identText(state_));
 }
 
+// A unit that still streams from an earlier connection would never fall silent.
 void GarminIdentification::skipExtendedData() {
     constexpr int kYields = 100;
+    constexpr double kLongest = 10;  // seconds
     for (int i = 0; i < kYields; ++i) {
         services_.host.processEvents();
     }
-    while (!services_.host.stopRequested()) {
+    const double end = services_.host.secondsClock() + kLongest;
+    while (mayGoOn() && services_.host.secondsClock() < end) {
         const LinkPacket packet = link_.receive();
         if (!packet.came) {
             return;
@@ -162,7 +168,10 @@ void GarminIdentification::skipExtendedData() {
     }
 }
 
-void GarminIdentification::takeCapabilities(const LinkPacket& packet) {
+bool GarminIdentification::takeCapabilities(const LinkPacket& packet) {
+    if (packet.pid != pid::kProtocolArray && !mayGoOn()) {
+        return false;  // the unit was not heard out: what it speaks is not to be guessed
+    }
     GpsCapability capability;
     if (packet.pid == pid::kProtocolArray) {
         services_.trace.traceLine("Protocole trouvé ....");
@@ -170,12 +179,17 @@ void GarminIdentification::takeCapabilities(const LinkPacket& packet) {
         link_.acknowledge(pid::kProtocolArray);
     } else {
         capability.GetCapability(productId_, softwareVersion_, services_.trace);
+        services_.trace.traceLine(capability.source == CapabilitySource::table
+                                      ? text::kTableProtocols
+                                      : text::kGenericProtocols);
     }
     state_.connected = !capability.tags.empty();
     capability.Decoder();
     services_.reports.connection.capabilities = capability.source;
     unit_.capability = std::move(capability);
     services_.trace.traceLine(unit_.capability->getProtocoles());
+    // An array of no protocols connects nobody.
+    return state_.connected || fail(ConnectionOutcome::protocolError, packet.pid);
 }
 
 void GarminIdentification::grmGetVoltages() {

@@ -35,7 +35,7 @@ private:
     bool fail(ConnectionOutcome outcome, std::uint16_t pid = 0);
     void takeProductData(std::span<const std::uint8_t> data);
     void skipExtendedData();
-    void takeCapabilities(const LinkPacket& packet);
+    bool takeCapabilities(const LinkPacket& packet);
     std::uint16_t productId_ = 0;
     std::uint16_t softwareVersion_ = 0;  // hundredths
 };

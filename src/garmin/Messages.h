@@ -22,6 +22,8 @@ inline constexpr const char* kUsbPath = "Clef USB ";
 inline constexpr const char* kUsbOpened = "Ouverture Fichier USB OK";
 inline constexpr const char* kNoUsbFile = "Fichier USB non Trouvé";
 
+inline constexpr const char* kTableProtocols = "Protocoles de la table des produits";
+inline constexpr const char* kGenericProtocols = "Protocoles supposés: produit inconnu";
 inline constexpr const char* kExtendedProduct = "Paquet 248 .....";
 
 inline constexpr const char* kNoWaypoints = "Aucun Waypoint dans ce Gps";

@@ -63,6 +63,7 @@ std::string GarminRealTime::getPosition() {
     if (link_.acknowledges()) {
         services_.trace.traceLine("GetPosition");
     }
+    services_.records.fix.reset();
     link_.discard();
     sendCommand(link_, command::kTransferPosition);
     LinkPacket packet;
@@ -93,17 +94,23 @@ void GarminRealTime::showNoPosition(std::uint16_t pid) {
     }
 }
 
-bool GarminRealTime::StartPvtData() {
+void GarminRealTime::endOutput() {
+    sendCommand(link_, command::kStopPvt);
+}
+
+bool GarminRealTime::StartPvtData(bool& streams) {
     TransferLog log(services_, TransferKind::realTime, TransferDirection::download);
     services_.trace.traceLine("StartPvtData");
     services_.records.fix.reset();
     link_.discard();
     sendCommand(link_, command::kStartPvt);
+    streams = true;
     skipAcknowledgement();
     state_.realTimeRunning = true;
     const Ending ending = follow(log);
     // However it ended, the unit is told to stop.
-    sendCommand(link_, command::kStopPvt);
+    endOutput();
+    streams = false;
     skipAcknowledgement();
     services_.events.EndPvt();
     services_.host.messageBox(text::kRealTimeDone, BoxIcon::information);
@@ -135,6 +142,7 @@ Ending GarminRealTime::follow(TransferLog& log) {
 
 void GarminRealTime::takePvt(const LinkPacket& packet, TransferLog& log) {
     constexpr int kTrue = -1;
+    constexpr std::int16_t kUnread = -1;
     if (!started_) {
         started_ = true;
         services_.events.Startpvt(text::kRealTimeHeader +
@@ -142,10 +150,14 @@ void GarminRealTime::takePvt(const LinkPacket& packet, TransferLog& log) {
     }
     const char separator = services_.host.decimalSeparator();
     // The first line of a run starts a segment.
-    pvt_.GetAttributes(packet.data, pvt_.point ? 0 : kTrue, services_.trace, separator);
+    pvt_.fix = kUnread;
+    if (pvt_.GetAttributes(packet.data, pvt_.point ? 0 : kTrue, services_.trace, separator)) {
+        services_.records.fix = recordOf(pvt_);
+    } else if (pvt_.fix != 0) {
+        ++log->undecodable;
+    }
     if (pvt_.point) {
         // Without a fix this is the position before.
-        services_.records.fix = recordOf(pvt_);
         ++log->transferred;
         services_.events.PvtData(pvt_.getIdent(separator));
     }

@@ -18,8 +18,11 @@ public:
     double GetTime();
     // The position's text, named after the present time; empty after an error box.
     std::string getPosition();
-    // Runs until the real-time flag is cleared or the unit falls silent. Always false.
-    bool StartPvtData();
+    // Runs until the real-time flag is cleared or the unit falls silent. Always false. streams: set
+    // while the unit sends its positions, and cleared by whoever tells it to stop.
+    bool StartPvtData(bool& streams);
+    // Tells the unit to stop; its answer is not waited for.
+    void endOutput();
 
 private:
     // The packet that answers a command, behind its acknowledgement where there is one. False:

@@ -1,5 +1,7 @@
 #include "garmin/SerialGarmin.h"
 
+#include <utility>
+
 #include "base/Contains.h"
 #include "garmin/Downloads.h"
 #include "garmin/Identification.h"
@@ -85,7 +87,13 @@ bool SerialGarmin::SendTraces(Upload<TrackItem> upload) {
 }
 
 bool SerialGarmin::StartPvtData() {
-    return Line(services(), unit()).run<GarminRealTime>().StartPvtData();
+    return Line(services(), unit()).run<GarminRealTime>().StartPvtData(streams_);
+}
+
+void SerialGarmin::endRealTime() {
+    if (std::exchange(streams_, false)) {
+        Line(services(), unit()).run<GarminRealTime>().endOutput();
+    }
 }
 
 double SerialGarmin::GetTime() {

@@ -27,6 +27,7 @@ public:
     bool SendRoutes(Upload<Route> upload) override;
     bool SendTraces(Upload<TrackItem> upload) override;
     bool StartPvtData() override;
+    void endRealTime() override;
     double GetTime() override;
     std::string getPosition() override;
     void StopTransfert() override;

@@ -76,11 +76,11 @@ Ending GarminUploads::went(const LinkPacket& reply, TransferLog& log) const {
 
 // Sends a record and shows the protocol error for any answer but an acknowledgement.
 Ending GarminUploads::sendRecord(std::uint8_t pid, const Bytes& record, TransferLog& log) {
-    if (!mayGoOn()) {
+    if (!maySend()) {
         return endingOfSilence();
     }
     const LinkPacket reply = sendPacket(pid, record);
-    if (reply.pid != pid::kAck && mayGoOn()) {
+    if (reply.pid != pid::kAck && maySend()) {
         showProtocolError(services_.host, reply.pid);
     }
     return went(reply, log);
@@ -95,7 +95,7 @@ bool GarminUploads::SendWaypts(const Upload<Waypoint>& upload) {
     }
     Ending ending = Ending::complete;
     for (std::size_t i = 0; ending == Ending::complete && i < upload.records.size(); ++i) {
-        ending = mayGoOn() ? sendWaypoint(static_cast<std::int16_t>(i + 1), upload.records[i], log)
+        ending = maySend() ? sendWaypoint(static_cast<std::int16_t>(i + 1), upload.records[i], log)
                            : endingOfSilence();
     }
     return finish("W", kZero, ending, log);
@@ -110,11 +110,14 @@ Ending GarminUploads::sendWaypoint(std::int16_t numitem, const Waypoint& waypoin
     if (isSingle(record)) {
         return Ending::unsendable;
     }
-    if (!mayGoOn()) {
+    if (!maySend()) {
         return endingOfSilence();
     }
     const LinkPacket reply = sendPacket(pid::kWaypoint, record);
     const Ending ending = went(reply, log);
+    if (reply.pid == 0 && !maySend()) {
+        return ending;
+    }
     if (reply.pid == 0 && link_.acknowledges()) {
         // The only second chance of any upload, and what comes then is not looked at.
         (void)link_.receive();
@@ -148,7 +151,7 @@ bool GarminUploads::SendRoutes(const Upload<Route>& upload) {
     routeItem_ = 0;
     Ending ending = Ending::complete;
     for (std::size_t i = 0; ending == Ending::complete && i < upload.records.size(); ++i) {
-        ending = mayGoOn() ? sendRoute(upload.records[i], log) : endingOfSilence();
+        ending = maySend() ? sendRoute(upload.records[i], log) : endingOfSilence();
     }
     return finish("R", kZero, ending, log);
 }
@@ -156,7 +159,7 @@ bool GarminUploads::SendRoutes(const Upload<Route>& upload) {
 Ending GarminUploads::sendRoute(const Route& route, TransferLog& log) {
     services_.records.routes.push_back(recordOf(route));
     services_.events.RouteHeader(++routeItem_, route.getIdent(), kUp);
-    if (!mayGoOn()) {
+    if (!maySend()) {
         return endingOfSilence();
     }
     Ending ending = sendRecord(pid::kRouteHeader, route.Coder(capabilities().routeHeaderType), log);
@@ -184,7 +187,7 @@ Ending GarminUploads::sendRouteLink(const Waypoint& point, TransferLog& log) {
     link.SetIdent(point.getNom());
     addLink(services_.records, recordOf(link));
     services_.events.RouteLink(++routeItem_, link.getIdent(), kUp);
-    return mayGoOn() ? sendRecord(pid::kRouteLink, link.Coder(capabilities().routeLinkType), log)
+    return maySend() ? sendRecord(pid::kRouteLink, link.Coder(capabilities().routeLinkType), log)
                      : endingOfSilence();
 }
 
@@ -197,7 +200,7 @@ bool GarminUploads::SendTraces(const Upload<TrackItem>& upload) {
     }
     Ending ending = Ending::complete;
     for (std::size_t i = 0; ending == Ending::complete && i < upload.records.size(); ++i) {
-        ending = mayGoOn() ? sendTrackItem(static_cast<std::int16_t>(i + 1), upload.records[i], log)
+        ending = maySend() ? sendTrackItem(static_cast<std::int16_t>(i + 1), upload.records[i], log)
                            : endingOfSilence();
     }
     return finish("T", kNothing, ending, log);

@@ -29,6 +29,8 @@ public:
 private:
     using Bytes = std::vector<std::uint8_t>;
 
+    // False as well when the link is known to be gone: nobody hears what is sent then.
+    [[nodiscard]] bool maySend() const { return mayGoOn() && !link_.isGone(); }
     // True when the unit did not decline; otherwise the report is ended.
     bool announce(const char* letter, std::size_t count, const char* label, TransferLog& log);
     // Ends an upload; its result is the member's.

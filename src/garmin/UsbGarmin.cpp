@@ -1,5 +1,7 @@
 #include "garmin/UsbGarmin.h"
 
+#include <utility>
+
 #include "garmin/Downloads.h"
 #include "garmin/Identification.h"
 #include "garmin/Messages.h"
@@ -16,12 +18,19 @@ using Answer = UsbGarminLink::Answer;
 // A session with the unit, for the time of one service, and the procedures over it.
 class Session {
 public:
-    Session(ControlServices& services, GarminUnit& unit, Answer answer = Answer::stream,
-            std::string_view sendLabel = "Send ")
+    // running: counts the sessions.
+    Session(ControlServices& services, GarminUnit& unit, int& running,
+            Answer answer = Answer::stream, std::string_view sendLabel = "Send ")
         : services_(services),
           unit_(unit),
+          running_(running),
           lease_(services.usb),
-          link_(services, lease_, answer, sendLabel) {}
+          link_(services, lease_, answer, sendLabel) {
+        ++running_;
+    }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    ~Session() { --running_; }
 
     // False, after a box, when there is no session; then the service is over.
     bool start(TransferKind kind, TransferDirection direction = TransferDirection::download) {
@@ -51,6 +60,7 @@ public:
 private:
     ControlServices& services_;
     GarminUnit& unit_;
+    int& running_;
     UsbLease lease_;
     UsbGarminLink link_;
 };
@@ -75,7 +85,7 @@ Family::Opening UsbGarmin::open() {
 
 bool UsbGarmin::identify() {
     connection().connected = false;
-    Session session(services(), unit());
+    Session session(services(), unit(), sessions_);
     if (!session.begins()) {
         services().reports.connection.outcome = ConnectionOutcome::silent;
         return false;
@@ -84,52 +94,60 @@ bool UsbGarmin::identify() {
 }
 
 bool UsbGarmin::getWaypts() {
-    Session session(services(), unit());
+    Session session(services(), unit(), sessions_);
     return session.start(TransferKind::waypoints) && session.run<GarminDownloads>().getWaypts();
 }
 
 bool UsbGarmin::getTracks() {
-    Session session(services(), unit());
+    Session session(services(), unit(), sessions_);
     return session.start(TransferKind::tracks) && session.run<GarminDownloads>().getTracks();
 }
 
 bool UsbGarmin::GetRoutes() {
-    Session session(services(), unit());
+    Session session(services(), unit(), sessions_);
     return session.start(TransferKind::routes) && session.run<GarminDownloads>().GetRoutes();
 }
 
 bool UsbGarmin::SendWaypts(Upload<Waypoint> upload) {
-    Session session(services(), unit());
+    Session session(services(), unit(), sessions_);
     return session.start(TransferKind::waypoints, TransferDirection::upload) &&
            session.run<GarminUploads>().SendWaypts(upload);
 }
 
 bool UsbGarmin::SendRoutes(Upload<Route> upload) {
-    Session session(services(), unit());
+    Session session(services(), unit(), sessions_);
     return session.start(TransferKind::routes, TransferDirection::upload) &&
            session.run<GarminUploads>().SendRoutes(upload);
 }
 
 bool UsbGarmin::SendTraces(Upload<TrackItem> upload) {
-    Session session(services(), unit());
+    Session session(services(), unit(), sessions_);
     return session.start(TransferKind::tracks, TransferDirection::upload) &&
            session.run<GarminUploads>().SendTraces(upload);
 }
 
 bool UsbGarmin::StartPvtData() {
-    Session session(services(), unit());
-    return session.start(TransferKind::realTime) && session.run<GarminRealTime>().StartPvtData();
+    Session session(services(), unit(), sessions_);
+    return session.start(TransferKind::realTime) &&
+           session.run<GarminRealTime>().StartPvtData(streams_);
+}
+
+void UsbGarmin::endRealTime() {
+    if (std::exchange(streams_, false)) {
+        Session(services(), unit(), sessions_).run<GarminRealTime>().endOutput();
+    }
 }
 
 double UsbGarmin::GetTime() {
-    Session session(services(), unit(), Answer::oneBlock);
+    Session session(services(), unit(), sessions_, Answer::oneBlock);
     return session.start(TransferKind::time) ? session.run<GarminRealTime>().GetTime() : 0;
 }
 
 std::string UsbGarmin::getPosition() {
-    // Here alone the device is opened anew first.
-    Session session(services(), unit(), Answer::eitherPipe, "Get Position ");
-    if (!session.begins(session.reopen())) {
+    // Here alone the device is opened anew first, unless a transfer runs on it.
+    const bool isInUse = sessions_ > 0 && services().usb.isOpen();
+    Session session(services(), unit(), sessions_, Answer::eitherPipe, "Get Position ");
+    if (!session.begins(isInUse || session.reopen())) {
         TransferLog(services(), TransferKind::position, TransferDirection::download)
             .end(Ending::noSession);
         return {};

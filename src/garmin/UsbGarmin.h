@@ -23,8 +23,12 @@ public:
     bool SendRoutes(Upload<Route> upload) override;
     bool SendTraces(Upload<TrackItem> upload) override;
     bool StartPvtData() override;
+    void endRealTime() override;
     double GetTime() override;
     std::string getPosition() override;
+
+private:
+    int sessions_ = 0;  // that run now, one inside the other
 };
 
 }  // namespace marlune

@@ -63,6 +63,112 @@ TEST(Handshake, EndsWithoutAWordWhenTheHostRequestsAStop) {
     }
 }
 
+// The host's events are processed behind the abort, and a hundred times before the drain.
+TEST(Handshake, AHandlerMayEndOrReplaceTheConnection) {
+    const Script untilProduct = kAsked + Script{answers(6), answers(255, productData(77, 0, "A"))};
+    for (const auto& [round, begun] :
+         {std::pair{1, Script{sends(10, {0, 0})}}, {9, untilProduct}}) {
+        const auto connect = [&, begun = begun](Stage& stage, const Script& script,
+                                                const std::function<void()>& act) {
+            stage.host.onProcessEvents = [&, nth = round] {
+                if (stage.host.eventRounds == nth) {
+                    act();
+                }
+            };
+            stage.play(begun + script, [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+            EXPECT_EQ(stage.control().lastConnection().outcome, ConnectionOutcome::abandoned);
+        };
+        Stage closed;
+        connect(closed, {}, [&] { closed.control().gpsDisconnect(); });
+        EXPECT_FALSE(closed.port().isOpen());
+        EXPECT_EQ(closed.control().getProtocoles(), "");
+
+        Stage replaced;
+        connect(replaced, garminHandshake("A100 D108"),
+                [&] { EXPECT_TRUE(replaced.control().gpsConnect()); });
+        EXPECT_TRUE(replaced.port().isOpen());
+        EXPECT_EQ(replaced.control().getProtocoles(), "A100 D108");
+        EXPECT_EQ(replaced.control().lastConnection().capabilities, CapabilitySource::announced);
+
+        Stage stopped;
+        const bool asked = round > 1;
+        connect(stopped, asked ? Script{sends(6, {255, 0})} : Script{},
+                [&] { stopped.host.stop = true; });
+        EXPECT_FALSE(stopped.port().isOpen());
+        EXPECT_EQ(stopped.control().getProtocoles(), "");
+
+        Stage destroyed;
+        destroyed.host.onProcessEvents = [&, nth = round] {
+            if (destroyed.host.eventRounds == nth) {
+                destroyed.destroyControl();
+            }
+        };
+        destroyed.play(begun, [&] { EXPECT_FALSE(destroyed.control().gpsConnect()); });
+    }
+}
+
+// As one does that streams since an earlier connection.
+TEST(Handshake, AUnitThatNeverFallsSilentIsHeardForTenSeconds) {
+    Stage stage;
+    stage.host.onProcessEvents = [&] {
+        if (stage.host.eventRounds == 2) {
+            for (double at = 0; at < 60; at += 0.5) {
+                stage.port().arrive(garminFrame(51, {1}), at);
+            }
+        }
+    };
+    const double before = stage.host.elapsed();
+    stage.play(
+        kAsked + Script{answers(6), answers(255, productData(36, 310, "")), sends(6, {255, 0})},
+        [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
+    EXPECT_NEAR(stage.host.elapsed() - before, 1.1 + 10, 0.6);
+}
+
+TEST(Handshake, AFailedConnectionLeavesNothingOfAnEarlierUnit) {
+    const std::string nobody = "Marlune Version 1.0.0 -  GPSId:  Version:  - ";
+    Stage stage;
+    stage.connectGarmin("A100 D108");
+    stage.control().SetGpsMark("MLR");
+    stage.play({sendsText("$PMLR,26,01,01,0339\r\n"), sendsText("$PMLR,0E,01,01,0346\r\n")},
+               [&] { EXPECT_FALSE(stage.control().gpsConnect()); });
+    EXPECT_EQ(stage.control().getIdent(), nobody);
+    stage.control().SetGpsMark("GRM");
+    EXPECT_EQ(stage.control().getProtocoles(), "");
+
+    stage.connectGarmin("A100 D108");
+    stage.control().SetGpsMark("MLR");
+    stage.play(
+        {sendsText("$PMLR,26,01,01,0339\r\n"), answersText("$PMLR,IDGPS,x,SP24,a,b,1.20,X*00\r\n"),
+         sendsText("$PMLR,06,00,02A9\r\n")},
+        [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
+    stage.port().close();
+    EXPECT_EQ(stage.control().getIdent(),
+              "Marlune Version 1.0.0 -  GPSId:  Version: 1.2 - SP24 X*00");
+}
+
+TEST(Handshake, KnowsWhereTheProtocolsComeFrom) {
+    const std::tuple<std::uint16_t, Script, CapabilitySource, const char*> cases[] = {
+        {77,
+         {answers(253, protocolArray("A100")), sends(6, {253, 0})},
+         CapabilitySource::announced,
+         "Protocole trouv\xE9 ...."},
+        {36, {}, CapabilitySource::table, "Protocoles de la table des produits"},
+        {4711, {}, CapabilitySource::generic, "Protocoles suppos\xE9s: produit inconnu"},
+    };
+    for (const auto& [product, announced, source, line] : cases) {
+        Stage stage;
+        stage.host.createTraceFolder();
+        stage.control().SetDebug("on");
+        stage.play(kAsked +
+                       Script{answers(6), answers(255, productData(product, 310, "X")),
+                              sends(6, {255, 0})} +
+                       announced,
+                   [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
+        EXPECT_EQ(stage.control().lastConnection().capabilities, source);
+        EXPECT_THAT(stage.host.traced(), testing::Contains(line));
+    }
+}
+
 TEST(Handshake, TellsWhatAnswersWrongly) {
     const std::vector<std::pair<Script, const char*>> cases = {
         {{answersText("$GPGGA,1*00\r\n")},

@@ -114,12 +114,26 @@ TEST_P(EveryLineRealTimeTest, ARecordThatIsCutShortIsTracedAndSkipped) {
                  kEnd);
 }
 
-TEST_P(EveryLineRealTimeTest, AHandlerMayDisconnect) {
+// The unit is told to stop before the connection goes, or it would talk into the next one; its
+// answer is not waited for, and nothing is written any more.
+TEST_P(EveryLineRealTimeTest, AHandlerMayDisconnectOrDestroy) {
+    const Step point = event("PvtData|" + kPvtLine + "-1");
+    const Step stop = sends(10, {50, 0});
+    const Script start = {sends(10, {49, 0}), answers(6), answers(51, d800(3)), kStart};
+    const Script end = {event("EndPvt"), box(BoxIcon::information, "Transfert terminé.")};
     events.when("Startpvt", 1, [this] { control().gpsDisconnect(); });
-    StartPvtData({sends(10, {49, 0}), answers(6), answers(51, d800(3)), kStart,
-                  event("PvtData|" + kPvtLine + "-1"), event("EndPvt"),
-                  box(BoxIcon::information, "Transfert terminé.")});
-    connectGarmin(kTags);
+    StartPvtData(start + Script{stop, point} + end);
+
+    SetUp();
+    events.when("PvtData", 1, [this] {
+        control().StopPvtData();
+        control().gpsDisconnect();
+    });
+    StartPvtData(start + Script{point, stop} + end);
+
+    SetUp();
+    events.when("PvtData", 1, [this] { destroyControl(); });
+    play(start + Script{point, stop} + end, [this] { control().StartPvtData(); });
 }
 
 }  // namespace

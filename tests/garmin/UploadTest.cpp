@@ -213,6 +213,24 @@ TEST_P(EveryLineUploadTest, GatesWhatTheUnitDoesNotOffer) {
     SendTraces("", {notAvailable});
 }
 
+TEST_P(EveryLineUploadTest, EndsWithItsPort) {
+    const std::string path = file(kTwoWaypoints);
+    const std::string route = folder_.write("route.txt", "R;1;A\nW;PT1;45;45;NOTE;0;18;0\n");
+    const auto unplugAt = [this](const char* name) {
+        events.when(name, 1, [this] { onUsb() ? usb().unplug() : port().unplug(); });
+    };
+    unplugAt("WayptData");
+    SendWaypts(path, opening(2, "W|2|Waypoints") + Script{kWaypoint1, event("EndUpload|W")});
+    EXPECT_EQ(control().lastTransfer().ending, Ending::deviceGone);
+    EXPECT_EQ(control().lastTransfer().transferred, 0);
+    if (onUsb()) {
+        return;  // every service begins with a session there
+    }
+    SendWaypts(path, {event("StartUpload|W|2|Waypoints"), event("EndUpload|W")});
+    SendRoutes(route, {event("StartUpload|R|2|Upload Routes"), event("EndUpload|R")});
+    EXPECT_EQ(control().lastTransfer().ending, Ending::deviceGone);
+}
+
 TEST_P(EveryLineUploadTest, AHandlerMayDisconnectOrReplaceTheRecords) {
     const std::string path = file(kTwoWaypoints);
     const Script start = opening(2, "W|2|Waypoints");

@@ -337,6 +337,45 @@ TEST_F(UsbTransferTest, ThePositionComesOnEitherPipe) {
     play({kNoSession}, [&] { EXPECT_EQ(control().getPosition(), ""); });
 }
 
+// One handle serves the whole control: opening it anew would end the transfer that runs on it.
+TEST_F(UsbTransferTest, APositionInsideATransferUsesTheOpenDevice) {
+    connectGarmin(kTags);
+    const int openings = usb().openings;
+    usb().onWrite = nullptr;
+    usb().play({{.write = application(10, {7, 0}),
+                 .interrupt = {kDataAvailable},
+                 .bulk = {application(27, {2, 0}),
+                          application(35, d100("PT1")),
+                          application(35, d100("PT2")),
+                          application(12, {7, 0}),
+                          {}}},
+                {.write = application(10, {2, 0}), .interrupt = {application(17, Bytes(16))}}});
+    events.when("WayptData", 1, [this] { EXPECT_NE(control().getPosition(), ""); });
+    const Step start = event("StartDownload|W|2|" + kWaypointsHeader);
+    getWaypts({start, event("WayptData|1|" + d100Line("PT1") + "|D"),
+               event("WayptData|2|" + d100Line("PT2") + "|D"), event("EndDownload|W")},
+              true);
+    EXPECT_EQ(usb().openings, openings);
+    EXPECT_EQ(usb().problems(), "");
+}
+
+// Each packet was announced, and none of the announcements was read while the bulk pipe brought
+// the packets themselves: they are no sign of life.
+TEST_F(UsbTransferTest, AStreamWithoutEmptyBlocksIsMissedAfterOneTimeOut) {
+    connectGarmin(kTags);
+    usb().onWrite = nullptr;
+    const Bytes other = application(114, {1, 2});
+    usb().play({{.write = application(10, {49, 0}),
+                 .interrupt = std::vector<Bytes>(10, kDataAvailable),
+                 .bulk = std::vector<Bytes>(10, other)},
+                {.write = application(10, {50, 0})}});
+    const double before = host.elapsed();
+    play({box(BoxIcon::critical, "Position non disponible"), event("EndPvt"),
+          box(BoxIcon::information, "Transfert terminé.")},
+         [&] { EXPECT_FALSE(control().StartPvtData()); });
+    EXPECT_NEAR(host.elapsed() - before, 1.5, 0.05);
+}
+
 TEST_F(UsbTransferTest, EachPositionOfARunHasItsOwnPatience) {
     connectGarmin(kTags);
     const double before = host.elapsed();
