@@ -34,7 +34,9 @@ public:
     // at first, for as long as the protocols do, and that is for ever when a device stops in the
     // middle of a frame. Afterwards stopRequested() answers true until the member has ended, so
     // that it ends as the procedures do at a stop; reports call that interrupted. Time that the
-    // program takes in handlers, and time in which bytes are sent, does not count.
+    // program takes in handlers, and time in which bytes are sent, does not count. Single reads of
+    // a Garmin unit on a serial line last 1.1 s, and its handshake waits for one that is silent:
+    // less than 2 seconds cuts it short.
     void setPatience(double seconds);
 
     void messageBox(const std::string& text, BoxIcon icon) override;

@@ -160,6 +160,7 @@ void GarminIdentification::skipExtendedData() {
     while (mayGoOn() && services_.host.secondsClock() < end) {
         const LinkPacket packet = link_.receive();
         if (!packet.came) {
+            services_.host.bytesCame();  // this silence was wanted
             return;
         }
         if (packet.pid == pid::kExtendedProductData) {

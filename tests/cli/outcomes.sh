@@ -58,7 +58,7 @@ told 3 '^marlune: 1 of 3 waypoints sent: line 2 of the file cannot be read, whic
 told 3 'of [0-9]+ track points sent: ' -- send-tracks "$folder/far"
 # The program's patience ends what has no time-out, and says so.
 told 3 'the receiver fell silent' --fault short:packet=3,of=35,keep=6 --fault silence:packet=4,of=35 \
-    -- waypoints --timeout 1
+    -- waypoints --timeout 2
 # A Magellan unit that refuses or falls silent keeps the old file.
 echo old >"$folder/old.gpx"
 told 1 'no waypoints received: the receiver refused' --family magellan \
