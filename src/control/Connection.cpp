@@ -222,8 +222,7 @@ void closeDevice(ControlState& control) {
 void abandonDevice(ControlState& control) {
     ++control.connections;
     endRealTime(control);
-    control.port.close();
-    control.usb.close();
+    closeAll(control);
 }
 
 void disconnectReceiver(ControlState& control) {
