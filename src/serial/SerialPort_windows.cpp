@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "marlune/Host.h"
+#include "serial/LineState_windows.h"
 #include "serial/SerialPort.h"
 
 namespace marlune {
@@ -62,15 +63,15 @@ std::int32_t WindowsSerialPort::open(const std::string& device, const std::strin
 }
 
 DWORD WindowsSerialPort::applySettings(const std::string& settings, QueueSizes queues) const {
-    DCB line{};
-    line.DCBlength = sizeof line;
+    if (SetupComm(handle_, static_cast<DWORD>(queues.input), static_cast<DWORD>(queues.output)) ==
+        FALSE) {
+        return GetLastError();
+    }
+    if (const DWORD error = setLine(handle_, settings); error != ERROR_SUCCESS) {
+        return error;
+    }
     COMMTIMEOUTS timeouts = kTimeouts;
-    const bool applied = SetupComm(handle_, static_cast<DWORD>(queues.input),
-                                   static_cast<DWORD>(queues.output)) != FALSE &&
-                         BuildCommDCBA(settings.c_str(), &line) != FALSE &&
-                         SetCommState(handle_, &line) != FALSE &&
-                         SetCommTimeouts(handle_, &timeouts) != FALSE;
-    return applied ? ERROR_SUCCESS : GetLastError();
+    return SetCommTimeouts(handle_, &timeouts) != FALSE ? ERROR_SUCCESS : GetLastError();
 }
 
 void WindowsSerialPort::close() {

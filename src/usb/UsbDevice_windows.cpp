@@ -131,6 +131,9 @@ public:
 
 private:
     void closeHandle();
+    // Whether a write of so many bytes ends with a full packet, behind which the unit waits for more.
+    [[nodiscard]] bool endsFull(DWORD count);
+    Overlap::Outcome write(std::span<const std::uint8_t> bytes);
     // A control request that only answers.
     Overlap::Outcome control(DWORD code, std::span<std::uint8_t> answer, DWORD milliseconds);
     std::uint32_t query(DWORD code, std::size_t answerLength);
@@ -138,6 +141,7 @@ private:
     DebugTrace& trace_;
     std::string path_;
     HANDLE device_ = INVALID_HANDLE_VALUE;
+    std::uint32_t packetSize_ = 0;  // of the device that is open; 0: not asked yet
     // Kinds of requests that may be under way at the same time share no event.
     Overlap control_;
     Overlap read_;
@@ -153,16 +157,33 @@ bool WindowsUsbDevice::open() {
 }
 
 void WindowsUsbDevice::closeHandle() {
+    packetSize_ = 0;
     const HANDLE open = std::exchange(device_, INVALID_HANDLE_VALUE);
     if (open != INVALID_HANDLE_VALUE) {
         CloseHandle(open);
     }
 }
 
-int WindowsUsbDevice::writeBlock(std::span<const std::uint8_t> block) {
-    const auto [end, count] = write_.run(device_, kWriteMilliseconds, [&](OVERLAPPED* record) {
-        return WriteFile(device_, block.data(), static_cast<DWORD>(block.size()), nullptr, record);
+bool WindowsUsbDevice::endsFull(DWORD count) {
+    constexpr std::uint32_t kFullSpeed = 64;
+    if (packetSize_ == 0) {
+        const std::uint32_t told = queryPacketSize();
+        packetSize_ = told != 0 ? told : kFullSpeed;
+    }
+    return count != 0 && count % packetSize_ == 0;
+}
+
+Overlap::Outcome WindowsUsbDevice::write(std::span<const std::uint8_t> bytes) {
+    return write_.run(device_, kWriteMilliseconds, [&](OVERLAPPED* record) {
+        return WriteFile(device_, bytes.data(), static_cast<DWORD>(bytes.size()), nullptr, record);
     });
+}
+
+int WindowsUsbDevice::writeBlock(std::span<const std::uint8_t> block) {
+    const auto [end, count] = write(block);
+    if (end == Overlap::End::done && count == block.size() && endsFull(count)) {
+        write({});
+    }
     return end == Overlap::End::timedOut ? -1 : static_cast<int>(count);
 }
 
