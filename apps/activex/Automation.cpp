@@ -83,6 +83,14 @@ HRESULT Automation::put(const Body& body) {
 
 template <class Result, class Body>
 HRESULT Automation::call(Result* result, const Body& body) {
+    if (ControlObject::RunningCall(object_).isLineTaken()) {
+        return refuse(RPC_E_SERVERCALL_RETRYLATER);
+    }
+    return ask(result, body);
+}
+
+template <class Result, class Body>
+HRESULT Automation::ask(Result* result, const Body& body) {
     if (result == nullptr) {
         return refuse(E_POINTER);
     }
@@ -149,11 +157,11 @@ HRESULT Automation::put_setNumPort(::numPort value) {
 }
 
 HRESULT Automation::StopPvtData(VARIANT* result) {
-    return call(result, [](GpsControl& control) { control.StopPvtData(); });
+    return ask(result, [](GpsControl& control) { control.StopPvtData(); });
 }
 
 HRESULT Automation::StopTransfert(VARIANT* result) {
-    return call(result, [](GpsControl& control) { control.StopTransfert(); });
+    return ask(result, [](GpsControl& control) { control.StopTransfert(); });
 }
 
 HRESULT Automation::SendWaypts(BSTR* Fic, VARIANT* result) {
@@ -161,7 +169,7 @@ HRESULT Automation::SendWaypts(BSTR* Fic, VARIANT* result) {
 }
 
 HRESULT Automation::get_getProtocoles(BSTR* result) {
-    return call(result, [](GpsControl& control) { return control.getProtocoles(); });
+    return ask(result, [](GpsControl& control) { return control.getProtocoles(); });
 }
 
 HRESULT Automation::SendRoutes(BSTR* Fic, VARIANT* result) {
@@ -178,7 +186,7 @@ HRESULT Automation::StartNMEA(BSTR NMEACode, short Delai, VARIANT_BOOL* result) 
 }
 
 HRESULT Automation::StopNMEA(VARIANT* result) {
-    return call(result, [](GpsControl& control) { control.StopNMEA(); });
+    return ask(result, [](GpsControl& control) { control.StopNMEA(); });
 }
 
 HRESULT Automation::ResetComBuffers(VARIANT_BOOL* result) {

@@ -65,7 +65,10 @@ private:
     // of automation. Whatever keeps the member from running becomes an error object.
     template <class Result, class Body>
     HRESULT call(Result* result, const Body& body);
-    // The same for a property, which gives nothing.
+    // The same for members that leave the line alone. They also run while another one reads.
+    template <class Result, class Body>
+    HRESULT ask(Result* result, const Body& body);
+    // The same for a property that is set, which gives nothing.
     template <class Body>
     HRESULT put(const Body& body);
 

@@ -32,6 +32,7 @@ ControlObject::ControlObject(IUnknown* outer)
       view_(outer != nullptr ? *outer : identity_, picture_),
       inPlace_(outer != nullptr ? *outer : identity_, picture_),
       ole_(outer != nullptr ? *outer : identity_, picture_, inPlace_, connectionPoints_.events()),
+      host_(inPlace_),
       events_(connectionPoints_.events()),
       control_(std::make_unique<GpsControl>(host_, events_)),
       automation_(outer != nullptr ? *outer : identity_, *this) {}
@@ -70,8 +71,12 @@ IUnknown* ControlObject::find(REFIID iid) {
     return nullptr;
 }
 
-// Closes the port or device now, also in the middle of a member.
+// Closes the port or device now, also in the middle of a member, but for one that is reading.
 void ControlObject::letGo() {
+    if (host_.isBetweenReads()) {
+        host_.stop();  // and its member comes back to here when it has returned
+        return;
+    }
     references_ = 1;  // what is released in here may come back for a moment
     control_.reset();
     if (runningCalls_ == 0) {

@@ -39,6 +39,8 @@ public:
 
         // Null once the last reference was let go.
         [[nodiscard]] GpsControl* control() const { return object_.control_.get(); }
+        // Whether another member waits for the receiver right now.
+        [[nodiscard]] bool isLineTaken() const { return object_.host_.isBetweenReads(); }
 
     private:
         ControlObject& object_;

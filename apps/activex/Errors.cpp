@@ -21,6 +21,14 @@ std::string textOf(HRESULT code) {
             return "Dépassement de capacité";
         case DISP_E_BADPARAMCOUNT:
             return "Nombre d'arguments incorrect";
+        case DISP_E_PARAMNOTFOUND:
+            return "Argument nommé introuvable";
+        case DISP_E_BADVARTYPE:
+            return "Type de variable non géré";
+        case DISP_E_NOTACOLLECTION:
+            return "Cet objet n'est pas une collection";
+        case RPC_E_SERVERCALL_RETRYLATER:
+            return "Le récepteur est occupé";
         case DISP_E_MEMBERNOTFOUND:
             return "Propriété ou méthode non gérée par cet objet";
         default:

@@ -6,6 +6,7 @@
 
 #include <array>
 
+#include "InPlace.h"
 #include "base/WideText_windows.h"
 
 namespace marlune::activex {
@@ -25,9 +26,22 @@ UINT iconStyle(BoxIcon icon) {
     return 0;
 }
 
+// The container's other windows take no input while one lives.
+class Modal {
+public:
+    explicit Modal(InPlace& inPlace) : inPlace_(inPlace) { inPlace_.enableContainer(false); }
+    Modal(const Modal&) = delete;
+    Modal& operator=(const Modal&) = delete;
+    ~Modal() { inPlace_.enableContainer(true); }
+
+private:
+    InPlace& inPlace_;
+};
+
 }  // namespace
 
 void FormHost::messageBox(const std::string& text, BoxIcon icon) {
+    const Modal modal(inPlace_);
     MessageBoxW(GetActiveWindow(), toWide(text).c_str(), L"", MB_OK | iconStyle(icon));
 }
 
@@ -46,6 +60,7 @@ std::string FormHost::chooseFile(const std::string& defaultExtension,
     dialog.lpstrInitialDir = folder.empty() ? nullptr : folder.c_str();
     dialog.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
     dialog.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
+    const Modal modal(inPlace_);
     return GetOpenFileNameW(&dialog) != FALSE ? fromWide(path.data()) : std::string();
 }
 
@@ -67,9 +82,25 @@ void FormHost::processEvents() {
     }
 }
 
+void FormHost::letWindowsLive() {
+    if (betweenReads_ || HIWORD(GetQueueStatus(QS_PAINT | QS_TIMER)) == 0) {
+        return;
+    }
+    betweenReads_ = true;
+    for (const UINT kind : {UINT{WM_PAINT}, UINT{WM_TIMER}}) {
+        MSG message{};
+        // One of each at a time: a window that never says it is painted must not keep the line.
+        if (PeekMessageW(&message, nullptr, kind, kind, PM_REMOVE) != FALSE) {
+            DispatchMessageW(&message);
+        }
+    }
+    betweenReads_ = false;
+}
+
 bool FormHost::stopRequested() {
+    letWindowsLive();
     MSG message{};
-    return PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE) != FALSE;
+    return stopped_ || PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE) != FALSE;
 }
 
 }  // namespace marlune::activex

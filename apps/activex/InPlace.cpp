@@ -12,9 +12,14 @@ bool hasSize(const RECT& rect, SIZE size) {
 }  // namespace
 
 InPlace::~InPlace() {
-    if (window_ != nullptr) {
-        DestroyWindow(window_);
+    dropWindow();
+}
+
+void InPlace::setClientSite(IOleClientSite* site) {
+    if (clientSite_.Get() != site) {
+        InPlaceDeactivate();
     }
+    clientSite_ = site;
 }
 
 HRESULT InPlace::activate(bool withFocus) {
@@ -53,10 +58,27 @@ HRESULT InPlace::createWindow() {
     if (window_ == nullptr) {
         return HRESULT_FROM_WIN32(GetLastError());
     }
+    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    pictureProcedure_ = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&procedure)));
     SendMessageW(window_, STM_SETIMAGE, IMAGE_BITMAP, reinterpret_cast<LPARAM>(picture_.bitmap()));
     SetObjectRects(&position, &clip);
     clientSite_->ShowObject();
     return S_OK;
+}
+
+LRESULT CALLBACK InPlace::procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
+    auto& self = *reinterpret_cast<InPlace*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (message == WM_NCDESTROY && self.window_ == window) {
+        self.window_ = nullptr;
+    }
+    return CallWindowProcW(self.pictureProcedure_, window, message, first, second);
+}
+
+void InPlace::dropWindow() {
+    if (window_ != nullptr) {
+        DestroyWindow(window_);
+    }
 }
 
 void InPlace::takeFocus() {
@@ -90,9 +112,18 @@ RECT InPlace::ownRect() const {
 }
 
 void InPlace::insistOnSize() {
-    if (site_ != nullptr) {
+    if (site_ != nullptr && !insists_) {
+        insists_ = true;
         const RECT own = ownRect();
         site_->OnPosRectChange(&own);
+        insists_ = false;
+    }
+}
+
+void InPlace::enableContainer(bool enabled) {
+    if (frame_ != nullptr) {
+        const Microsoft::WRL::ComPtr<IOleInPlaceFrame> frame = frame_;
+        frame->EnableModeless(enabled ? TRUE : FALSE);
     }
 }
 
@@ -110,11 +141,7 @@ HRESULT InPlace::ContextSensitiveHelp(BOOL /*enter*/) {
 
 HRESULT InPlace::InPlaceDeactivate() {
     UIDeactivate();
-    const HWND window = window_;
-    window_ = nullptr;
-    if (window != nullptr) {
-        DestroyWindow(window);
-    }
+    dropWindow();
     frame_.Reset();
     document_.Reset();
     const Microsoft::WRL::ComPtr<IOleInPlaceSite> site = std::move(site_);
@@ -145,18 +172,24 @@ HRESULT InPlace::SetObjectRects(LPCRECT position, LPCRECT clip) {
     }
     corner_ = {position->left, position->top};
     const RECT own = ownRect();
-    RECT visible = own;
-    if (clip != nullptr) {
-        IntersectRect(&visible, &own, clip);
+    if (window_ != nullptr) {
+        moveWindow(own, clip);
     }
-    OffsetRect(&visible, -own.left, -own.top);
-    SetWindowRgn(window_, CreateRectRgnIndirect(&visible), TRUE);  // the window owns the region
-    SetWindowPos(window_, nullptr, own.left, own.top, own.right - own.left, own.bottom - own.top,
-                 SWP_NOZORDER | SWP_NOACTIVATE);
     if (!hasSize(*position, picture_.pixels())) {
         insistOnSize();
     }
     return S_OK;
+}
+
+void InPlace::moveWindow(const RECT& place, LPCRECT clip) {
+    RECT visible = place;
+    if (clip != nullptr) {
+        IntersectRect(&visible, &place, clip);
+    }
+    OffsetRect(&visible, -place.left, -place.top);
+    SetWindowRgn(window_, CreateRectRgnIndirect(&visible), TRUE);  // the window owns the region
+    SetWindowPos(window_, nullptr, place.left, place.top, place.right - place.left,
+                 place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 HRESULT InPlace::ReactivateAndUndo() {

@@ -15,15 +15,20 @@ public:
     InPlace(IUnknown& whole, const Picture& picture) : Part(whole), picture_(picture) {}
     ~InPlace();
 
-    // The container's place for the control; null when there is none.
-    void setClientSite(IOleClientSite* site) { clientSite_ = site; }
+    // The container's place for the control; null when there is none. What was active on another
+    // one is not any more.
+    void setClientSite(IOleClientSite* site);
     [[nodiscard]] IOleClientSite* clientSite() const { return clientSite_.Get(); }
 
     // What a verb asks for.
     HRESULT activate(bool withFocus);
     void hide();
-    // Tells the container, which has given the control another size, that it keeps its own.
+    // Tells the container, which has given the control another size, that it keeps its own. A
+    // container that insists as well has its way: the window stays as it is.
     void insistOnSize();
+    // Around what the user must answer first, as a message box: the container disables its other
+    // windows, and enables them again.
+    void enableContainer(bool enabled);
 
     // IOleWindow
     HRESULT STDMETHODCALLTYPE GetWindow(HWND* window) override;
@@ -44,7 +49,11 @@ public:
     HRESULT STDMETHODCALLTYPE EnableModeless(BOOL enable) override;
 
 private:
+    // Watches for the end of the window, which a form takes along without a word.
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second);
     HRESULT createWindow();
+    void dropWindow();
+    void moveWindow(const RECT& place, LPCRECT clip);
     void takeFocus();
     [[nodiscard]] RECT ownRect() const;
 
@@ -55,8 +64,10 @@ private:
     Microsoft::WRL::ComPtr<IOleInPlaceFrame> frame_;
     Microsoft::WRL::ComPtr<IOleInPlaceUIWindow> document_;
     HWND window_ = nullptr;
+    WNDPROC pictureProcedure_ = nullptr;
     POINT corner_{};  // of the window in the form
     bool hasFocus_ = false;
+    bool insists_ = false;
 };
 
 }  // namespace marlune::activex

@@ -47,6 +47,18 @@ bool LibraryUse::any() {
 
 using marlune::activex::LibraryUse;
 
+// Once loaded, the library stays for the life of the program. The compiler's runtime for threads
+// takes one of the process's few slots of thread-local storage with every loading and never gives
+// it back, so a host that lets its library go between two uses would run out of them.
+extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, void* /*reserved*/) {
+    if (reason == DLL_PROCESS_ATTACH) {
+        HMODULE pinned = nullptr;
+        GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                           reinterpret_cast<LPCWSTR>(library), &pinned);
+    }
+    return TRUE;
+}
+
 // The five functions that the system looks for in the library (marlune.def).
 
 extern "C" HRESULT STDMETHODCALLTYPE DllGetClassObject(REFCLSID id, REFIID iid, void** result) {

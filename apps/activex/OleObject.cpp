@@ -1,5 +1,11 @@
 #include "OleObject.h"
 
+// After windows.h:
+#include <olectl.h>
+
+#include <cstring>
+#include <string_view>
+
 #include "ConnectionPoint.h"
 #include "marlune_com.h"
 
@@ -58,11 +64,15 @@ HRESULT OleObject::DoVerb(LONG verb, MSG* /*message*/, IOleClientSite* /*site*/,
         case OLEIVERB_PRIMARY:
         case OLEIVERB_SHOW:
         case OLEIVERB_INPLACEACTIVATE:
+        case OLEIVERB_OPEN:  // there is no window of its own to open it in
             return inPlace_.activate(false);
         case OLEIVERB_UIACTIVATE:
             return inPlace_.activate(true);
         case OLEIVERB_HIDE:
             inPlace_.hide();
+            return S_OK;
+        case OLEIVERB_PROPERTIES:        // it has none that a page could show
+        case OLEIVERB_DISCARDUNDOSTATE:  // nor anything to undo
             return S_OK;
         default:
             return verb > 0 ? OLEOBJ_S_INVALIDVERB : E_NOTIMPL;
@@ -82,7 +92,20 @@ HRESULT OleObject::GetUserClassID(CLSID* id) {
 }
 
 HRESULT OleObject::GetUserType(DWORD form, LPOLESTR* text) {
-    return text == nullptr ? E_POINTER : OleRegGetUserType(__uuidof(::GpsControl), form, text);
+    if (text == nullptr) {
+        return E_POINTER;
+    }
+    // Not asked from the registry, which knows nothing of a control that a manifest describes.
+    constexpr std::wstring_view kFull = L"Marlune GPS transfer control";
+    constexpr std::wstring_view kShort = L"Marlune GPS";
+    const std::wstring_view type = form == USERCLASSTYPE_FULL ? kFull : kShort;
+    const std::size_t bytes = (type.size() + 1) * sizeof(wchar_t);
+    *text = static_cast<LPOLESTR>(CoTaskMemAlloc(bytes));
+    if (*text == nullptr) {
+        return E_OUTOFMEMORY;
+    }
+    std::memcpy(*text, type.data(), bytes);  // both end with a zero
+    return S_OK;
 }
 
 // Whatever size the container gives, the control keeps the size of its picture.

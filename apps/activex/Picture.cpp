@@ -1,42 +1,64 @@
 #include "Picture.h"
 
-#include <array>
-
 #include "Library.h"
 #include "resource.h"
 
 namespace marlune::activex {
+namespace {
+
+constexpr int kDrawnFor = 96;  // dots per inch
+
+// A bitmap of the screen's kind with the picture in it.
+HBITMAP scaled(const Picture& picture, HDC screen, SIZE size) {
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, size.cx, size.cy);
+    const HDC context = CreateCompatibleDC(screen);
+    const HGDIOBJ before = SelectObject(context, bitmap);
+    picture.draw(context, {0, 0, size.cx, size.cy});
+    SelectObject(context, before);
+    DeleteDC(context);
+    return bitmap;
+}
+
+}  // namespace
 
 Picture::Picture()
-    : bitmap_(static_cast<HBITMAP>(LoadImageW(libraryInstance(), MAKEINTRESOURCEW(IDB_PICTURE),
+    : source_(static_cast<HBITMAP>(LoadImageW(libraryInstance(), MAKEINTRESOURCEW(IDB_PICTURE),
                                               IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION))) {
     BITMAP header{};
-    GetObjectW(bitmap_, sizeof header, &header);
-    pixels_ = {header.bmWidth, header.bmHeight};
+    GetObjectW(source_, sizeof header, &header);
+    sourcePixels_ = {header.bmWidth, header.bmHeight};
+    const HDC screen = GetDC(nullptr);
+    pixels_ = {MulDiv(header.bmWidth, GetDeviceCaps(screen, LOGPIXELSX), kDrawnFor),
+               MulDiv(header.bmHeight, GetDeviceCaps(screen, LOGPIXELSY), kDrawnFor)};
+    screen_ = scaled(*this, screen, pixels_);
+    ReleaseDC(nullptr, screen);
 }
 
 Picture::~Picture() {
-    DeleteObject(bitmap_);
+    DeleteObject(screen_);
+    DeleteObject(source_);
 }
 
 SIZE Picture::himetric() const {
     constexpr int kPerInch = 2540;
-    const HDC screen = GetDC(nullptr);
-    const SIZE size = {MulDiv(pixels_.cx, kPerInch, GetDeviceCaps(screen, LOGPIXELSX)),
-                       MulDiv(pixels_.cy, kPerInch, GetDeviceCaps(screen, LOGPIXELSY))};
-    ReleaseDC(nullptr, screen);
-    return size;
+    return {MulDiv(sourcePixels_.cx, kPerInch, kDrawnFor),
+            MulDiv(sourcePixels_.cy, kPerInch, kDrawnFor)};
 }
 
-void Picture::draw(HDC context, int x, int y) const {
-    std::array<POINT, 2> corners = {{{0, 0}, {pixels_.cx, pixels_.cy}}};
-    DPtoLP(context, corners.data(), static_cast<int>(corners.size()));
-    const HDC source = CreateCompatibleDC(context);
-    const HGDIOBJ before = SelectObject(source, bitmap_);
-    StretchBlt(context, x, y, corners[1].x - corners[0].x, corners[1].y - corners[0].y, source, 0,
-               0, pixels_.cx, pixels_.cy, SRCCOPY);
-    SelectObject(source, before);
-    DeleteDC(source);
+void Picture::draw(HDC context, const RECTL& bounds) const {
+    DIBSECTION pixels{};
+    GetObjectW(source_, sizeof pixels, &pixels);
+    // The picture has a colour in each pixel, and no table of colours.
+    BITMAPINFO format{};
+    format.bmiHeader = pixels.dsBmih;
+    // From memory: a metafile has no context that a bitmap could be selected into beside it.
+    const int mode = SetStretchBltMode(context, COLORONCOLOR);
+    StretchDIBits(context, bounds.left, bounds.top, bounds.right - bounds.left,
+                  bounds.bottom - bounds.top, 0, 0, sourcePixels_.cx, sourcePixels_.cy,
+                  pixels.dsBm.bmBits, &format, DIB_RGB_COLORS, SRCCOPY);
+    if (mode != 0) {
+        SetStretchBltMode(context, mode);
+    }
 }
 
 }  // namespace marlune::activex

@@ -1,4 +1,5 @@
-// The picture that the control shows on a form.
+// The picture that the control shows on a form. It is drawn for a screen of 96 dots per inch, and
+// keeps its size in millimetres on others.
 #pragma once
 
 #include <windows.h>
@@ -12,16 +13,19 @@ public:
     Picture& operator=(const Picture&) = delete;
     ~Picture();
 
-    [[nodiscard]] HBITMAP bitmap() const { return bitmap_; }
-    // Its size in the pixels of a screen.
+    // At its size on the screen.
+    [[nodiscard]] HBITMAP bitmap() const { return screen_; }
+    // Its size in the pixels of the screen.
     [[nodiscard]] SIZE pixels() const { return pixels_; }
     // Its size in hundredths of a millimetre, as containers measure controls.
     [[nodiscard]] SIZE himetric() const;
-    // Draws it at its own size, whatever the context's units, with its upper left corner at (x, y).
-    void draw(HDC context, int x, int y) const;
+    // Draws it into the rectangle, which is in the context's units. The context may be a metafile.
+    void draw(HDC context, const RECTL& bounds) const;
 
 private:
-    HBITMAP bitmap_;
+    HBITMAP source_;  // as it was drawn
+    SIZE sourcePixels_{};
+    HBITMAP screen_ = nullptr;
     SIZE pixels_{};
 };
 

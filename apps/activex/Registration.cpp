@@ -7,6 +7,7 @@
 #include <wrl/client.h>
 
 #include <array>
+#include <filesystem>
 #include <string>
 
 #include "Library.h"
@@ -78,7 +79,7 @@ HRESULT writeClasses(Scope scope) {
     classes.set(key + L"\\Control", L"");
     classes.set(key + L"\\MiscStatus", L"0");
     classes.set(key + L"\\MiscStatus\\1", std::to_wstring(OleObject::kMiscStatus));
-    classes.set(key + L"\\ToolboxBitmap32", path + L", " + std::to_wstring(IDB_PICTURE));
+    classes.set(key + L"\\ToolboxBitmap32", path + L", " + std::to_wstring(IDB_TOOLBOX));
     for (const GUID& category : {CATID_Control, CATID_Programmable}) {
         classes.set(key + L"\\Implemented Categories\\" + guidText(category), L"");
     }
@@ -90,6 +91,14 @@ HRESULT writeClasses(Scope scope) {
     return classes.result();
 }
 
+// Where editors look for the help file that the types name.
+std::wstring helpFolder(const std::filesystem::path& library) {
+    const std::filesystem::path folder = library.parent_path();
+    const std::filesystem::path manual = folder.parent_path() / L"manual";
+    std::error_code unknown;
+    return exists(manual / L"marlune.chm", unknown) ? manual.wstring() : folder.wstring();
+}
+
 HRESULT registerTypes(Scope scope) {
     std::wstring path = libraryPath();
     Microsoft::WRL::ComPtr<ITypeLib> types;
@@ -97,12 +106,16 @@ HRESULT registerTypes(Scope scope) {
     if (FAILED(loaded)) {
         return loaded;
     }
-    return scope == Scope::allUsers ? RegisterTypeLib(types.Get(), path.data(), nullptr)
-                                    : RegisterTypeLibForUser(types.Get(), path.data(), nullptr);
+    std::wstring help = helpFolder(path);
+    return scope == Scope::allUsers ? RegisterTypeLib(types.Get(), path.data(), help.data())
+                                    : RegisterTypeLibForUser(types.Get(), path.data(), help.data());
 }
 
 // The same kind of system as the library was built for.
 constexpr SYSKIND kSystem = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
+// How the registry shows the classes of the library's sister of the other kind. On a system that
+// has one kind only, these are our own.
+constexpr REGSAM kSisterView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
 
 // True when nothing of the tree stands any more.
 bool removeTree(HKEY classes, const std::wstring& key) {
@@ -110,16 +123,28 @@ bool removeTree(HKEY classes, const std::wstring& key) {
     return removed == ERROR_SUCCESS || removed == ERROR_FILE_NOT_FOUND;
 }
 
+bool isSisterRegistered(Scope scope) {
+    const std::wstring server = L"Software\\Classes\\" + classKey() + L"\\InprocServer32";
+    HKEY key = nullptr;
+    const bool is = RegOpenKeyExW(rootOf(scope), server.c_str(), 0, KEY_READ | kSisterView, &key) ==
+                    ERROR_SUCCESS;
+    if (is) {
+        RegCloseKey(key);
+    }
+    return is;
+}
+
+// The class is there for each kind of system; the names are shared, and go with the last class.
 bool removeClasses(Scope scope) {
     HKEY classes = nullptr;
     if (RegOpenKeyExW(rootOf(scope), L"Software\\Classes", 0, KEY_READ | KEY_WRITE | DELETE,
                       &classes) != ERROR_SUCCESS) {
         return false;
     }
-    bool removed = true;
-    for (const std::wstring& key :
-         {classKey(), std::wstring(kProgId), std::wstring(kVersionedProgId)}) {
-        removed = removeTree(classes, key) && removed;
+    bool removed = removeTree(classes, classKey());
+    if (!isSisterRegistered(scope)) {
+        removed = removeTree(classes, kProgId) && removed;
+        removed = removeTree(classes, kVersionedProgId) && removed;
     }
     RegCloseKey(classes);
     return removed;

@@ -12,7 +12,7 @@ HRESULT View::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/, DVTARGETD
     if (bounds == nullptr) {
         return E_INVALIDARG;
     }
-    picture_.draw(context, bounds->left, bounds->top);  // never at the size that bounds asks for
+    picture_.draw(context, *bounds);
     return S_OK;
 }
 

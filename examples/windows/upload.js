@@ -6,10 +6,12 @@
 var gps = WScript.CreateObject("Marlune.GpsControl", "Gps_");
 var sent = 0;
 
-// Raised for every record before it goes out.
+// Raised for every record before it goes out. The control waits for the receiver without a look at
+// the script's messages; Sleep gives them their turn.
 function Gps_WayptData(numitem, WayptItem, sens) {
     sent = numitem;
     WScript.Echo(sens + " " + WayptItem);
+    WScript.Sleep(1);
 }
 
 function Gps_EndUpload(DataType) {

@@ -17,7 +17,9 @@ If Not gps.gpsConnect() Then WScript.Quit 1
 gps.getWaypts
 gps.gpsDisconnect
 
-' Every record arrives here while getWaypts runs.
+' Every record arrives here while getWaypts runs. The control reads the line without a look at the
+' script's messages; Sleep gives them their turn.
 Sub Gps_WayptData(numitem, WayptItem, sens)
     WScript.Echo WayptItem
+    WScript.Sleep 1
 End Sub

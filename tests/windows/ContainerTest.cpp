@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <objsafe.h>
+#include <olectl.h>
 
 #include <array>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -32,17 +34,29 @@ std::uint32_t sourcePixel(int x, int y) {
     return static_cast<std::uint32_t>(byte(2) << 16 | byte(1) << 8 | byte(0));
 }
 
-// The picture at (left, top), and nothing but paper around it.
-void expectPictureAt(const Bitmap& bitmap, int left, int top, int width, int height) {
+// The picture in that place, each of its pixels as a square of that many, and nothing but paper
+// around it.
+void expectPictureAt(const Bitmap& bitmap, POINT corner, int width, int height, int scale = 1) {
+    const int size = kSize * scale;
     int wrong = 0;
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            const bool inside = x >= left && x < left + kSize && y >= top && y < top + kSize;
-            const std::uint32_t wanted = inside ? sourcePixel(x - left, y - top) : kPaper;
+            const int left = x - corner.x;
+            const int top = y - corner.y;
+            const bool inside = left >= 0 && left < size && top >= 0 && top < size;
+            const std::uint32_t wanted = inside ? sourcePixel(left / scale, top / scale) : kPaper;
             wrong += bitmap.pixel(x, y) != wanted ? 1 : 0;
         }
     }
     EXPECT_EQ(wrong, 0);
+}
+
+// A length of the picture on this screen.
+int onScreen(int length) {
+    const HDC screen = GetDC(nullptr);
+    const int dots = GetDeviceCaps(screen, LOGPIXELSX);
+    ReleaseDC(nullptr, screen);
+    return MulDiv(length, dots, 96);
 }
 
 LRESULT CALLBACK paper(HWND window, UINT message, WPARAM first, LPARAM second) {
@@ -74,8 +88,10 @@ protected:
     }
     void TearDown() override {
         site_.reset();
-        EXPECT_EQ(GetWindow(form_, GW_CHILD), nullptr) << "the control took its window along";
-        DestroyWindow(form_);
+        if (IsWindow(form_) != FALSE) {
+            EXPECT_EQ(GetWindow(form_, GW_CHILD), nullptr) << "the control took its window along";
+            DestroyWindow(form_);
+        }
     }
     template <class Interface>
     ComPtr<Interface> as() {
@@ -103,20 +119,60 @@ TEST_F(ContainerTest, ShowsAtThePicturesSizeInPlace) {
     expectPlace({10, 20, 10 + kSize, 20 + kSize});
     Bitmap bitmap(200, 150);
     bitmap.drawWindow(form_);
-    expectPictureAt(bitmap, 10, 20, 200, 150);
+    expectPictureAt(bitmap, {10, 20}, 200, 150);
 
     site_->setPlace({60, 5, 70, 9});
     expectPlace({60, 5, 60 + kSize, 5 + kSize});
 }
 
-TEST_F(ContainerTest, DrawsAtThePicturesSizeWhateverIsAsked) {
-    Bitmap bitmap(100, 90);
-    SendMessageW(form_, WM_ERASEBKGND, reinterpret_cast<WPARAM>(bitmap.context()), 0);
-    const RECTL bounds = {7, 9, 95, 12};
-    EXPECT_HRESULT_SUCCEEDED(as<IViewObject2>()->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr,
-                                                      nullptr, bitmap.context(), &bounds, nullptr,
-                                                      nullptr, 0));
-    expectPictureAt(bitmap, 7, 9, 100, 90);
+// Run on screens of several resolutions.
+TEST_F(ContainerTest, KeepsItsMillimetresOnFinerScreens) {
+    const int size = onScreen(kSize);
+    const RECT place = site_->place();
+    EXPECT_EQ(place.right - place.left, size);
+    SIZEL extent{};
+    EXPECT_HRESULT_SUCCEEDED(site_->control()->GetExtent(DVASPECT_CONTENT, &extent));
+    EXPECT_EQ(extent.cx, 847);  // a third of an inch
+    EXPECT_EQ(extent.cy, 847);
+    // Up to its last corner, the window is covered.
+    Bitmap bitmap(200, 150);
+    bitmap.drawWindow(form_);
+    EXPECT_EQ(bitmap.pixel(10 + size - 1, 20 + size - 1), sourcePixel(kSize - 1, kSize - 1));
+    EXPECT_EQ(bitmap.pixel(10 + size, 20 + size), kPaper);
+}
+
+TEST_F(ContainerTest, DrawsIntoTheBoundsItIsGiven) {
+    const auto view = as<IViewObject2>();
+    const auto draw = [&](HDC context) {
+        const RECTL bounds = {7, 9, 7 + 2 * kSize, 9 + 2 * kSize};
+        return view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, context, &bounds,
+                          nullptr, nullptr, 0);
+    };
+    Bitmap direct(100, 90);
+    SendMessageW(form_, WM_ERASEBKGND, reinterpret_cast<WPARAM>(direct.context()), 0);
+    EXPECT_HRESULT_SUCCEEDED(draw(direct.context()));
+    expectPictureAt(direct, {7, 9}, 100, 90, 2);
+
+    // Through metafiles of both kinds, as documents keep pictures.
+    const HDC recorder = CreateMetaFileW(nullptr);
+    EXPECT_HRESULT_SUCCEEDED(draw(recorder));
+    const HMETAFILE oldKind = CloseMetaFile(recorder);
+    Bitmap fromOld(100, 90);
+    SendMessageW(form_, WM_ERASEBKGND, reinterpret_cast<WPARAM>(fromOld.context()), 0);
+    EXPECT_TRUE(PlayMetaFile(fromOld.context(), oldKind));
+    DeleteMetaFile(oldKind);
+    expectPictureAt(fromOld, {7, 9}, 100, 90, 2);
+
+    const HDC newRecorder = CreateEnhMetaFileW(nullptr, nullptr, nullptr, nullptr);
+    EXPECT_HRESULT_SUCCEEDED(draw(newRecorder));
+    const HENHMETAFILE newKind = CloseEnhMetaFile(newRecorder);
+    Bitmap fromNew(100, 90);
+    SendMessageW(form_, WM_ERASEBKGND, reinterpret_cast<WPARAM>(fromNew.context()), 0);
+    const RECT frame = {7, 9, 7 + 2 * kSize - 1, 9 + 2 * kSize - 1};
+    EXPECT_TRUE(PlayEnhMetaFile(fromNew.context(), newKind, &frame));
+    DeleteEnhMetaFile(newKind);
+    // Playing scales it to the frame, so only its middle is sure to the pixel.
+    EXPECT_EQ(fromNew.pixel(7 + kSize, 9 + kSize), sourcePixel(kSize / 2, kSize / 2));
 }
 
 TEST_F(ContainerTest, KeepsItsExtent) {
@@ -124,7 +180,6 @@ TEST_F(ContainerTest, KeepsItsExtent) {
     SIZEL asked = {10000, 20000};
     SIZEL after{};
     EXPECT_HRESULT_SUCCEEDED(site_->control()->GetExtent(DVASPECT_CONTENT, &before));
-    EXPECT_EQ(before.cx, MulDiv(kSize, 2540, 96));
     EXPECT_HRESULT_SUCCEEDED(site_->control()->SetExtent(DVASPECT_CONTENT, &asked));
     EXPECT_HRESULT_SUCCEEDED(as<IViewObject2>()->GetExtent(DVASPECT_CONTENT, -1, nullptr, &after));
     EXPECT_EQ(after.cx, before.cx);
@@ -145,23 +200,97 @@ TEST_F(ContainerTest, GoesThroughItsVerbs) {
     EXPECT_EQ(verb(OLEIVERB_SHOW), S_OK);
     EXPECT_TRUE(IsWindowVisible(window));
     EXPECT_EQ(verb(7), OLEOBJ_S_INVALIDVERB);
+    EXPECT_EQ(verb(OLEIVERB_PROPERTIES), S_OK);
+    EXPECT_EQ(verb(OLEIVERB_DISCARDUNDOSTATE), S_OK);
     EXPECT_EQ(as<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
     EXPECT_FALSE(IsWindow(window));
     EXPECT_HRESULT_FAILED(as<IOleInPlaceObject>()->GetWindow(&window));
-    EXPECT_EQ(verb(OLEIVERB_INPLACEACTIVATE), S_OK);
+    EXPECT_EQ(verb(OLEIVERB_OPEN), S_OK) << "it has no other place than the form";
     expectPlace({10, 20, 10 + kSize, 20 + kSize});
+}
+
+TEST_F(ContainerTest, LosesItsWindowWithTheForm) {
+    const auto object = as<IOleInPlaceObject>();
+    HWND window = nullptr;
+    ASSERT_HRESULT_SUCCEEDED(object->GetWindow(&window));
+    DestroyWindow(form_);
+    EXPECT_HRESULT_FAILED(object->GetWindow(&window));
+    EXPECT_EQ(object->SetObjectRects(&kPlace, &kPlace), S_OK);
+    EXPECT_EQ(object->InPlaceDeactivate(), S_OK);
+}
+
+TEST_F(ContainerTest, LeavesTheFormWithItsSite) {
+    HWND window = nullptr;
+    ASSERT_HRESULT_SUCCEEDED(as<IOleInPlaceObject>()->GetWindow(&window));
+    EXPECT_EQ(site_->control()->SetClientSite(nullptr), S_OK);
+    EXPECT_FALSE(IsWindow(window));
+    EXPECT_HRESULT_FAILED(
+        site_->control()->DoVerb(OLEIVERB_SHOW, nullptr, nullptr, 0, form_, &kPlace));
+}
+
+// A container that will not give way gets its own size back each time the control asks.
+TEST_F(ContainerTest, DoesNotArgueForever) {
+    class StubbornSite : public ControlSite {
+    public:
+        using ControlSite::ControlSite;
+        HRESULT STDMETHODCALLTYPE OnPosRectChange(const RECT* /*position*/) override {
+            return ++requests < 100 ? setPlace(kPlace) : E_FAIL;
+        }
+        int requests = 0;
+    };
+    StubbornSite site(form_, kPlace);
+    ASSERT_HRESULT_SUCCEEDED(site.create(__uuidof(GpsControl)));
+    EXPECT_LE(site.requests, 2);
+    site.requests = 0;
+    site.setPlace({0, 0, 150, 150});
+    EXPECT_EQ(site.requests, 1);
+}
+
+TEST_F(ContainerTest, TellsItsContainerOfBoxes) {
+    class WatchedSite : public ControlSite {
+    public:
+        using ControlSite::ControlSite;
+        HRESULT STDMETHODCALLTYPE EnableModeless(BOOL enable) override {
+            seen += enable != FALSE ? "enabled " : "disabled ";
+            return S_OK;
+        }
+        std::string seen;
+    };
+    WatchedSite site(form_, kPlace);
+    ASSERT_HRESULT_SUCCEEDED(site.create(__uuidof(GpsControl)));
+    const BoxReader reader(
+        [&](const std::wstring& /*text*/, const std::string& /*icon*/) { site.seen += "box "; });
+    ComPtr<_GpsControl> gps;
+    ASSERT_HRESULT_SUCCEEDED(site.control()->QueryInterface(IID_PPV_ARGS(&gps)));
+    VARIANT_BOOL result = VARIANT_FALSE;
+    gps->getTracks(&result);  // without a receiver
+    EXPECT_EQ(site.seen, "disabled box enabled ");
 }
 
 TEST_F(ContainerTest, SavesAnEmptyState) {
     ComPtr<IStream> stream;
     ASSERT_HRESULT_SUCCEEDED(CreateStreamOnHGlobal(nullptr, TRUE, &stream));
     const auto state = as<IPersistStreamInit>();
+    const auto rewind = [&] { stream->Seek({}, STREAM_SEEK_SET, nullptr); };
     EXPECT_EQ(state->IsDirty(), S_FALSE);
+    EXPECT_HRESULT_SUCCEEDED(state->Load(stream.Get())) << "of a form that saved nothing";
     EXPECT_HRESULT_SUCCEEDED(state->Save(stream.Get(), TRUE));
     STATSTG size{};
+    ULARGE_INTEGER announced{};
     stream->Stat(&size, STATFLAG_NONAME);
-    EXPECT_EQ(size.cbSize.QuadPart, 0U);
+    EXPECT_HRESULT_SUCCEEDED(state->GetSizeMax(&announced));
+    EXPECT_EQ(size.cbSize.QuadPart, announced.QuadPart);
+    rewind();
     EXPECT_HRESULT_SUCCEEDED(state->Load(stream.Get()));
+    for (const char* strange : {"?", "garbage!"}) {
+        ComPtr<IStream> other;
+        ASSERT_HRESULT_SUCCEEDED(CreateStreamOnHGlobal(nullptr, TRUE, &other));
+        other->Write(strange, static_cast<ULONG>(std::strlen(strange)), nullptr);
+        other->Seek({}, STREAM_SEEK_SET, nullptr);
+        EXPECT_EQ(state->Load(other.Get()), STG_E_INVALIDHEADER) << strange;
+    }
+    EXPECT_EQ(state->Load(nullptr), E_POINTER);
+    EXPECT_EQ(state->Save(nullptr, TRUE), E_POINTER);
     CLSID id{};
     EXPECT_HRESULT_SUCCEEDED(as<IPersistPropertyBag>()->GetClassID(&id));
     EXPECT_EQ(id, __uuidof(GpsControl));

@@ -26,6 +26,7 @@ public:
 }  // namespace marlune
 
 int main(int count, char** words) {
+    SetProcessDPIAware();  // shown the screen as it is
     testing::InitGoogleTest(&count, words);
     testing::AddGlobalTestEnvironment(new marlune::RegisteredControl);
     return RUN_ALL_TESTS();

@@ -44,7 +44,7 @@ void expectKnownFor(HKEY root) {
     EXPECT_EQ(classValue(root, key + "\\InprocServer32", "ThreadingModel"), "Apartment");
     EXPECT_THAT(classValue(root, key + "\\InprocServer32"), testing::EndsWith("\\marlune.ocx"));
     EXPECT_THAT(classValue(root, key + "\\ToolboxBitmap32"),
-                testing::EndsWith("\\marlune.ocx, 101"));
+                testing::EndsWith("\\marlune.ocx, 102"));
     EXPECT_EQ(classValue(root, key + "\\Control"), "");
     EXPECT_EQ(classValue(root, key + "\\Version"), "1.0");
     EXPECT_HRESULT_SUCCEEDED(loadTypes());
@@ -111,6 +111,14 @@ TEST_F(RegistrationTest, TheLibraryStaysLoadedWhileItIsUsed) {
         ASSERT_HRESULT_SUCCEEDED(points->EnumConnectionPoints(&enumerator));
     }
     EXPECT_EQ(library_.canUnloadNow(), S_OK);
+}
+
+// A process has some 1,080 slots of thread-local storage, and every loading takes one.
+TEST(LibraryTest, CanBeLetGoAndLoadedTimeAndAgain) {
+    for (int i = 0; i < 1200; ++i) {
+        ASSERT_NO_THROW(Control()) << i;
+        CoFreeUnusedLibrariesEx(0, 0);
+    }
 }
 
 }  // namespace

@@ -82,6 +82,13 @@ private:
     Call call_;
 };
 
+void processMessages() {
+    MSG message{};
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+        DispatchMessageW(&message);
+    }
+}
+
 class ScriptHost final : public IActiveScriptSite {
 public:
     explicit ScriptHost(std::vector<std::wstring> words) : words_(std::move(words)) {}
@@ -123,7 +130,7 @@ private:
     void onEvent(const std::wstring& procedure, DISPPARAMS& parameters);
 
     std::vector<std::wstring> words_;
-    ScriptObject object_{{L"Echo", L"CreateObject", L"Arguments", L"Quit"},
+    ScriptObject object_{{L"Echo", L"CreateObject", L"Arguments", L"Sleep", L"Quit"},
                          [this](auto&&... given) { return call(given...); }};
     ScriptObject arguments_{{L"Item", L"Count", L"length"},
                             [this](auto&&... given) { return callArguments(given...); }};
@@ -187,6 +194,9 @@ HRESULT ScriptHost::call(DISPID id, DISPPARAMS& parameters, VARIANT* result) {
             }
             result->vt = VT_DISPATCH;
             result->pdispVal = &arguments_;
+            return S_OK;
+        case 3:
+            processMessages();
             return S_OK;
         default:
             quit_ = true;

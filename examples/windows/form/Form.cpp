@@ -8,6 +8,22 @@ constexpr wchar_t kClass[] = L"MarluneForm";
 constexpr RECT kWindow = {0, 0, 560, 330};
 constexpr RECT kControl = {16, 14, 16 + 32, 14 + 32};
 
+// The control reads the line without a look at the thread's messages. A handler that gives them
+// their turn keeps the form painted, and lets the user press Stop.
+void processMessages(HWND form) {
+    MSG message{};
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+        if (message.message == WM_QUIT) {
+            PostQuitMessage(static_cast<int>(message.wParam));  // it is for the program's own loop
+            return;
+        }
+        if (IsDialogMessageW(form, &message) == FALSE) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+    }
+}
+
 }  // namespace
 
 Form::Form() {
@@ -75,7 +91,9 @@ bool Form::connect() {
     gps_->put_SetGpsMark(family);
     SysFreeString(family);
     gps_->put_setNumPort(static_cast<numPort>(GetDlgItemInt(window_, kPort, nullptr, FALSE)));
+    setBusy(true);
     gps_->gpsConnect(&connected);
+    setBusy(false);
     if (connected != VARIANT_FALSE) {
         showIdentity();
     }
@@ -93,7 +111,15 @@ void Form::showIdentity() {
 void Form::downloadWaypoints() {
     // The result says nothing over a serial line; the events tell.
     VARIANT_BOOL ignored = VARIANT_FALSE;
+    setBusy(true);
     gps_->getWaypts(&ignored);
+    setBusy(false);
+}
+
+void Form::setBusy(bool busy) {
+    for (const int item : {kConnect, kWaypoints, kDisconnect}) {
+        EnableWindow(GetDlgItem(window_, item), busy ? FALSE : TRUE);
+    }
 }
 
 void Form::disconnect() {
@@ -110,6 +136,7 @@ void Form::onEvent(const std::wstring& name, DISPPARAMS& parameters) {
     const auto at = SendDlgItemMessageW(window_, kList, LB_ADDSTRING, 0,
                                         reinterpret_cast<LPARAM>(line.c_str()));
     SendDlgItemMessageW(window_, kList, LB_SETTOPINDEX, static_cast<WPARAM>(at), 0);
+    processMessages(window_);
 }
 
 void Form::onCommand(int id) {
@@ -121,7 +148,7 @@ void Form::onCommand(int id) {
             downloadWaypoints();
             break;
         case kStop: {
-            // Comes while the download runs: the control processes the form's messages meanwhile.
+            // Comes while the download runs, from inside the handler of an event.
             VARIANT empty{};
             gps_->StopTransfert(&empty);
             break;

@@ -39,6 +39,8 @@ private:
     void onCommand(int id);
     void onEvent(const std::wstring& name, DISPPARAMS& parameters);
     void showIdentity();
+    // While a member runs, another transfer must not be started from the form.
+    void setBusy(bool busy);
 
     HWND window_ = nullptr;
     std::unique_ptr<ControlSite> site_;
