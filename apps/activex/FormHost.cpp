@@ -26,6 +26,19 @@ UINT iconStyle(BoxIcon icon) {
     return 0;
 }
 
+double patience() {
+    constexpr double kSeconds = 30;
+    for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+        DWORD seconds = 0;
+        DWORD size = sizeof seconds;
+        if (RegGetValueW(root, L"Software\\Marlune", L"Patience", RRF_RT_REG_DWORD, nullptr,
+                         &seconds, &size) == ERROR_SUCCESS) {
+            return seconds;
+        }
+    }
+    return kSeconds;
+}
+
 // The container's other windows take no input while one lives.
 class Modal {
 public:
@@ -39,6 +52,10 @@ private:
 };
 
 }  // namespace
+
+FormHost::FormHost(InPlace& inPlace) : inPlace_(inPlace) {
+    setPatience(patience());
+}
 
 void FormHost::messageBox(const std::string& text, BoxIcon icon) {
     const Modal modal(inPlace_);
@@ -100,7 +117,8 @@ void FormHost::letWindowsLive() {
 bool FormHost::stopRequested() {
     letWindowsLive();
     MSG message{};
-    return stopped_ || PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE) != FALSE;
+    return stopped_ || SystemHost::stopRequested() ||
+           PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE) != FALSE;
 }
 
 }  // namespace marlune::activex

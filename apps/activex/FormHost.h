@@ -1,5 +1,7 @@
 // The Host of a control on a form: boxes and file choosers belong to the active window of the
-// program, and pending events are the messages of its thread.
+// program, and pending events are the messages of its thread. A receiver that says nothing for 30
+// seconds in the middle of a member ends it; the value "Patience" (seconds, 0 for ever) of the key
+// Software\Marlune, the user's or the machine's, says otherwise.
 #pragma once
 
 #include <string>
@@ -13,14 +15,15 @@ class InPlace;
 class FormHost : public SystemHost {
 public:
     // inPlace: the control on its form; it outlives the host.
-    explicit FormHost(InPlace& inPlace) : inPlace_(inPlace) {}
+    explicit FormHost(InPlace& inPlace);
 
     void messageBox(const std::string& text, BoxIcon icon) override;
     std::string chooseFile(const std::string& defaultExtension,
                            const std::string& startFolder) override;
     void setMousePointer(MousePointer pointer) override;
     void processEvents() override;
-    // True once the thread is to end: its message loop was told to quit. It is asked before every
+    // True once the thread is to end, since its message loop was told to quit, or the patience has
+    // ended. It is asked before every
     // read from a receiver, and lets the thread's windows live meanwhile: they are painted and get
     // their timers, and nothing else. Input waits until somebody processes events.
     bool stopRequested() override;

@@ -131,7 +131,8 @@ public:
 
 private:
     void closeHandle();
-    // Whether a write of so many bytes ends with a full packet, behind which the unit waits for more.
+    // Whether a write of so many bytes ends with a full packet, behind which the unit waits for
+    // more.
     [[nodiscard]] bool endsFull(DWORD count);
     Overlap::Outcome write(std::span<const std::uint8_t> bytes);
     // A control request that only answers.

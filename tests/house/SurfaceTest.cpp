@@ -75,9 +75,10 @@ std::vector<Declaration> declarationsIn(const std::string& interface) {
         {"numPort", "numPort"},
     };
     const std::map<std::string, std::string> kinds = {
-        {"", "method"}, {", propput", "put"}, {", propget", "get"}};
+        {"", "method"}, {"propput", "put"}, {"propget", "get"}};
     std::vector<Declaration> found;
-    const char* function = R"(\[id\((\d+)\)([^\]]*)\] (?:HRESULT|void) (\w+)\(([^)]*)\);)";
+    const char* function =
+        R"(\[id\((\d+)\)(?:, (prop\w+))?, helpcontext[^\]]*\] (?:HRESULT|void) (\w+)\(([^)]*)\);)";
     for (const Lines& match : matches(interface, function)) {
         Declaration declared{match[1], kinds.at(match[2]), match[3], "void", {}};
         const std::string list = match[4];

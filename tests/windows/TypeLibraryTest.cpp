@@ -1,8 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+#include <map>
+
 #include "Control.h"
 #include "base/WideText_windows.h"
+#include "marlune_com.h"
 #include "support/SurfaceLines.h"
 
 namespace marlune {
@@ -86,18 +91,17 @@ std::vector<std::string> functionLines(ITypeLib& types, const wchar_t* name, UIN
     return lines;
 }
 
-// In the library of either bitness.
-class TypeLibraryTest : public testing::TestWithParam<const wchar_t*> {
+class TypeLibraryTest : public testing::Test {
 protected:
     void SetUp() override {
         ASSERT_HRESULT_SUCCEEDED(
-            LoadTypeLibEx(buildFile(GetParam()).c_str(), REGKIND_NONE, &types_));
+            LoadTypeLibEx(buildFile(L"apps\\activex\\marlune.ocx").c_str(), REGKIND_NONE, &types_));
     }
 
     ComPtr<ITypeLib> types_;
 };
 
-TEST_P(TypeLibraryTest, HasTheMembersAndTheEvents) {
+TEST_F(TypeLibraryTest, HasTheMembersAndTheEvents) {
     // A dispatch interface begins with the seven functions of IDispatch.
     EXPECT_THAT(functionLines(*types_.Get(), L"_GpsControl", 7),
                 testing::ElementsAreArray(memberLines()));
@@ -105,7 +109,7 @@ TEST_P(TypeLibraryTest, HasTheMembersAndTheEvents) {
                 testing::ElementsAreArray(eventLines()));
 }
 
-TEST_P(TypeLibraryTest, HasThePortsAndTheClass) {
+TEST_F(TypeLibraryTest, HasThePortsAndTheClass) {
     ComPtr<ITypeInfo> info;
     ASSERT_EQ(types_->GetTypeInfoCount(), 4U);
     TYPEATTR* attributes = nullptr;
@@ -128,9 +132,41 @@ TEST_P(TypeLibraryTest, HasThePortsAndTheClass) {
     EXPECT_EQ(fromBstr(name), "GpsControl");
 }
 
-INSTANTIATE_TEST_SUITE_P(Bitness, TypeLibraryTest,
-                         testing::Values(L"apps\\activex\\marlune.ocx",
-                                         L"..\\windows32\\apps\\activex\\marlune.ocx"));
+// The sections of the manual: the first line below each heading, by the heading.
+std::map<std::string, std::string> manualLines() {
+    std::ifstream file(std::filesystem::path(sourceFile(L"apps\\activex\\help\\members.md")));
+    std::map<std::string, std::string> lines;
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("## ")) {
+            std::getline(file, lines[line.substr(3)]);
+        }
+    }
+    return lines;
+}
+
+// F1 finds a page by the help context; the help file's are made from the same ids.
+TEST_F(TypeLibraryTest, HasHelpForEveryMemberAndEvent) {
+    const std::map<std::string, std::string> lines = manualLines();
+    const auto expectHelp = [&](const GUID& interface, MEMBERID id, std::string_view name,
+                                DWORD page) {
+        ComPtr<ITypeInfo> info;
+        BSTR text = nullptr;
+        BSTR file = nullptr;
+        DWORD context = 0;
+        ASSERT_HRESULT_SUCCEEDED(types_->GetTypeInfoOfGuid(interface, &info));
+        ASSERT_HRESULT_SUCCEEDED(info->GetDocumentation(id, nullptr, &text, &context, &file));
+        EXPECT_EQ(fromBstr(text), lines.at(std::string(name)));
+        EXPECT_EQ(context, page) << name;
+        EXPECT_THAT(fromBstr(file), testing::EndsWith("marlune.chm"));
+    };
+    for (const surface::Member& member : surface::kMembers) {
+        expectHelp(__uuidof(_GpsControl), member.id, member.name, static_cast<DWORD>(member.id));
+    }
+    for (const surface::Event& event : surface::kEvents) {
+        expectHelp(__uuidof(__GpsControl), event.id, event.name,
+                   static_cast<DWORD>(100 + event.id));
+    }
+}
 
 }  // namespace
 }  // namespace marlune

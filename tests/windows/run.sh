@@ -253,13 +253,17 @@ fi
 
 # The installer, from nothing to nothing.
 registry() {
-    wineserver -k  # writes the files, and is waited for by the next program
+    # A restart of the system removes what was in use, as the remover itself; its end writes the files.
+    { wineserver -k; wineboot; wineserver -k; } >"$work/restart.log" 2>&1
     sed -E '/^#time=/d; s/^(\[.*\]) [0-9]+$/\1/' "$WINEPREFIX"/{system,user,userdef}.reg
     wineserver -p 2>/dev/null
 }
+installed_files() {
+    find "$WINEPREFIX/drive_c" \( -name windows -o -name Temp \) -prune -o -print | sort
+}
 comes_and_goes() {
     local programs="$WINEPREFIX/drive_c/Program Files" kind
-    find "$WINEPREFIX/drive_c" -path '*/windows' -prune -o -print | sort >"$work/files.before"
+    installed_files >"$work/files.before"
     registry >"$work/registry.before"
     windows "$root"/build/packages/marlune-*-setup.exe /S || return 1
     ls -R "$programs/Marlune" "$WINEPREFIX/drive_c/ProgramData/Microsoft/Windows/Start Menu"
@@ -271,7 +275,7 @@ comes_and_goes() {
     windows "$programs/Marlune/uninstall.exe" /S || return 1
     timeout 60 bash -c 'while [ -e "$0" ]; do sleep 0.2; done' "$programs/Marlune" || return 1
     registry >"$work/registry.after"
-    find "$WINEPREFIX/drive_c" -path '*/windows' -prune -o -print | sort >"$work/files.after"
+    installed_files >"$work/files.after"
     diff "$work/registry.before" "$work/registry.after" && diff "$work/files.before" "$work/files.after"
 }
 if [ "$kinds" = "64 32" ]; then
