@@ -5,7 +5,8 @@ cd "$(dirname "$0")/../.."
 . scripts/install-packages.sh
 install_packages packages.txt packages-windows.txt
 
-version=$(sed -n 's/^project(Marlune VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+cmake --preset windows64 >/dev/null
+version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' build/windows64/CMakeCache.txt)
 name=marlune-$version
 packages=$PWD/build/packages
 work=$PWD/build/package-windows
