@@ -147,13 +147,12 @@ std::map<std::string, std::string> manualLines() {
 // F1 finds a page by the help context; the help file's are made from the same ids.
 TEST_F(TypeLibraryTest, HasHelpForEveryMemberAndEvent) {
     const std::map<std::string, std::string> lines = manualLines();
-    const auto expectHelp = [&](const GUID& interface, MEMBERID id, std::string_view name,
-                                DWORD page) {
+    const auto expectHelp = [&](const GUID& iid, MEMBERID id, std::string_view name, DWORD page) {
         ComPtr<ITypeInfo> info;
         BSTR text = nullptr;
         BSTR file = nullptr;
         DWORD context = 0;
-        ASSERT_HRESULT_SUCCEEDED(types_->GetTypeInfoOfGuid(interface, &info));
+        ASSERT_HRESULT_SUCCEEDED(types_->GetTypeInfoOfGuid(iid, &info));
         ASSERT_HRESULT_SUCCEEDED(info->GetDocumentation(id, nullptr, &text, &context, &file));
         EXPECT_EQ(fromBstr(text), lines.at(std::string(name)));
         EXPECT_EQ(context, page) << name;

@@ -22,7 +22,7 @@ ShowUninstDetails show
 VIProductVersion "${VERSION}.0"
 VIAddVersionKey ProductName "Marlune"
 VIAddVersionKey CompanyName "Marlune"
-VIAddVersionKey LegalCopyright "(c) Marlune"
+VIAddVersionKey LegalCopyright "Copyright (c) 2026 The Marlune authors"
 VIAddVersionKey FileDescription "Marlune GPS transfer control, installer"
 VIAddVersionKey FileVersion "${VERSION}"
 VIAddVersionKey ProductVersion "${VERSION}"
