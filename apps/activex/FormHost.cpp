@@ -115,10 +115,15 @@ void FormHost::letWindowsLive() {
 }
 
 bool FormHost::stopRequested() {
-    letWindowsLive();
-    MSG message{};
-    return stopped_ || SystemHost::stopRequested() ||
-           PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE) != FALSE;
+    // Asked for every byte: a look at the messages costs more than the byte does.
+    constexpr DWORD kLookEveryMilliseconds = 20;
+    if (const DWORD now = GetTickCount(); now - lookedAt_ >= kLookEveryMilliseconds) {
+        lookedAt_ = now;
+        letWindowsLive();
+        MSG message{};
+        quits_ = PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE) != FALSE;
+    }
+    return stopped_ || quits_ || SystemHost::stopRequested();
 }
 
 }  // namespace marlune::activex

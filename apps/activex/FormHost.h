@@ -41,6 +41,8 @@ private:
     InPlace& inPlace_;
     bool betweenReads_ = false;
     bool stopped_ = false;
+    bool quits_ = false;
+    unsigned long lookedAt_ = 0;  // on the system's clock of milliseconds
 };
 
 }  // namespace marlune::activex

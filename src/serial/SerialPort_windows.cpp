@@ -29,6 +29,7 @@ public:
     [[nodiscard]] bool isGone() const override { return handle_ == INVALID_HANDLE_VALUE || gone_; }
     std::size_t read(std::span<std::uint8_t> into) override;
     std::size_t write(std::span<const std::uint8_t> bytes) override;
+    void settle() override;
     void purge() override;
 
 private:
@@ -116,6 +117,23 @@ std::size_t WindowsSerialPort::write(std::span<const std::uint8_t> bytes) {
 void WindowsSerialPort::noteFailure() {
     // Purging aborts what is pending; every other failure of the driver is lasting.
     gone_ = GetLastError() != ERROR_OPERATION_ABORTED;
+}
+
+void WindowsSerialPort::settle() {
+    COMMTIMEOUTS quiet = {0, 0, 100, 0, 0};
+    COMMTIMEOUTS usual = kTimeouts;
+    if (isGone() || SetCommTimeouts(handle_, &quiet) == FALSE) {
+        return;
+    }
+    constexpr ULONGLONG kLongestMilliseconds = 500;
+    const ULONGLONG end = GetTickCount64() + kLongestMilliseconds;
+    std::uint8_t dropped = 0;
+    DWORD arrived = 1;
+    while (arrived > 0 && GetTickCount64() < end) {
+        arrived = 0;
+        ReadFile(handle_, &dropped, 1, &arrived, nullptr);
+    }
+    SetCommTimeouts(handle_, &usual);
 }
 
 void WindowsSerialPort::purge() {
