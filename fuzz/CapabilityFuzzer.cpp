@@ -1,4 +1,6 @@
-// What a unit says of its protocols. Input: product id and version, then a protocol array.
+// What a unit says of its protocols. Input: product id and version, then a protocol array, as long
+// as a serial packet can be.
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -18,7 +20,8 @@ std::uint16_t word(std::span<const std::uint8_t> bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     constexpr std::size_t kHeader = 4;
-    const std::span<const std::uint8_t> input(bytes, size);
+    constexpr std::size_t kLongest = kHeader + 255;
+    const std::span<const std::uint8_t> input(bytes, std::min(size, kLongest));
     if (input.size() < kHeader) {
         return 0;
     }

@@ -1,15 +1,19 @@
 #include "FuzzPort.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
+#include <numeric>
+#include <string_view>
 
 namespace marlune {
 namespace {
 
-// A piece begins with a byte that tells its kind: so many bytes as they are, a frame that is right,
-// or the end of the line. With the flag another piece follows at once.
+// A piece begins with a byte that tells its kind: so many bytes as they are, a frame or a sentence
+// that is right, or the end of the line. With the flag another piece follows at once.
 constexpr std::uint8_t kMoreFlag = 0x80;
 constexpr std::uint8_t kLongestPlain = 0x5F;
+constexpr std::uint8_t kSentence = 0x7C;
 constexpr std::uint8_t kUnplug = 0x7F;
 
 }  // namespace
@@ -30,7 +34,7 @@ std::vector<std::uint8_t> FuzzInput::bytes(std::size_t count) {
 }
 
 void FuzzPort::beginService() {
-    silentReads_ = 0;
+    patience_ = kPatience;
     host_.stop = false;
 }
 
@@ -47,6 +51,7 @@ std::int32_t FuzzPort::open(const std::string& /*device*/, const std::string& /*
 
 std::size_t FuzzPort::read(std::span<std::uint8_t> into) {
     if (isGone()) {
+        losePatience(1);
         return 0;
     }
     const std::size_t count = std::min(into.size(), left());
@@ -60,11 +65,19 @@ std::size_t FuzzPort::read(std::span<std::uint8_t> into) {
 
 void FuzzPort::beSilent(std::size_t asked, std::size_t came) {
     host_.advance(came == 0 ? 1.0 + 0.1 * static_cast<double>(asked) : 0.1);
-    silentReads_ = came == 0 ? silentReads_ + 1 : 0;
-    if (silentReads_ > kPatience) {
-        host_.stop = true;
+    if (came == 0) {
+        losePatience(kSilence);
+    } else {
+        patience_ = kPatience;
     }
     sayNext();
+}
+
+void FuzzPort::losePatience(int much) {
+    patience_ -= much;
+    if (patience_ < 0) {
+        host_.stop = true;
+    }
 }
 
 std::size_t FuzzPort::write(std::span<const std::uint8_t> bytes) {
@@ -96,6 +109,8 @@ bool FuzzPort::sayPiece(std::uint8_t kind) {
     } else if (plain <= kLongestPlain) {
         const std::vector<std::uint8_t> bytes = input_.bytes(plain);
         said_.insert(said_.end(), bytes.begin(), bytes.end());
+    } else if (plain >= kSentence) {
+        saySentence();
     } else {
         sayFrame();
     }
@@ -107,6 +122,19 @@ void FuzzPort::sayFrame() {
     const std::uint8_t pid = input_.byte();
     const std::vector<std::uint8_t> frame = garminFrame(pid, input_.bytes(input_.byte()));
     said_.insert(said_.end(), frame.begin(), frame.end());
+}
+
+// Size, text; the "$" and what follows the text are added.
+void FuzzPort::saySentence() {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    const std::vector<std::uint8_t> text = input_.bytes(input_.byte());
+    const std::uint8_t sum =
+        std::accumulate(text.begin(), text.end(), std::uint8_t{0}, std::bit_xor<std::uint8_t>());
+    said_.push_back('$');
+    said_.insert(said_.end(), text.begin(), text.end());
+    for (const char end : {'*', kDigits[sum >> 4U], kDigits[sum & 0xFU], '\r', '\n'}) {
+        said_.push_back(static_cast<std::uint8_t>(end));
+    }
 }
 
 }  // namespace marlune

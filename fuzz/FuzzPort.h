@@ -35,7 +35,10 @@ private:
 
 class FuzzPort : public SerialPort {
 public:
-    static constexpr int kPatience = 64;  // silent reads in a row
+    // The user waits for so many reads in a row that bring nothing: silent ones, which take their
+    // time, count more than those from a line that is gone.
+    static constexpr int kPatience = 40 * 32;
+    static constexpr int kSilence = 32;
 
     // Both must outlive the port.
     FuzzPort(FakeHost& host, FuzzInput& input) : host_(host), input_(input) {}
@@ -67,7 +70,9 @@ private:
     void sayNext();
     bool sayPiece(std::uint8_t kind);
     void sayFrame();
+    void saySentence();
     void beSilent(std::size_t asked, std::size_t came);
+    void losePatience(int much);
 
     FakeHost& host_;
     FuzzInput& input_;
@@ -75,7 +80,7 @@ private:
     std::size_t taken_ = 0;
     std::int64_t handle_ = -1;
     bool unplugged_ = false;
-    int silentReads_ = 0;
+    int patience_ = kPatience;
 };
 
 // An open line that brings these bytes, then silence, and what a procedure on it is handed.

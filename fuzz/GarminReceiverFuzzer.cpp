@@ -22,11 +22,12 @@ void checkSaid(GarminReceiver& receiver, FrameReader& reader) {
 }
 
 GarminReceiver makeReceiver(std::uint8_t choice) {
+    static const auto kData = marlune::receivers::readData(
+        "W;A;1;2;x;3\nP;B;4;5\nN;T\nT;6;7;38912.5;8;1\nT;180;180\nR;1;R\nW;C;9;1\nW;D;2;3\n");
     const auto& units = marlune::receivers::garmin::garminUnits();
     GarminReceiver::Settings settings;
     settings.unit = units[choice % units.size()];
-    settings.data = marlune::receivers::readData(
-        "W;A;1;2;x;3\nP;B;4;5\nN;T\nT;6;7;38912.5;8;1\nT;180;180\nR;1;R\nW;C;9;1\nW;D;2;3\n");
+    settings.data = kData;
     return GarminReceiver(std::move(settings));
 }
 

@@ -48,7 +48,8 @@ std::optional<GpxKind> sentKind(const surface::Member& member) {
 }  // namespace
 
 JsonHostSession::JsonHostSession(const Options& options, int input, Output& output,
-                                 HostServices& host, const Interrupt& interrupt)
+                                 HostServices& host, const Interrupt& interrupt,
+                                 const MakeControl& make)
     : options_(options),
       speech_(options.language),
       host_(host),
@@ -57,8 +58,8 @@ JsonHostSession::JsonHostSession(const Options& options, int input, Output& outp
       interrupt_(interrupt),
       writer_(output),
       events_(writer_, *this),
-      control_(host, events_),
-      stop_(control_, host, output) {
+      control_(make(host, events_)),
+      stop_(*control_, host, output) {
     host.onBox = [this](const std::string& text, BoxIcon icon) {
         writer_.box(text, icon);
         stop_.act();
@@ -66,7 +67,7 @@ JsonHostSession::JsonHostSession(const Options& options, int input, Output& outp
     host.onProcessEvents = [this] { processEvents(); };
     host.onWait = [this] { return disconnectionWaits(); };
     if (options.details) {
-        writer_.tellDetailsOf(control_);
+        writer_.tellDetailsOf(*control_);
     }
 }
 
@@ -198,7 +199,7 @@ surface::Result JsonHostSession::perform(const Call& call) {
     const bool connectingBefore =
         std::exchange(connecting_, member.role == surface::Role::connects);
     surface::Result result =
-        sentKind(member) ? upload(call) : member.call(control_, call.arguments);
+        sentKind(member) ? upload(call) : member.call(*control_, call.arguments);
     if (connecting_) {
         callUrgent();  // the disconnection that ended it
     }
@@ -212,12 +213,12 @@ surface::Result JsonHostSession::upload(const Call& call) {
     const auto& path = std::get<std::string>(call.arguments.front());
     std::error_code ignored;
     if (!std::filesystem::is_regular_file(path, ignored) || access(path.c_str(), R_OK) != 0) {
-        return call.member->call(control_, call.arguments);
+        return call.member->call(*control_, call.arguments);
     }
     try {
         const UploadFile file(path, *sentKind(*call.member), speech_);
         const surface::Argument argument = file.path();
-        return call.member->call(control_, {&argument, 1});
+        return call.member->call(*control_, {&argument, 1});
     } catch (const std::runtime_error& error) {
         writer_.box(error.what(), BoxIcon::critical);
         return false;

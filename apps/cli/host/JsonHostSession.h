@@ -9,6 +9,8 @@
 #pragma once
 
 #include <deque>
+#include <functional>
+#include <memory>
 #include <vector>
 
 #include "cli/HostServices.h"
@@ -24,12 +26,18 @@
 
 namespace marlune::cli {
 
+// Makes the control of a session.
+using MakeControl = std::function<std::unique_ptr<GpsControl>(Host&, GpsControlEvents&)>;
+inline std::unique_ptr<GpsControl> makePlatformControl(Host& host, GpsControlEvents& events) {
+    return std::make_unique<GpsControl>(host, events);
+}
+
 class JsonHostSession : private EventListener {
 public:
     JsonHostSession(const Options& options, int input, Output& output, HostServices& host,
-                    const Interrupt& interrupt);
+                    const Interrupt& interrupt, const MakeControl& make = makePlatformControl);
 
-    [[nodiscard]] GpsControl& control() { return control_; }
+    [[nodiscard]] GpsControl& control() { return *control_; }
 
     // Serves the input to its end, then disconnects. Returns early, having stopped what ran, when
     // the host requests a stop or nobody reads the output any more.
@@ -60,7 +68,7 @@ private:
     const Interrupt& interrupt_;
     JsonWriter writer_;
     EventWriter events_;
-    GpsControl control_;
+    std::unique_ptr<GpsControl> control_;
     TransferStop stop_;
 
     std::deque<Command> waiting_;
