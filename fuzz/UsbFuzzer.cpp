@@ -8,7 +8,7 @@
 #include <string>
 
 #include "Require.h"
-#include "marlune/GpsControl.h"
+#include "control/ControlFactory.h"
 #include "support/FakeHost.h"
 #include "support/ScriptedPort.h"
 #include "usb/BlockReader.h"
@@ -104,8 +104,9 @@ public:
 void control(Input input) {
     QuickHost host;
     Bounded events;
-    GpsControl gps(host, events, std::make_unique<ScriptedPort>(host),
-                   std::make_unique<FuzzedDevice>(host, input));
+    const auto control = ControlFactory::make(host, events, std::make_unique<ScriptedPort>(host),
+                                              std::make_unique<FuzzedDevice>(host, input));
+    GpsControl& gps = *control;
     gps.SetGpsMark("GRM_USB");
     gps.gpsConnect();
     gps.getWaypts();

@@ -66,12 +66,14 @@ TEST(Handshake, EndsWithoutAWordWhenTheHostRequestsAStop) {
 // The host's events are processed behind the abort, and a hundred times before the drain.
 TEST(Handshake, AHandlerMayEndOrReplaceTheConnection) {
     const Script untilProduct = kAsked + Script{answers(6), answers(255, productData(77, 0, "A"))};
-    for (const auto& [round, begun] :
-         {std::pair{1, Script{sends(10, {0, 0})}}, {9, untilProduct}}) {
-        const auto connect = [&, begun = begun](Stage& stage, const Script& script,
-                                                const std::function<void()>& act) {
-            stage.host.onProcessEvents = [&, nth = round] {
-                if (stage.host.eventRounds == nth) {
+    const std::pair<int, Script> cases[] = {{1, Script{sends(10, {0, 0})}}, {9, untilProduct}};
+    for (const auto& each : cases) {
+        const int round = each.first;
+        const Script& begun = each.second;
+        const auto connect = [&](Stage& stage, const Script& script,
+                                 const std::function<void()>& act) {
+            stage.host.onProcessEvents = [&] {
+                if (stage.host.eventRounds == round) {
                     act();
                 }
             };
@@ -98,8 +100,8 @@ TEST(Handshake, AHandlerMayEndOrReplaceTheConnection) {
         EXPECT_EQ(stopped.control().getProtocoles(), "");
 
         Stage destroyed;
-        destroyed.host.onProcessEvents = [&, nth = round] {
-            if (destroyed.host.eventRounds == nth) {
+        destroyed.host.onProcessEvents = [&] {
+            if (destroyed.host.eventRounds == round) {
                 destroyed.destroyControl();
             }
         };
