@@ -118,14 +118,15 @@ TEST_F(SurfaceTest, IsThatOfTheTypeLibrary) {
     EXPECT_THAT(linesOf(events), ElementsAreArray(eventLines()));
 }
 
-// Declarations of a class as "StartNMEA(NMEACode, Delai)". Constant members are no part of the
-// surface: they give values of this language only.
+// Declarations of a class as "StartNMEA(NMEACode, Delai)". The values beside the texts, from
+// records() on, and constant members are no part of the surface: they are of this language only.
 Lines declaredIn(const std::string& header, const std::string& className) {
     const std::string body = between(
         plainSource(header), "class MARLUNE_EXPORT " + className + " {", "}; } // namespace");
     Lines lines;
-    for (const Lines& statement :
-         matches(between(body, "~" + className, " private:"), R"([^;{}]+)")) {
+    const std::string all = between(body, "~" + className, " private:");
+    const std::string surface = all.substr(0, all.find("const Records& records("));
+    for (const Lines& statement : matches(surface, R"([^;{}]+)")) {
         const std::regex function(R"( (?:virtual )?[\w:]+ (\w+)\((.*)\) ?)");
         std::smatch parts;
         if (std::regex_match(statement[0], parts, function)) {
