@@ -78,7 +78,7 @@ ControlSession::ControlSession(FuzzInput& input, const std::string& mark) : inpu
 }
 
 void ControlSession::run() {
-    constexpr int kMostServices = 12;
+    constexpr int kMostServices = 8;
     serve(kConnect);
     for (int i = 0; i < kMostServices && !input_.empty() && control_; ++i) {
         serve(input_.byte());
