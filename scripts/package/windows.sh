@@ -25,6 +25,9 @@ done
 apps/activex/help/make.sh "$PWD/build/dev/apps/activex/help/marlune_help_pages" "$stage/manual"
 cp -r examples/windows "$stage/samples"
 find "$stage/samples" -name CMakeLists.txt -delete
+# What the sample in C++ is built with, and the ends of lines that Visual Basic insists on.
+cp build/windows64/apps/activex/marlune_{com.h,ids.cpp} "$stage/samples/form"
+sed -i 's/$/\r/' "$stage/samples"/*.{bas,cls,frm}
 sed 's/$/\r/' apps/activex/setup/README.txt >"$stage/README.txt"
 
 # What the installer copies beside the libraries, and what it removes again.
