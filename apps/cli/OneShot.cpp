@@ -194,7 +194,7 @@ void OneShot::perform() {
 
 // Magellan routes name waypoints, which the control must have seen before.
 void OneShot::getRoutes() {
-    if (options_.family() == "MGN") {
+    if (options_.traits().routesNeedWaypoints) {
         printer_.mute(true);
         control_.getWaypts();
         printer_.mute(false);

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "cli/Suggestion.h"
+#include "control/Families.h"
 #include "storage/formats/GpxValues.h"
 
 namespace marlune::cli {
@@ -20,16 +21,42 @@ std::string upper(std::string text) {
     return text;
 }
 
+bool isRate(std::string_view text) {
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// "MGN" or "MGN;9600" for the Magellan family.
+bool names(std::string_view mark, const FamilyTraits& family) {
+    if (!family.isChosen || !mark.starts_with(family.code)) {
+        return false;
+    }
+    const std::string_view rest = mark.substr(family.code.size());
+    return rest.empty() || (family.takesRate && rest.front() == ';' && isRate(rest.substr(1)));
+}
+
+std::string allMarks() {
+    std::vector<std::string> marks;
+    for (const FamilyTraits& family : familyTraits()) {
+        if (family.isChosen) {
+            marks.emplace_back(family.code);
+        }
+        if (family.takesRate) {
+            marks.push_back(std::string(family.code) + ";RATE");
+        }
+    }
+    std::string text = marks.front();
+    for (std::size_t i = 1; i < marks.size(); ++i) {
+        text += (i + 1 < marks.size() ? ", " : " and ") + marks[i];
+    }
+    return text;
+}
+
 // The empty text for a mark that the control knows, as CLI11's checks want it.
 std::string checkMark(const std::string& text) {
-    const std::string mark = upper(text);
-    constexpr std::string_view kMagellan = "MGN;";
-    const bool hasRate =
-        mark.starts_with(kMagellan) && mark.size() > kMagellan.size() &&
-        mark.find_first_not_of("0123456789", kMagellan.size()) == std::string::npos;
-    const bool known =
-        hasRate || mark == "GRM" || mark == "GRM_USB" || mark == "MGN" || mark == "MLR";
-    return known ? "" : "\"" + text + "\" is none of GRM, GRM_USB, MGN, MGN;RATE and MLR";
+    const auto families = familyTraits();
+    const bool known = std::any_of(families.begin(), families.end(),
+                                   [&](const auto& family) { return names(upper(text), family); });
+    return known ? "" : "\"" + text + "\" is none of " + allMarks();
 }
 
 std::string checkDecimal(const std::string& text) {
@@ -284,7 +311,7 @@ private:
     }
 
     void checkPort() const {
-        const bool usb = options_.family() == "GRM_USB";
+        const bool usb = options_.traits().isOnUsb;
         const auto kind = options_.port.kind;
         if (usb && kind == PortChoice::Kind::builtIn) {
             throw CLI::ValidationError("--port", "there is no virtual receiver for GRM_USB");
@@ -377,6 +404,12 @@ private:
 };
 
 }  // namespace
+
+const FamilyTraits& Options::traits() const {
+    const auto families = familyTraits();
+    return *std::find_if(families.begin(), families.end(),
+                         [this](const FamilyTraits& each) { return each.code == family(); });
+}
 
 std::string Options::family() const {
     const std::string family = upper(mark.substr(0, mark.find(';')));

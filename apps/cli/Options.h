@@ -10,6 +10,7 @@
 
 #include "cli/PortChoice.h"
 #include "cli/Speech.h"
+#include "family/FamilyTraits.h"
 #include "marlune/RecordFiles.h"
 
 namespace marlune::cli {
@@ -61,6 +62,8 @@ struct Options {
 
     // The family without its rate, in capitals: "GRM" when none was given.
     [[nodiscard]] std::string family() const;
+    // What is to be known of it.
+    [[nodiscard]] const FamilyTraits& traits() const;
     // How long a member may wait for a byte. The listener has a time of its own for that.
     [[nodiscard]] double patience(bool listening) const;
 };

@@ -1,21 +1,18 @@
 #include "finder/Finder.h"
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <string_view>
 
 #include "base/FilePath.h"
 #include "base/NoCase.h"
+#include "control/Families.h"
 #include "finder/ProbeHost.h"
 #include "marlune/GpsControl.h"
 #include "receivers/BuiltIn.h"
 
 namespace marlune::finder {
 namespace {
-
-// In this order: what one family asks must not disturb the next.
-constexpr std::array<const char*, 3> kSerialMarks = {"GRM", "MGN", "MLR"};
 
 // "GPSId: ... Version: ... - ..." of what getIdent says of itself and the receiver.
 std::string aboutReceiver(const std::string& ident) {
@@ -57,11 +54,15 @@ std::optional<Found> Finder::ask(const PortEntry& port) {
     if (!port.mark.empty()) {
         return askFor(port, port.mark);
     }
-    for (const char* mark : kSerialMarks) {
+    // In the control's order: what one family asks must not disturb the next.
+    for (const FamilyTraits& family : familyTraits()) {
+        if (!family.isChosen || family.isOnUsb) {
+            continue;
+        }
         if (host_.stopRequested()) {
             break;
         }
-        if (auto found = askFor(port, mark)) {
+        if (auto found = askFor(port, std::string(family.code))) {
             return found;
         }
     }

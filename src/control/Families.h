@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "family/Family.h"
@@ -9,6 +10,9 @@
 #include "nmea/NmeaState.h"
 
 namespace marlune {
+
+// Those that there are, without the one for codes that nobody knows.
+std::span<const FamilyTraits> familyTraits();
 
 class Families {
 public:

@@ -3,8 +3,8 @@
 // a line in the list of families (control/Families.cpp).
 //
 // What a family does not override it does not offer: that shows "Protocole non disponible pour ce
-// GPS". Members run to their end on the caller's thread, raise events meanwhile, and tell in the
-// report of the transfer how it went.
+// GPS". It says what it is in a constant kTraits. Members run to their end on the caller's thread,
+// raise events meanwhile, and tell in the report of the transfer how it went.
 #pragma once
 
 #include <optional>
@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "family/ConnectionState.h"
+#include "family/FamilyTraits.h"
 #include "family/Upload.h"
 #include "family/UploadFormat.h"
 #include "garmin/records/Route.h"

@@ -11,6 +11,8 @@ namespace marlune {
 
 class SerialGarmin : public GarminFamily {
 public:
+    static constexpr FamilyTraits kTraits = {.code = "GRM"};
+
     using GarminFamily::GarminFamily;
 
     [[nodiscard]] bool serves(std::string_view protocolCode) const override;
@@ -33,7 +35,7 @@ public:
     void StopTransfert() override;
 
 private:
-    [[nodiscard]] bool isPlain() const { return connection().protocolCode == "GRM"; }
+    [[nodiscard]] bool isPlain() const { return connection().protocolCode == kTraits.code; }
 };
 
 }  // namespace marlune

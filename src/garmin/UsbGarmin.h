@@ -7,10 +7,12 @@ namespace marlune {
 
 class UsbGarmin : public GarminFamily {
 public:
+    static constexpr FamilyTraits kTraits = {.code = "GRM_USB", .isOnUsb = true};
+
     using GarminFamily::GarminFamily;
 
     [[nodiscard]] bool serves(std::string_view protocolCode) const override {
-        return protocolCode == "GRM_USB";
+        return protocolCode == kTraits.code;
     }
     [[nodiscard]] bool isOnUsb() const override { return true; }
     Opening open() override;

@@ -10,10 +10,13 @@ namespace marlune {
 
 class DriveGarmin : public Family {
 public:
+    static constexpr FamilyTraits kTraits = {
+        .code = "GRM_USB_GPX", .isChosen = false, .isOnUsb = true};
+
     using Family::Family;
 
     [[nodiscard]] bool serves(std::string_view protocolCode) const override {
-        return protocolCode == "GRM_USB_GPX";
+        return protocolCode == kTraits.code;
     }
     [[nodiscard]] bool isOnUsb() const override { return true; }
     Opening open() override;

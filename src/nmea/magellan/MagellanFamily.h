@@ -9,11 +9,14 @@ namespace marlune {
 
 class MagellanFamily : public Family {
 public:
+    static constexpr FamilyTraits kTraits = {
+        .code = "MGN", .takesRate = true, .routesNeedWaypoints = true};
+
     // The sentence under assembly is the control's, which has one line only.
     MagellanFamily(ControlServices& services, NmeaState& nmea) : Family(services), nmea_(nmea) {}
 
     [[nodiscard]] bool serves(std::string_view protocolCode) const override {
-        return protocolCode == "MGN";
+        return protocolCode == kTraits.code;
     }
     [[nodiscard]] std::optional<LineChoice> line() const override;
     bool identify() override;

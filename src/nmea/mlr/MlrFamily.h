@@ -9,11 +9,13 @@ namespace marlune {
 
 class MlrFamily : public Family {
 public:
+    static constexpr FamilyTraits kTraits = {.code = "MLR"};
+
     // The sentence under assembly is the control's, which has one line only.
     MlrFamily(ControlServices& services, NmeaState& nmea) : Family(services), nmea_(nmea) {}
 
     [[nodiscard]] bool serves(std::string_view protocolCode) const override {
-        return protocolCode == "MLR";
+        return protocolCode == kTraits.code;
     }
     [[nodiscard]] std::optional<LineChoice> line() const override;
     bool identify() override;
