@@ -38,7 +38,7 @@ std::string routeLine(std::uint32_t number) {
 }
 
 template <class Item>
-using Reader = bool (*)(Host&, std::string_view, const UploadFormat&, std::vector<Item>&);
+using Reader = FileReading (*)(Host&, std::string_view, const UploadFormat&, std::vector<Item>&);
 
 template <class Item>
 void readFile(benchmark::State& state, Reader<Item> read, std::string (*line)(std::uint32_t)) {

@@ -35,30 +35,31 @@ enum class Action {
 
 struct Options {
     Action action = Action::host;
+    Language language = Language::english;
     std::string mark;  // as given; empty when it was not
     PortChoice port;
     std::vector<PortDevice> portDevices;
     std::optional<std::string> documents;
     std::vector<std::string> drives;
-    char decimalSeparator = '.';
-    bool debug = false;
     std::optional<double> timeout;  // seconds of patience; 0 for none
-    Language language = Language::english;
 
     std::string file;  // where downloaded records go besides; "-" for standard output, empty for
                        // nowhere
     std::optional<FileFormat> format;     // of that file, in place of what its name says
-    bool sentences = false;               // pvt prints sentences in place of lines
-    std::string link;                     // where pvt offers sentences; empty for nowhere
     std::optional<double> dateReference;  // old dates move towards it, when given
+    std::string link;                     // where pvt offers sentences; empty for nowhere
+    std::string sendFile;                 // what to send
+    std::string nmeaCode;
+    std::vector<std::string> ports;  // to ask, as --port takes them; empty for all there are
+
+    std::int16_t nmeaSeconds = 0;
+    char decimalSeparator = '.';
+    bool debug = false;
+    bool sentences = false;  // pvt prints sentences in place of lines
     bool keepPartial = false;
     bool trustTable = false;
     bool details = false;
-    std::string sendFile;  // what to send
-    std::string nmeaCode;
-    std::int16_t nmeaSeconds = 0;
-    std::vector<std::string> ports;  // to ask, as --port takes them; empty for all there are
-    bool all = false;                // also those without a plugged adapter
+    bool all = false;  // also ports without a plugged adapter
 
     // The family without its rate, in capitals: "GRM" when none was given.
     [[nodiscard]] std::string family() const;

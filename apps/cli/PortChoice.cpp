@@ -27,7 +27,7 @@ PortChoice PortChoice::parse(std::string_view text) {
     constexpr std::string_view kVirtual = "virtual";
     if (text.empty()) {
         throw std::invalid_argument(
-            "a port is a COM number, a device path, \"virtual\" or \"auto\"");
+            R"(a port is a COM number, a device path, "virtual" or "auto")");
     }
     if (text == "auto") {
         return {Kind::automatic, 0, {}};

@@ -35,7 +35,8 @@ public:
 
 private:
     // How many records have no place in a file.
-    std::size_t write(const Records& records, const FileHead& head, const std::string& path) const;
+    [[nodiscard]] std::size_t write(const Records& records, const FileHead& head,
+                                    const std::string& path) const;
 
     const Speech& say_;
     std::string path_;

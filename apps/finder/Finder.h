@@ -42,7 +42,7 @@ public:
     std::vector<Found> find(const std::vector<PortEntry>& ports);
 
 private:
-    std::string reasonToSkip(const PortEntry& port) const;
+    [[nodiscard]] std::string reasonToSkip(const PortEntry& port) const;
     std::optional<Found> askFor(const PortEntry& port, const std::string& mark);
 
     Host& host_;

@@ -129,7 +129,7 @@ Upload<Record> readUpload(ControlState& control, const UploadRow<Record>& row,
     Upload<Record> upload;
     upload.path = path;
     if (!control.family().offers(row.member)) {
-        control.family().notOffered(row.kind, TransferDirection::upload);
+        (void)control.family().notOffered(row.kind, TransferDirection::upload);
         return upload;
     }
     control.trace.traceLine(row.traceText);

@@ -92,8 +92,8 @@ public:
     virtual void StopTransfert() {}
 
     // Shows that there is no such service; always false.
-    bool notOffered(TransferKind kind,
-                    TransferDirection direction = TransferDirection::download) const;
+    [[nodiscard]] bool notOffered(TransferKind kind,
+                                  TransferDirection direction = TransferDirection::download) const;
 
 protected:
     [[nodiscard]] ControlServices& services() const { return services_; }
