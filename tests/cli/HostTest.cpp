@@ -189,7 +189,10 @@ TEST_F(HostTest, GivesIdsBackAndTellsDetails) {
                 AllOf(StartsWith(R"({"call":"gpsConnect","id":"two","result":true,"connection":{)"),
                       HasSubstr(R"("capabilities":"announced"})")));
     const std::string told = detailed.linesUpTo("\"call\"");
-    EXPECT_THAT(told, ContainsRegex("\"record\":.\"name\":\"CHAMX\".*\"altitude\":1037.0,"));
+    EXPECT_THAT(
+        told,
+        ContainsRegex(
+            "\"record\":.\"name\":\"CHAMX\".*\"altitude\":1037.0,\"symbol\":18,\"symbolName\":"));
     EXPECT_THAT(told, ContainsRegex("\"transfer\":.*\"ending\":\"complete\",\"whole\":true,"));
 }
 

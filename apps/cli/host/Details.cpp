@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "garmin/values/NumberText.h"
+#include "marlune/RecordFiles.h"
 
 namespace marlune::cli {
 namespace {
@@ -75,6 +76,9 @@ Json jsonOf(const WaypointRecord& record) {
     put(object, "proximity", record.proximity);
     putTime(object, record.time);
     put(object, "symbol", record.symbol);
+    if (const std::string name = symbolName(record.symbol.value_or(-1)); !name.empty()) {
+        object["symbolName"] = name;
+    }
     put(object, "display", record.display);
     return object;
 }
