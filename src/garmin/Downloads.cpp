@@ -246,7 +246,12 @@ bool GarminDownloads::takeRouteLink(std::int16_t numitem, Bytes data) {
 }
 
 bool GarminDownloads::takeProximity(std::int16_t numitem, Bytes data) {
-    services_.events.ProxData(numitem, keepWaypoint(services_.records.proximities, data), kDown);
+    std::vector<WaypointRecord>& kept = services_.records.proximities;
+    const std::string line = keepWaypoint(kept, data);
+    if (!kept.back().proximity) {
+        kept.back().proximity = alarmDistance(capabilities().proximityType, data);
+    }
+    services_.events.ProxData(numitem, line, kDown);
     return true;
 }
 

@@ -20,7 +20,8 @@ TransferLog::~TransferLog() {
 bool TransferLog::end(Ending ending, std::uint16_t pid) {
     ended_ = true;
     report_.ending = ending;
-    report_.pid = pid;
+    const bool isTheReason = ending == Ending::protocolError || ending == Ending::refused;
+    report_.pid = isTheReason ? pid : std::uint16_t{0};
     services_.reports.transfer = std::move(report_);
     return ending == Ending::complete;
 }

@@ -18,7 +18,8 @@ public:
 
     TransferReport* operator->() { return &report_; }
 
-    // True when it ended completely.
+    // True when it ended completely. pid: of the packet that came last, which only tells when the
+    // transfer ended by it.
     bool end(Ending ending, std::uint16_t pid = 0);
 
 private:

@@ -167,6 +167,49 @@ TEST(Report, GarminUploads) {
     EXPECT_EQ(reportOf(stage, opened, send(two)), "unsendable announced=2");
 }
 
+TEST(Report, Connections) {
+    using Outcome = ConnectionOutcome;
+    const Script asked = {sends(10, {0, 0}), sends(254, {0})};
+    const Script product =
+        asked + Script{answers(6), answers(255, productData(77, 0, "A")), sends(6, {255, 0})};
+    const Call none = [](Stage&) {};
+    const auto mark = [](const char* code) -> Call {
+        return [code](Stage& stage) { stage.control().SetGpsMark(code); };
+    };
+    const std::tuple<Script, Call, Outcome, std::uint16_t> cases[] = {
+        {product + Script{answers(253, protocolArray("A100"))}, none, Outcome::identified, 0},
+        {product + Script{answers(253)}, none, Outcome::protocolError, 253},
+        {asked, none, Outcome::silent, 0},
+        {asked + Script{answers(21)}, none, Outcome::protocolError, 21},
+        {asked + Script{answers(6), answers(12)}, none, Outcome::protocolError, 12},
+        {asked + Script{answersText("$GPGGA,1*00\r\n")}, none, Outcome::otherLanguage, 0},
+        {asked, [](Stage& stage) { stage.port().openError = 2; }, Outcome::notOpened, 0},
+        {asked, [](Stage& stage) { stage.host.stop = true; }, Outcome::abandoned, 0},
+        {{}, mark("MGN"), Outcome::silent, 0},
+        {{}, mark("XYZ"), Outcome::opened, 0},
+        {{},
+         [](Stage& stage) {
+             stage.control().SetGpsMark("GRM_USB");
+             stage.usb().path.clear();
+         },
+         Outcome::notOpened,
+         0},
+    };
+    int number = 0;
+    for (const auto& [script, arrange, outcome, pid] : cases) {
+        Stage stage;
+        arrange(stage);
+        stage.port().play(serialTurnsOf(script));
+        ++number;
+        const bool connected = stage.control().gpsConnect();
+        const ConnectionReport& report = stage.control().lastConnection();
+        EXPECT_EQ(report.outcome, outcome) << number;
+        EXPECT_EQ(report.pid, pid) << number;
+        EXPECT_EQ(report.isConnected(), connected) << number;
+        EXPECT_EQ(report.systemError != 0, stage.port().openError != 0) << number;
+    }
+}
+
 std::string nmea(const std::string& body) {
     unsigned sum = 0;
     for (const char c : body.substr(1)) {
@@ -285,6 +328,20 @@ TEST(Records, OfAGarminUnit) {
     EXPECT_EQ(fix.eastSpeed, 1.5F);
     EXPECT_EQ(fix.northSpeed, -2.5F);
     EXPECT_EQ(fix.upSpeed, 0.25F);
+}
+
+TEST(Records, OfAlarmZones) {
+    for (const auto& [tags, data] :
+         {std::pair{"A100 D100 A400 D400", join({d100("PX"), {0, 0, 0x20, 0x41}})},
+          {"A100 D103 A400 D403", join({d100("PX"), {0, 0}, {0, 0, 0x20, 0x41}})},
+          {"A100 D107 A400 D107", join({d100("PX"), {0, 0}, {0, 0, 0x20, 0x41}, {0}})}}) {
+        Stage stage;
+        stage.connectGarmin(tags);
+        const Call get = [](Stage& each) { each.control().getProximites(); };
+        EXPECT_EQ(reportOf(stage, counted(3, 1) + record(19, data), get),
+                  "complete announced=1 transferred=1");
+        EXPECT_EQ(stage.control().records().proximities.at(0).proximity, 10.0F) << tags;
+    }
 }
 
 TEST(Records, OfSentencesAsTheySayIt) {

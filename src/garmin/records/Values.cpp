@@ -189,6 +189,16 @@ TrackRecord recordOf(const TrkHeader& header, std::string_view format) {
     return record;
 }
 
+std::optional<float> alarmDistance(std::string_view proximityType,
+                                   std::span<const std::uint8_t> data) {
+    constexpr std::size_t kBehindD100 = 58;
+    constexpr std::size_t kBehindD103 = 60;
+    if (proximityType == "D400") {
+        return positive(knownSingleAt(data, kBehindD100));
+    }
+    return proximityType == "D403" ? positive(knownSingleAt(data, kBehindD103)) : std::nullopt;
+}
+
 RouteRecord recordOf(const Route& route) {
     RouteRecord record;
     record.number = route.numRte;

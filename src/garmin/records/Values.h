@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -23,6 +24,11 @@ WaypointRecord recordOf(Waypoint waypoint, std::string_view format,
 TrackPointRecord recordOf(const Trace& point, std::string_view format,
                           std::span<const std::uint8_t> data);
 TrackRecord recordOf(const TrkHeader& header, std::string_view format);
+
+// The alarm distance behind the waypoint in a proximity record of that type; nothing for one that
+// is a waypoint's own type, or whose waypoint does not come first.
+std::optional<float> alarmDistance(std::string_view proximityType,
+                                   std::span<const std::uint8_t> data);
 
 // Of what was read from a sentence or from an upload file's line, where the fields are all there
 // is.
