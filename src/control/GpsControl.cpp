@@ -213,8 +213,8 @@ void GpsControl::StopTransfert() {
 bool GpsControl::SendWaypts(const std::string& Fic) {
     const Running control(impl_);
     return trapped(*control, text::kWaypointUploadError, [&] {
-        auto upload = readUpload(*control, kWaypointUpload, Fic);
-        return upload.reading && control->family().SendWaypts(std::move(upload));
+        const auto upload = readUpload(*control, kWaypointUpload, Fic);
+        return upload.reading && control->family().SendWaypts(upload);
     });
 }
 
@@ -225,16 +225,16 @@ std::string GpsControl::getProtocoles() {
 bool GpsControl::SendRoutes(const std::string& Fic) {
     const Running control(impl_);
     return trapped(*control, text::kRouteUploadError, [&] {
-        auto upload = readUpload(*control, kRouteUpload, Fic);
-        return upload.reading && control->family().SendRoutes(std::move(upload));
+        const auto upload = readUpload(*control, kRouteUpload, Fic);
+        return upload.reading && control->family().SendRoutes(upload);
     });
 }
 
 bool GpsControl::SendTraces(const std::string& Fic) {
     const Running control(impl_);
     return trapped(*control, text::kTrackUploadError, [&] {
-        auto upload = readUpload(*control, kTrackUpload, Fic);
-        return upload.reading && control->family().SendTraces(std::move(upload));
+        const auto upload = readUpload(*control, kTrackUpload, Fic);
+        return upload.reading && control->family().SendTraces(upload);
     });
 }
 

@@ -17,15 +17,15 @@ bool Family::getProximites() {
         .end(Ending::notOffered);
 }
 
-bool Family::SendWaypts(Upload<Waypoint> /*upload*/) {
+bool Family::SendWaypts(const Upload<Waypoint>& /*upload*/) {
     return notOffered(TransferKind::waypoints, TransferDirection::upload);
 }
 
-bool Family::SendRoutes(Upload<Route> /*upload*/) {
+bool Family::SendRoutes(const Upload<Route>& /*upload*/) {
     return notOffered(TransferKind::routes, TransferDirection::upload);
 }
 
-bool Family::SendTraces(Upload<TrackItem> /*upload*/) {
+bool Family::SendTraces(const Upload<TrackItem>& /*upload*/) {
     return notOffered(TransferKind::tracks, TransferDirection::upload);
 }
 

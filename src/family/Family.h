@@ -82,9 +82,9 @@ public:
     // Has a text and an icon of its own when it is not offered.
     virtual bool getProximites();
     // Run-time errors leave to the control, which shows them.
-    virtual bool SendWaypts(Upload<Waypoint> upload);
-    virtual bool SendRoutes(Upload<Route> upload);
-    virtual bool SendTraces(Upload<TrackItem> upload);
+    virtual bool SendWaypts(const Upload<Waypoint>& upload);
+    virtual bool SendRoutes(const Upload<Route>& upload);
+    virtual bool SendTraces(const Upload<TrackItem>& upload);
     virtual bool StartPvtData() { return notOffered(TransferKind::realTime); }
     virtual double GetTime();
     virtual std::string getPosition();

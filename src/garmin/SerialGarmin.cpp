@@ -74,15 +74,15 @@ bool SerialGarmin::getProximites() {
     return Line(services(), unit()).run<GarminDownloads>().getProximites();
 }
 
-bool SerialGarmin::SendWaypts(Upload<Waypoint> upload) {
+bool SerialGarmin::SendWaypts(const Upload<Waypoint>& upload) {
     return Line(services(), unit()).run<GarminUploads>().SendWaypts(upload);
 }
 
-bool SerialGarmin::SendRoutes(Upload<Route> upload) {
+bool SerialGarmin::SendRoutes(const Upload<Route>& upload) {
     return Line(services(), unit()).run<GarminUploads>().SendRoutes(upload);
 }
 
-bool SerialGarmin::SendTraces(Upload<TrackItem> upload) {
+bool SerialGarmin::SendTraces(const Upload<TrackItem>& upload) {
     return Line(services(), unit()).run<GarminUploads>().SendTraces(upload);
 }
 

@@ -25,9 +25,9 @@ public:
     bool getTracks() override;
     bool GetRoutes() override;
     bool getProximites() override;
-    bool SendWaypts(Upload<Waypoint> upload) override;
-    bool SendRoutes(Upload<Route> upload) override;
-    bool SendTraces(Upload<TrackItem> upload) override;
+    bool SendWaypts(const Upload<Waypoint>& upload) override;
+    bool SendRoutes(const Upload<Route>& upload) override;
+    bool SendTraces(const Upload<TrackItem>& upload) override;
     bool StartPvtData() override;
     void endRealTime() override;
     double GetTime() override;

@@ -108,19 +108,19 @@ bool UsbGarmin::GetRoutes() {
     return session.start(TransferKind::routes) && session.run<GarminDownloads>().GetRoutes();
 }
 
-bool UsbGarmin::SendWaypts(Upload<Waypoint> upload) {
+bool UsbGarmin::SendWaypts(const Upload<Waypoint>& upload) {
     Session session(services(), unit(), sessions_);
     return session.start(TransferKind::waypoints, TransferDirection::upload) &&
            session.run<GarminUploads>().SendWaypts(upload);
 }
 
-bool UsbGarmin::SendRoutes(Upload<Route> upload) {
+bool UsbGarmin::SendRoutes(const Upload<Route>& upload) {
     Session session(services(), unit(), sessions_);
     return session.start(TransferKind::routes, TransferDirection::upload) &&
            session.run<GarminUploads>().SendRoutes(upload);
 }
 
-bool UsbGarmin::SendTraces(Upload<TrackItem> upload) {
+bool UsbGarmin::SendTraces(const Upload<TrackItem>& upload) {
     Session session(services(), unit(), sessions_);
     return session.start(TransferKind::tracks, TransferDirection::upload) &&
            session.run<GarminUploads>().SendTraces(upload);

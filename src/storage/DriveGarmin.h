@@ -28,9 +28,13 @@ public:
     bool getWaypts() override { return transfers().getWaypts(); }
     bool getTracks() override { return transfers().getTracks(); }
     bool GetRoutes() override { return transfers().GetRoutes(); }
-    bool SendWaypts(Upload<Waypoint> upload) override { return transfers().SendWaypts(upload); }
-    bool SendRoutes(Upload<Route> upload) override { return transfers().SendRoutes(upload); }
-    bool SendTraces(Upload<TrackItem> upload) override { return transfers().SendTraces(upload); }
+    bool SendWaypts(const Upload<Waypoint>& upload) override {
+        return transfers().SendWaypts(upload);
+    }
+    bool SendRoutes(const Upload<Route>& upload) override { return transfers().SendRoutes(upload); }
+    bool SendTraces(const Upload<TrackItem>& upload) override {
+        return transfers().SendTraces(upload);
+    }
 
 private:
     StorageTransfers transfers() { return {services(), unit_, connection()}; }

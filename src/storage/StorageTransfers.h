@@ -46,7 +46,7 @@ private:
 
     bool download(const Kind& kind);
     Records readFolders(const Kind& kind, TransferLog& log);
-    std::vector<std::filesystem::path> files() const;
+    [[nodiscard]] std::vector<std::filesystem::path> files() const;
     void addFiles(const std::filesystem::path& folder,
                   std::vector<std::filesystem::path>& files) const;
     bool send(const Kind& kind, const std::vector<std::string>& lines, const Records& records,

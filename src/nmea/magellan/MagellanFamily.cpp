@@ -49,17 +49,17 @@ bool MagellanFamily::GetRoutes() {
 
 // The answers to what is sent are not waited for, so nobody is told that it arrived.
 
-bool MagellanFamily::SendWaypts(Upload<Waypoint> upload) {
+bool MagellanFamily::SendWaypts(const Upload<Waypoint>& upload) {
     Line(services(), nmea_, state_)->mgnSendWaypoints(upload);
     return false;
 }
 
-bool MagellanFamily::SendRoutes(Upload<Route> upload) {
+bool MagellanFamily::SendRoutes(const Upload<Route>& upload) {
     Line(services(), nmea_, state_)->mgnSendRoutes(upload);
     return false;
 }
 
-bool MagellanFamily::SendTraces(Upload<TrackItem> upload) {
+bool MagellanFamily::SendTraces(const Upload<TrackItem>& upload) {
     Line(services(), nmea_, state_)->mgnSendTracks(upload);
     return false;
 }

@@ -49,17 +49,17 @@ bool MlrFamily::GetRoutes() {
 
 // Nothing that is sent is answered, so nobody is told that it arrived.
 
-bool MlrFamily::SendWaypts(Upload<Waypoint> upload) {
+bool MlrFamily::SendWaypts(const Upload<Waypoint>& upload) {
     Line(services(), nmea_, state_)->mlrSendWaypoints(upload);
     return false;
 }
 
-bool MlrFamily::SendRoutes(Upload<Route> upload) {
+bool MlrFamily::SendRoutes(const Upload<Route>& upload) {
     Line(services(), nmea_, state_)->mlrSendRoutes(upload);
     return false;
 }
 
-bool MlrFamily::SendTraces(Upload<TrackItem> /*upload*/) {
+bool MlrFamily::SendTraces(const Upload<TrackItem>& /*upload*/) {
     Line(services(), nmea_, state_)->mlrSendTracks();
     return false;
 }
