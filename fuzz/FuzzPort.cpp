@@ -129,7 +129,7 @@ void FuzzPort::saySentence() {
     constexpr std::string_view kDigits = "0123456789ABCDEF";
     const std::vector<std::uint8_t> text = input_.bytes(input_.byte());
     const std::uint8_t sum =
-        std::accumulate(text.begin(), text.end(), std::uint8_t{0}, std::bit_xor<std::uint8_t>());
+        std::accumulate(text.begin(), text.end(), std::uint8_t{0}, std::bit_xor<>());
     said_.push_back('$');
     said_.insert(said_.end(), text.begin(), text.end());
     for (const char end : {'*', kDigits[sum >> 4U], kDigits[sum & 0xFU], '\r', '\n'}) {

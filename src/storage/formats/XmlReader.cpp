@@ -67,23 +67,31 @@ private:
 
 thread_local std::size_t Budget::used_ = 0;
 
+// The byte-order mark of UTF-16, either way.
 bool startsWithWideMark(std::string_view bytes) {
-    return bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
+    if (bytes.size() < 2) {
+        return false;
+    }
+    const bool little = bytes[0] == '\xFF' && bytes[1] == '\xFE';
+    const bool big = bytes[0] == '\xFE' && bytes[1] == '\xFF';
+    return little || big;
 }
 
-// Whether the XML declaration names a single-byte encoding of Western Europe.
-bool saysSingleByte(std::string_view beginning) {
-    const std::string_view declaration = beginning.substr(0, beginning.find("?>"));
-    std::size_t at = declaration.find("encoding");
-    if (!beginning.starts_with("<?xml") || at == std::string_view::npos) {
+// Whether the XML declaration, which begins the document, names a single-byte encoding of Western
+// Europe.
+bool saysSingleByte(const std::string& beginning) {
+    const std::size_t end = beginning.find("?>");
+    std::size_t from = beginning.find("encoding");
+    if (beginning.rfind("<?xml", 0) != 0 || end == std::string::npos || from >= end) {
         return false;
     }
-    at = declaration.find_first_of("\"'", at);
-    if (at == std::string_view::npos) {
+    from = beginning.find_first_of("\"'", from);
+    const std::size_t to =
+        from < end ? beginning.find(beginning[from], from + 1) : std::string::npos;
+    if (to >= end) {
         return false;
     }
-    const std::string_view rest = declaration.substr(at + 1);
-    const std::string_view name = rest.substr(0, rest.find(declaration[at]));
+    const std::string name = beginning.substr(from + 1, to - from - 1);
     constexpr std::string_view kNames[] = {"iso-8859-1", "latin1", "windows-1252", "cp1252"};
     return std::any_of(std::begin(kNames), std::end(kNames),
                        [&](std::string_view each) { return equalsNoCase(each, name); });
@@ -168,7 +176,9 @@ public:
         std::vector<char> block(1U << 16U);
         std::string_view bytes = source_.read(block);
         const bool wide = startsWithWideMark(bytes);
-        Utf8Filter filter(saysSingleByte(bytes));
+        constexpr std::size_t kLongestDeclaration = 256;
+        Utf8Filter filter(
+            saysSingleByte(std::string(bytes.data(), std::min(bytes.size(), kLongestDeclaration))));
         makeParser(wide ? "UTF-16" : "UTF-8");
         for (bool last = false; !last;) {
             last = bytes.empty();
