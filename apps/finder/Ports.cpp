@@ -9,7 +9,10 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <memory>
+#include <set>
+#include <string>
 #include <system_error>
 
 #include "base/NoCase.h"
@@ -23,6 +26,82 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kLastNumber = 40;
+
+std::string nameOf(const fs::path& process) {
+    std::ifstream file(process / "comm");
+    std::string name;
+    std::getline(file, name);
+    return name + " (" + process.filename().string() + ")";
+}
+
+bool isProcess(const fs::path& entry) {
+    const std::string name = entry.filename().string();
+    return std::all_of(name.begin(), name.end(),
+                       [](unsigned char c) { return std::isdigit(c) != 0; });
+}
+
+// The lock files of programs that agree on them hold the number of the process.
+std::string lockOf(const fs::path& device) {
+    for (const char* folder : {"/run/lock", "/var/lock"}) {
+        std::ifstream file(fs::path(folder) / ("LCK.." + device.filename().string()));
+        int process = 0;
+        if (file >> process) {
+            std::error_code ignored;
+            const fs::path its = "/proc/" + std::to_string(process);
+            return fs::exists(its, ignored) ? nameOf(its) : std::string();
+        }
+    }
+    return {};
+}
+
+// Who has which files open, as far as this user may see it, at one moment.
+class Holders {
+public:
+    Holders() {
+        std::error_code error;
+        fs::directory_iterator entry("/proc", error);
+        for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+            if (isProcess(entry->path())) {
+                add(entry->path());
+            }
+        }
+    }
+
+    [[nodiscard]] std::string of(const std::string& path) const {
+        std::error_code error;
+        const fs::path device = fs::canonical(path, error);
+        if (error) {
+            return {};
+        }
+        const auto found = holders_.find(device.string());
+        return found == holders_.end() ? lockOf(device) : found->second;
+    }
+
+private:
+    // Who has the other end of a pseudo terminal is the device, not its user.
+    void add(const fs::path& process) {
+        std::set<std::string> files;
+        bool isOtherEnd = false;
+        std::error_code error;
+        fs::directory_iterator file(process / "fd", error);
+        for (; !error && file != fs::directory_iterator(); file.increment(error)) {
+            std::error_code ignored;
+            const fs::path target = fs::read_symlink(file->path(), ignored);
+            isOtherEnd = isOtherEnd || target.filename() == "ptmx";
+            if (target.is_absolute()) {
+                files.insert(target.string());
+            }
+        }
+        for (const std::string& each : files) {
+            if (!isOtherEnd || !each.starts_with("/dev/pts/")) {
+                std::string& list = holders_[each];
+                list += (list.empty() ? "" : ", ") + nameOf(process);
+            }
+        }
+    }
+
+    std::map<std::string, std::string> holders_;
+};
 
 std::string text(const char* value) {
     return value == nullptr ? std::string() : std::string(value);
@@ -44,23 +123,23 @@ int numberOf(Host& host, const std::string& path) {
     return 0;
 }
 
-PortEntry serialEntry(Host& host, const std::string& path) {
+PortEntry serialEntry(Host& host, const std::string& path, const Holders& holders) {
     PortEntry entry;
     entry.path = path;
     entry.number = numberOf(host, path);
     entry.mayOpen = ::access(path.c_str(), R_OK | W_OK) == 0;
-    entry.holder = holderOf(path);
+    entry.holder = holders.of(path);
     return entry;
 }
 
-void addSystemPorts(Host& host, std::vector<PortEntry>& entries) {
+void addSystemPorts(Host& host, const Holders& holders, std::vector<PortEntry>& entries) {
     sp_port** list = nullptr;
     if (sp_list_ports(&list) != SP_OK) {
         return;
     }
     const std::unique_ptr<sp_port*, void (*)(sp_port**)> ports(list, &sp_free_port_list);
     for (sp_port** each = list; *each != nullptr; ++each) {
-        PortEntry entry = serialEntry(host, text(sp_get_port_name(*each)));
+        PortEntry entry = serialEntry(host, text(sp_get_port_name(*each)), holders);
         entry.vendor = text(sp_get_port_usb_manufacturer(*each));
         entry.product = text(sp_get_port_usb_product(*each));
         if (entry.product.empty()) {
@@ -74,7 +153,7 @@ void addSystemPorts(Host& host, std::vector<PortEntry>& entries) {
 }
 
 // Numbers may mean devices that the system does not list.
-void addNumberedPorts(Host& host, std::vector<PortEntry>& entries) {
+void addNumberedPorts(Host& host, const Holders& holders, std::vector<PortEntry>& entries) {
     for (int number = 1; number <= kLastNumber; ++number) {
         const std::string path = host.portDevice(number);
         std::error_code ignored;
@@ -83,11 +162,11 @@ void addNumberedPorts(Host& host, std::vector<PortEntry>& entries) {
                         [&](const PortEntry& entry) { return isSameDevice(entry.path, path); })) {
             continue;
         }
-        entries.push_back(serialEntry(host, path));
+        entries.push_back(serialEntry(host, path, holders));
     }
 }
 
-void addUsbUnit(std::vector<PortEntry>& entries) {
+void addUsbUnit(const Holders& holders, std::vector<PortEntry>& entries) {
     DebugTrace noTrace{std::string()};
     const auto device = makeSystemUsbDevice(noTrace);
     PortEntry entry;
@@ -104,7 +183,7 @@ void addUsbUnit(std::vector<PortEntry>& entries) {
         std::array<char, 64> node{};
         std::snprintf(node.data(), node.size(), "/dev/bus/usb/%03d/%03d", bus, address);
         entry.mayOpen = ::access(node.data(), R_OK | W_OK) == 0;
-        entry.holder = holderOf(node.data());
+        entry.holder = holders.of(node.data());
     }
     entries.push_back(std::move(entry));
 }
@@ -131,54 +210,14 @@ void addDrives(Host& host, std::vector<PortEntry>& entries) {
     }
 }
 
-// Who has the other end of a pseudo terminal is the device, not its user.
-bool hasOpen(const fs::path& process, const fs::path& device) {
-    bool open = false;
-    bool isOtherEnd = false;
-    std::error_code error;
-    fs::directory_iterator file(process / "fd", error);
-    for (; !error && file != fs::directory_iterator(); file.increment(error)) {
-        std::error_code ignored;
-        const fs::path target = fs::read_symlink(file->path(), ignored);
-        open = open || target == device;
-        isOtherEnd = isOtherEnd || target.filename() == "ptmx";
-    }
-    const bool isPseudo = device.parent_path() == "/dev/pts";
-    return open && !(isPseudo && isOtherEnd);
-}
-
-std::string nameOf(const fs::path& process) {
-    std::ifstream file(process / "comm");
-    std::string name;
-    std::getline(file, name);
-    return name + " (" + process.filename().string() + ")";
-}
-
-void append(std::string& list, const std::string& item) {
-    list += (list.empty() ? "" : ", ") + item;
-}
-
-// The lock files of programs that agree on them hold the number of the process.
-std::string lockOf(const fs::path& device) {
-    for (const char* folder : {"/run/lock", "/var/lock"}) {
-        std::ifstream file(fs::path(folder) / ("LCK.." + device.filename().string()));
-        int process = 0;
-        if (file >> process) {
-            std::error_code ignored;
-            const fs::path its = "/proc/" + std::to_string(process);
-            return fs::exists(its, ignored) ? nameOf(its) : std::string();
-        }
-    }
-    return {};
-}
-
 }  // namespace
 
 std::vector<PortEntry> listPorts(Host& host) {
     std::vector<PortEntry> entries;
-    addSystemPorts(host, entries);
-    addNumberedPorts(host, entries);
-    addUsbUnit(entries);
+    const Holders holders;
+    addSystemPorts(host, holders, entries);
+    addNumberedPorts(host, holders, entries);
+    addUsbUnit(holders, entries);
     addDrives(host, entries);
     return entries;
 }
@@ -203,22 +242,7 @@ std::vector<PortEntry> virtualPorts() {
 }
 
 std::string holderOf(const std::string& path) {
-    std::error_code error;
-    const fs::path device = fs::canonical(path, error);
-    if (error) {
-        return {};
-    }
-    std::string holders;
-    fs::directory_iterator process("/proc", error);
-    for (; !error && process != fs::directory_iterator(); process.increment(error)) {
-        const std::string number = process->path().filename().string();
-        const bool isProcess = std::all_of(number.begin(), number.end(),
-                                           [](unsigned char c) { return std::isdigit(c) != 0; });
-        if (isProcess && hasOpen(process->path(), device)) {
-            append(holders, nameOf(process->path()));
-        }
-    }
-    return holders.empty() ? lockOf(device) : holders;
+    return Holders().of(path);
 }
 
 }  // namespace marlune::finder

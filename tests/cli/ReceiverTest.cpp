@@ -122,7 +122,7 @@ TEST_F(ReceiverTest, FeedsNavigationProgramsWithSentences) {
 
 TEST_F(ReceiverTest, FindsTheReceiverAndUsesIt) {
     const BuiltIn receiver("garmin");
-    Program program({"find", receiver.path(), "--lang", "en"});
+    Program program({"find", receiver.path(), "--timeout", "15", "--lang", "en"});
     EXPECT_EQ(program.rest(), "--port " + receiver.path() + " --mark GRM\n");
     EXPECT_EQ(program.wait(), 0);
     EXPECT_THAT(program.errors(), HasSubstr("asking " + receiver.path() + " for GRM"));
