@@ -48,7 +48,7 @@ struct Choice {
     std::size_t unit;
     std::size_t service;
     [[nodiscard]] bool isUpload() const { return service >= kFirstUpload; }
-    auto operator<=>(const Choice&) const = default;
+    bool operator==(const Choice&) const = default;
 };
 
 // What a host application, and the receiver's user, know afterwards.
