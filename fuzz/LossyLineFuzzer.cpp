@@ -48,7 +48,9 @@ struct Choice {
     std::size_t unit;
     std::size_t service;
     [[nodiscard]] bool isUpload() const { return service >= kFirstUpload; }
-    bool operator==(const Choice&) const = default;
+    bool operator<(const Choice& other) const {
+        return std::pair(unit, service) < std::pair(other.unit, other.service);
+    }
 };
 
 // What a host application, and the receiver's user, know afterwards.
