@@ -16,7 +16,6 @@ namespace marlune::cli {
 namespace {
 
 using testing::ElementsAre;
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 

@@ -234,7 +234,7 @@ void addPoint(Records& records, TrackPointRecord point) {
     }
     std::vector<TrackPointRecord>& points = records.tracks.back().points;
     point.segmentStart = point.segmentStart || points.empty();
-    points.push_back(std::move(point));
+    points.push_back(point);
 }
 
 void addPoint(Records& records, WaypointRecord routePoint) {

@@ -112,7 +112,7 @@ fs::path saveFile(const std::string& path, const Write& write, Replacement repla
         writeFile(filePath(path), write);
         return filePath(path);
     }
-    const fs::path target = followLinks(filePath(path));
+    fs::path target = followLinks(filePath(path));
     if (replacement == Replacement::newName) {
         return saveUnderNewName(target, write, names);
     }
