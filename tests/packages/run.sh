@@ -7,8 +7,8 @@ root=$(cd "$(dirname "$0")/../.." && pwd)
 base=$root/build/bare/base
 system=$root/build/bare/system
 suite=$(. /etc/os-release && echo "$VERSION_CODENAME")
-mirror=$(sed -n 's/^URIs: *//p; s/^deb \(\[[^]]*\] \)\?\([^ ]*\) .*/\2/p' \
-    /etc/apt/sources.list /etc/apt/sources.list.d/* 2>/dev/null | head -1)
+mirror=$({ cat /etc/apt/sources.list /etc/apt/sources.list.d/* 2>/dev/null || true; } |
+    sed -n 's/^URIs: *//p; s/^deb \(\[[^]]*\] \)\?\([^ ]*\) .*/\2/p' | sed -n 1p)
 
 say() { echo "-- $*"; }
 inside() { chroot "$system" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 \
