@@ -84,6 +84,21 @@ TEST(RecordFiles, LinesForUploadsKeepSemicirclesAndDecimetres) {
     EXPECT_EQ(sample.records.routes[0].points[0].link->name, "THE LINK");
 }
 
+TEST(RecordFiles, RoutesWithoutANumberAreCounted) {
+    const std::pair<FileFormat, const char*> files[] = {
+        {FileFormat::gpx, "<gpx><rte/><rte><number>-1</number></rte></gpx>"},
+        {FileFormat::csv, "kind,latitude,longitude,number\nroute,,,\nroute,,,-1\n"},
+        {FileFormat::lines, "R;;A\r\nR;70000;B\r\n"},
+    };
+    for (const auto& [format, text] : files) {
+        Collector read;
+        readInto(read, text, format);
+        ASSERT_EQ(read.records.routes.size(), 2U) << text;
+        EXPECT_EQ(read.records.routes[0].number, 1) << text;
+        EXPECT_EQ(read.records.routes[1].number, 2) << text;
+    }
+}
+
 TEST(RecordFiles, GpxOfOtherProgramsIsUnderstood) {
     Collector back;
     readInto(back,

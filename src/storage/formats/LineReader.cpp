@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <cmath>
-#include <limits>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -120,8 +120,8 @@ void LineTaker::takeRoute(std::string_view line) {
     finish();
     inRoute_ = true;
     RouteRecord route;
-    route.number =
-        wholeNumberOf(splitText(line, ';').at(1), 0, std::numeric_limits<int>::max()).value_or(-1);
+    ++routes_;
+    route.number = wholeNumberOf(splitText(line, ';').at(1), 0, UINT16_MAX).value_or(routes_);
     route.name = gpxText(restAfter(line, 2));
     sink_.route(route);
 }

@@ -30,6 +30,7 @@ private:
 
     RecordSink& sink_;
     bool inRoute_ = false;
+    int routes_ = 0;                           // those without a number are counted
     std::optional<RoutePointRecord> waiting_;  // for the link that may follow it
 };
 
