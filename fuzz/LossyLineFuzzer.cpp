@@ -163,15 +163,22 @@ std::string faultOf(FuzzInput& input) {
     return name + ":packet=" + std::to_string(1 + place % 256) + keep;
 }
 
-// What nobody can tell: what has changed in a block, which carries no checksum; and whether a list
-// of sentences that nobody asked for begins with the end of one that was under way.
+// What nobody can tell of sentences that nobody asked for: whether their list begins with the end
+// of one that was under way, and whether more were to come when they fell silent.
+bool isPartOfList(const Outcome& faulty, const Outcome& clean) {
+    const auto& came = faulty.records;
+    const auto& sent = clean.records;
+    return (came.size() < sent.size() && std::equal(came.begin(), came.end(), sent.begin())) ||
+           (came.size() + 1 == sent.size() &&
+            std::equal(came.begin(), came.end(), sent.begin() + 1, isSameRecord));
+}
+
+// And what has changed in a block, which carries no checksum.
 bool isBeyondTelling(const Choice& choice, const std::string& fault, const Outcome& faulty,
                      const Outcome& clean) {
     const std::string unit = kUnits[choice.unit].name;
     return (unit == "sp24" && fault.starts_with("garble")) ||
-           (unit == "valsat" && faulty.records.size() + 1 == clean.records.size() &&
-            std::equal(faulty.records.begin(), faulty.records.end(), clean.records.begin() + 1,
-                       isSameRecord));
+           (unit == "valsat" && isPartOfList(faulty, clean));
 }
 
 }  // namespace

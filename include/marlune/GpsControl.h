@@ -69,12 +69,13 @@ enum class numPort : std::int32_t {
 
 class MARLUNE_EXPORT GpsControl {
 public:
-    // host and events stay the caller's and must outlive every call of a member, also one that is
-    // still running when a handler destroys the control.
+    // host and events stay the caller's and must outlive the control, and every call of a member
+    // that is still running when a handler destroys it.
     GpsControl(Host& host, GpsControlEvents& events);
     GpsControl(const GpsControl&) = delete;
     GpsControl& operator=(const GpsControl&) = delete;
-    // Closes the serial port and the USB device. Allowed inside a handler of a running member.
+    // Closes the serial port, once the receiver has finished what it was saying (0.5 s at most),
+    // and the USB device. Allowed inside a handler of a running member.
     ~GpsControl();
 
     // The receiver's date and time (days since 30/12/1899), also shown in a box. 0 when it fails.

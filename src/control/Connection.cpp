@@ -222,6 +222,7 @@ void closeDevice(ControlState& control) {
 void abandonDevice(ControlState& control) {
     ++control.connections;
     endRealTime(control);
+    control.port.settle();
     closeAll(control);
 }
 

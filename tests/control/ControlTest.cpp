@@ -174,6 +174,16 @@ TEST(Control, EmptiesTheQueuesAndClosesWhatItOpened) {
     EXPECT_EQ(port.closings, 1);
 }
 
+TEST(Control, HearsTheUnitOutWhenItIsLetGo) {
+    Stage stage;
+    stage.connectGarmin("A100 D108");
+    ScriptedPort& port = stage.port();
+    int settlings = 0;
+    port.observer.close = [&] { settlings = port.settlings; };
+    stage.destroyControl();
+    EXPECT_EQ(settlings, 1) << "its last words would meet the next connection";
+}
+
 // Whatever comes after the last look, and nothing twice.
 TEST(DateFix, MovesWhatComes) {
     constexpr double kOld = 936000000;  // 1999
