@@ -6,9 +6,9 @@
 #include <exception>
 #include <system_error>
 
-#include "cli/Advice.h"
-#include "cli/Phrases.h"
 #include "garmin/values/NumberText.h"
+#include "words/Advice.h"
+#include "words/Phrases.h"
 
 namespace marlune::cli {
 namespace {
@@ -26,7 +26,19 @@ std::optional<GpxKind> sentKind(Action action) {
     }
 }
 
-std::optional<RecordFile> recordFile(const Options& options, const Speech& say) {
+ExitStatus statusOf(words::Success success) {
+    switch (success) {
+        case words::Success::whole:
+            return kDone;
+        case words::Success::partly:
+            return kIncomplete;
+        case words::Success::none:
+            break;
+    }
+    return kFailed;
+}
+
+std::optional<RecordFile> recordFile(const Options& options, const words::Speech& say) {
     return options.file.empty()
                ? std::nullopt
                : std::optional<RecordFile>(std::in_place, options.file, options.format, say);
@@ -69,17 +81,17 @@ ExitStatus OneShot::run() {
     stop_.disconnect();
     ExitStatus status = performs ? finish() : kFailed;
     if (records_.error() != 0) {
-        say(speech_(phrase::kColon, {speech_(phrase::kStandardOutput),
-                                     std::generic_category().message(records_.error())}));
+        say(speech_(words::phrase::kColon, {speech_(words::phrase::kStandardOutput),
+                                            std::generic_category().message(records_.error())}));
     }
     return records_.broken() ? kFailed : status;
 }
 
 void OneShot::prepareFile() {
     if (const auto kind = sentKind(options_.action)) {
-        uploadFile_ = std::make_unique<UploadFile>(options_.sendFile, *kind, speech_);
+        uploadFile_ = std::make_unique<words::UploadFile>(options_.sendFile, *kind, speech_);
         for (const std::string& remark : uploadFile_->remarks()) {
-            say(speech_(phrase::kRemark, {options_.sendFile, remark}));
+            say(speech_(words::phrase::kRemark, {options_.sendFile, remark}));
         }
     }
 }
@@ -96,7 +108,7 @@ bool OneShot::connect() {
         const ConnectionReport& report = control_.lastConnection();
         if (!told && report.systemError == 0 && host_.secondsClock() - start > kPatientFor) {
             told = true;
-            printer_.message(speech_(phrase::kAsking, {report.device}));
+            printer_.message(speech_(words::phrase::kAsking, {report.device}));
         }
         return false;
     };
@@ -112,24 +124,24 @@ bool OneShot::connect() {
 
 void OneShot::explainFailure() {
     for (const std::string& text :
-         adviceOn(control_.lastConnection(), options_.family(), speech_)) {
+         words::adviceOn(control_.lastConnection(), options_.family(), speech_)) {
         say(text);
     }
-    say(speech_(phrase::kMoreHelp));
+    say(speech_(words::phrase::kMoreHelp));
 }
 
 void OneShot::tellCapabilities() {
     switch (control_.lastConnection().capabilities) {
         case CapabilitySource::announced:
             if (options_.action == Action::ident) {
-                say(speech_(phrase::kAnnounced));
+                say(speech_(words::phrase::kAnnounced));
             }
             break;
         case CapabilitySource::table:
-            say(speech_(phrase::kFromTable));
+            say(speech_(words::phrase::kFromTable));
             break;
         case CapabilitySource::generic:
-            say(speech_(phrase::kGeneric));
+            say(speech_(words::phrase::kGeneric));
             break;
         case CapabilitySource::none:
             break;
@@ -140,7 +152,7 @@ void OneShot::tellCapabilities() {
 bool OneShot::maySend() {
     const bool guessed = control_.lastConnection().capabilities == CapabilitySource::generic;
     if (uploadFile_ != nullptr && guessed && !options_.trustTable) {
-        say(speech_(phrase::kNotOnAGuess));
+        say(speech_(words::phrase::kNotOnAGuess));
         return false;
     }
     return true;
@@ -230,17 +242,17 @@ ExitStatus OneShot::finish() {
         return kDone;
     }
     const bool linesSent = uploadFile_ == nullptr || uploadFile_->keepsLines();
-    const Verdict verdict = judge(control_.lastTransfer(), speech_, linesSent);
+    const words::Verdict verdict = words::judge(control_.lastTransfer(), speech_, linesSent);
     const bool saved = saveFile(verdict.isWhole());
     if (printer_.notSentences() > 0) {
-        say(speech_(phrase::kNoSentences, {std::to_string(printer_.notSentences())}));
+        say(speech_(words::phrase::kNoSentences, {std::to_string(printer_.notSentences())}));
     }
     if (!verdict.isWhole() || verdict.doubtful) {
         say(verdict.text);
     } else if (messages_.isTerminal()) {
         printer_.message(verdict.text);
     }
-    return saved ? verdict.status : kFailed;
+    return saved ? statusOf(verdict.success) : kFailed;
 }
 
 bool OneShot::saveFile(bool whole) {
@@ -254,7 +266,7 @@ bool OneShot::saveFile(bool whole) {
             say(remark);
         }
         if (const int moved = control_.movedDates(); moved > 0) {
-            say(speech_(phrase::kMovedDates, {std::to_string(moved), recordFile_->path()}));
+            say(speech_(words::phrase::kMovedDates, {std::to_string(moved), recordFile_->path()}));
         }
     } catch (const std::system_error& error) {
         say(recordFile_->path() + ": " + error.code().message());

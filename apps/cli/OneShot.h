@@ -10,11 +10,11 @@
 #include "cli/Output.h"
 #include "cli/RecordFile.h"
 #include "cli/RecordPrinter.h"
-#include "cli/Speech.h"
 #include "cli/TransferStop.h"
-#include "cli/UploadFile.h"
-#include "cli/Verdict.h"
 #include "marlune/GpsControl.h"
+#include "words/Speech.h"
+#include "words/UploadFile.h"
+#include "words/Verdict.h"
 
 namespace marlune::cli {
 
@@ -55,12 +55,12 @@ private:
     HostServices& host_;
     Output& records_;
     Output& messages_;
-    Speech speech_;
+    words::Speech speech_;
     std::optional<RecordFile> recordFile_;
     RecordPrinter printer_;
     GpsControl control_;
     TransferStop stop_;
-    std::unique_ptr<UploadFile> uploadFile_;
+    std::unique_ptr<words::UploadFile> uploadFile_;
     std::unique_ptr<LiveFeed> feed_;
     TrackRecord followed_;  // the positions of real time
 };

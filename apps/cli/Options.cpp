@@ -305,9 +305,9 @@ private:
         if (!decimal_.empty()) {
             options_.decimalSeparator = decimal_.front();
         }
-        const bool french =
-            language_.empty() ? userLanguage() == Language::french : language_ == "fr";
-        options_.language = french ? Language::french : Language::english;
+        const bool french = language_.empty() ? words::userLanguage() == words::Language::french
+                                              : language_ == "fr";
+        options_.language = french ? words::Language::french : words::Language::english;
     }
 
     void checkPort() const {

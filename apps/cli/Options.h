@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "cli/PortChoice.h"
-#include "cli/Speech.h"
 #include "family/FamilyTraits.h"
 #include "marlune/RecordFiles.h"
+#include "words/Speech.h"
 
 namespace marlune::cli {
 
@@ -35,7 +35,7 @@ enum class Action {
 
 struct Options {
     Action action = Action::host;
-    Language language = Language::english;
+    words::Language language = words::Language::english;
     std::string mark;  // as given; empty when it was not
     PortChoice port;
     std::vector<PortDevice> portDevices;

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "cli/Phrases.h"
-#include "cli/Speech.h"
 #include "finder/Finder.h"
+#include "words/Phrases.h"
+#include "words/Speech.h"
 
 namespace marlune::cli {
 namespace {
@@ -101,18 +101,18 @@ std::vector<PortEntry> namedPorts(const std::vector<std::string>& names, HostSer
 }
 
 std::vector<Found> find(const Options& options, HostServices& host, Output& messages) {
-    const Speech say(options.language);
+    const words::Speech say(options.language);
     finder::Finder finder(host);
     finder.all = options.all;
     if (options.timeout && *options.timeout > 0) {
         finder.patience = *options.timeout;
     }
     finder.onAsk = [&](const PortEntry& port, const std::string& mark) {
-        messages.writeForeign(say(phrase::kAskingFor, {port.path, mark}) + "\n");
+        messages.writeForeign(say(words::phrase::kAskingFor, {port.path, mark}) + "\n");
     };
     finder.onSkip = [&](const PortEntry& port, const std::string& reason) {
         if (port.pluggedIn) {
-            messages.writeForeign(say(phrase::kNotAsked, {port.path, reason}) + "\n");
+            messages.writeForeign(say(words::phrase::kNotAsked, {port.path, reason}) + "\n");
         }
     };
     return finder.find(options.ports.empty() ? finder::listPorts(host)
@@ -138,23 +138,24 @@ ExitStatus findReceivers(const Options& options, HostServices& host, Output& out
         out.write(found.options() + "\n");
     }
     if (all.empty()) {
-        messages.writeForeign("marlune: " + Speech(options.language)(phrase::kNobody) + "\n");
+        messages.writeForeign(
+            "marlune: " + words::Speech(options.language)(words::phrase::kNobody) + "\n");
     }
     return all.empty() || out.broken() ? kFailed : kDone;
 }
 
 Options withFoundPort(Options options, HostServices& host, Output& messages) {
-    const Speech say(options.language);
+    const words::Speech say(options.language);
     std::vector<Found> all = find(options, host, messages);
     if (!options.mark.empty()) {
         const std::string family = options.family();
         std::erase_if(all, [&](const Found& found) { return found.mark != family; });
     }
     if (all.empty()) {
-        throw std::runtime_error(say(phrase::kNobody));
+        throw std::runtime_error(say(words::phrase::kNobody));
     }
     if (all.size() > 1) {
-        std::string text = say(phrase::kSeveral);
+        std::string text = say(words::phrase::kSeveral);
         for (const Found& found : all) {
             text += "\n  " + found.options();
         }

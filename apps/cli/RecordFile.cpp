@@ -9,8 +9,8 @@
 #include <system_error>
 #include <utility>
 
-#include "cli/Phrases.h"
 #include "storage/formats/SaveFile.h"
+#include "words/Phrases.h"
 
 namespace marlune::cli {
 namespace {
@@ -40,7 +40,7 @@ std::string partialName(const fs::path& path) {
 
 }  // namespace
 
-RecordFile::RecordFile(std::string path, std::optional<FileFormat> format, const Speech& say)
+RecordFile::RecordFile(std::string path, std::optional<FileFormat> format, const words::Speech& say)
     : say_(say),
       path_(std::move(path)),
       format_(format.value_or(fileFormatOf(path_).value_or(FileFormat::gpx))),
@@ -90,12 +90,12 @@ std::vector<std::string> RecordFile::save(const Records& records, const FileHead
     } else if (keepPartial || !fs::exists(path_, ignored)) {
         const std::string target = keepPartial ? partialName(path_) : path_;
         leftOut = write(records, head, target);
-        remarks.push_back(say_(phrase::kPartial, {target}));
+        remarks.push_back(say_(words::phrase::kPartial, {target}));
     } else {
-        return {say_(phrase::kKept, {path_})};
+        return {say_(words::phrase::kKept, {path_})};
     }
     if (leftOut > 0) {
-        remarks.push_back(say_(phrase::kLeftOutOfFile, {path_, std::to_string(leftOut)}));
+        remarks.push_back(say_(words::phrase::kLeftOutOfFile, {path_, std::to_string(leftOut)}));
     }
     return remarks;
 }

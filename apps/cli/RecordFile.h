@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/Speech.h"
 #include "marlune/RecordFiles.h"
+#include "words/Speech.h"
 
 namespace marlune::cli {
 
@@ -17,7 +17,7 @@ public:
     // path: "-" is standard output. Without a format its suffix tells, or else it is GPX. Throws
     // std::system_error, with the path as its text, when nothing could be written there: better now
     // than after the transfer.
-    RecordFile(std::string path, std::optional<FileFormat> format, const Speech& say);
+    RecordFile(std::string path, std::optional<FileFormat> format, const words::Speech& say);
 
     // Nothing else may be printed there then.
     [[nodiscard]] bool takesStandardOutput() const { return standardOutput_; }
@@ -38,7 +38,7 @@ private:
     [[nodiscard]] std::size_t write(const Records& records, const FileHead& head,
                                     const std::string& path) const;
 
-    const Speech& say_;
+    const words::Speech& say_;
     std::string path_;
     FileFormat format_;
     bool standardOutput_;

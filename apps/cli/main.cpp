@@ -15,10 +15,10 @@
 #include "cli/OneShot.h"
 #include "cli/Options.h"
 #include "cli/Output.h"
-#include "cli/Phrases.h"
 #include "cli/PortCommands.h"
 #include "cli/host/JsonHostSession.h"
 #include "receivers/BuiltIn.h"
+#include "words/Phrases.h"
 
 namespace marlune::cli {
 namespace {
@@ -44,8 +44,8 @@ void tellWithoutTrace(HostServices& host, const Options& options, Output& messag
     const auto folder = std::filesystem::path(host.documentsFolder()) / "Palimor";
     std::error_code ignored;
     if (options.debug && !std::filesystem::is_directory(folder, ignored)) {
-        const Speech say(options.language);
-        messages.write("marlune: " + say(phrase::kNoTrace, {folder.string()}) + "\n");
+        const words::Speech say(options.language);
+        messages.write("marlune: " + say(words::phrase::kNoTrace, {folder.string()}) + "\n");
     }
 }
 

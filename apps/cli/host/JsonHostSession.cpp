@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "cli/UploadFile.h"
+#include "words/UploadFile.h"
 
 namespace marlune::cli {
 namespace {
@@ -216,7 +216,7 @@ surface::Result JsonHostSession::upload(const Call& call) {
         return call.member->call(*control_, call.arguments);
     }
     try {
-        const UploadFile file(path, *sentKind(*call.member), speech_);
+        const words::UploadFile file(path, *sentKind(*call.member), speech_);
         const surface::Argument argument = file.path();
         return call.member->call(*control_, {&argument, 1});
     } catch (const std::runtime_error& error) {

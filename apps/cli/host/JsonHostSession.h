@@ -16,13 +16,13 @@
 #include "cli/HostServices.h"
 #include "cli/Options.h"
 #include "cli/Output.h"
-#include "cli/Speech.h"
 #include "cli/TransferStop.h"
 #include "cli/host/CommandInput.h"
 #include "cli/host/CommandParser.h"
 #include "cli/host/EventWriter.h"
 #include "cli/host/JsonWriter.h"
 #include "marlune/GpsControl.h"
+#include "words/Speech.h"
 
 namespace marlune::cli {
 
@@ -61,7 +61,7 @@ private:
     bool disconnectionWaits();
 
     const Options& options_;
-    Speech speech_;
+    words::Speech speech_;
     HostServices& host_;
     CommandInput input_;
     Output& output_;

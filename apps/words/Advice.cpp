@@ -1,4 +1,4 @@
-#include "cli/Advice.h"
+#include "words/Advice.h"
 
 #include <grp.h>
 #include <pwd.h>
@@ -13,9 +13,9 @@
 #include <optional>
 #include <system_error>
 
-#include "cli/Phrases.h"
+#include "words/Phrases.h"
 
-namespace marlune::cli {
+namespace marlune::words {
 namespace {
 
 namespace fs = std::filesystem;
@@ -187,4 +187,4 @@ std::vector<std::string> adviceOn(const ConnectionReport& report, const std::str
     return advice;
 }
 
-}  // namespace marlune::cli
+}  // namespace marlune::words

@@ -1,10 +1,10 @@
-#include "cli/Verdict.h"
+#include "words/Verdict.h"
 
 #include <algorithm>
 
-#include "cli/Phrases.h"
+#include "words/Phrases.h"
 
-namespace marlune::cli {
+namespace marlune::words {
 namespace {
 
 const Phrase& nameOf(TransferKind kind) {
@@ -102,13 +102,13 @@ bool lastsUntilStopped(TransferKind kind) {
     return kind == TransferKind::realTime || kind == TransferKind::sentences;
 }
 
-ExitStatus statusOf(const TransferReport& report) {
+Success successOf(const TransferReport& report) {
     // Real time has no end but the user's.
     if (report.isWhole() ||
         (lastsUntilStopped(report.kind) && report.ending == Ending::cancelled)) {
-        return kDone;
+        return Success::whole;
     }
-    return arrived(report) > 0 ? kIncomplete : kFailed;
+    return arrived(report) > 0 ? Success::partly : Success::none;
 }
 
 std::string counts(const TransferReport& report, const Speech& say) {
@@ -135,8 +135,8 @@ Verdict judge(const TransferReport& report, const Speech& say, bool linesSent) {
     if (why.empty() && !report.isWhole()) {
         why = say(phrase::kFewer);
     }
-    return {statusOf(report), why.empty() ? how : say(phrase::kColon, {how, why}),
+    return {successOf(report), why.empty() ? how : say(phrase::kColon, {how, why}),
             report.damaged > 0};
 }
 
-}  // namespace marlune::cli
+}  // namespace marlune::words

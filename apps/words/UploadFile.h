@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "cli/Speech.h"
 #include "marlune/Gpx.h"
+#include "words/Speech.h"
 
-namespace marlune::cli {
+namespace marlune::words {
 
 class UploadFile {
 public:
@@ -42,4 +42,4 @@ private:
     std::filesystem::path folder_;  // the temporary file's own; empty when there is none
 };
 
-}  // namespace marlune::cli
+}  // namespace marlune::words

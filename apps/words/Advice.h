@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "cli/Speech.h"
 #include "marlune/Report.h"
+#include "words/Speech.h"
 
-namespace marlune::cli {
+namespace marlune::words {
 
 // Sentences, at least one. mark: the family that was asked for.
 std::vector<std::string> adviceOn(const ConnectionReport& report, const std::string& mark,
@@ -16,4 +16,4 @@ std::vector<std::string> adviceOn(const ConnectionReport& report, const std::str
 // Why the system refused a device with that error. Nothing for an error that speaks for itself.
 std::vector<std::string> causesOf(int error, const std::string& device, const Speech& say);
 
-}  // namespace marlune::cli
+}  // namespace marlune::words

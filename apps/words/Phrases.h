@@ -1,9 +1,9 @@
 // Everything that the program says in its own words, but for the help and wrong usage.
 #pragma once
 
-#include "cli/Speech.h"
+#include "words/Speech.h"
 
-namespace marlune::cli::phrase {
+namespace marlune::words::phrase {
 
 // Connecting.
 inline constexpr Phrase kAsking = {"asking the receiver on %1 to identify itself ...",
@@ -184,4 +184,4 @@ inline constexpr Phrase kNoSentences = {"%1 lines were no sentences, and are not
                                         "%1 lignes n'étaient pas des messages et ne sont pas "
                                         "montrées"};
 
-}  // namespace marlune::cli::phrase
+}  // namespace marlune::words::phrase

@@ -1,10 +1,9 @@
-// What the program says, and what it makes of texts that are not its own.
+// What users are told of a transfer.
 #include <gtest/gtest.h>
 
-#include "cli/Output.h"
-#include "cli/Verdict.h"
+#include "words/Verdict.h"
 
-namespace marlune::cli {
+namespace marlune::words {
 namespace {
 
 TransferReport report(TransferKind kind, Ending ending, std::optional<int> announced,
@@ -38,45 +37,42 @@ TEST(Verdict, FollowsTheReport) {
     missing.ending = Ending::fileError;
     const struct {
         TransferReport report;
-        ExitStatus status;
+        Success success;
         const char* text;
     } cases[] = {
-        {report(Kind::tracks, Ending::complete, 39, 39), kDone, "39 of 39 track points received"},
-        {gaps, kDone, "39 of 39 track points received"},
-        {report(Kind::waypoints, Ending::complete, {}, 7), kDone, "7 waypoints received"},
-        {report(Kind::waypoints, Ending::nothingThere, 0, 0), kDone,
+        {report(Kind::tracks, Ending::complete, 39, 39), Success::whole,
+         "39 of 39 track points received"},
+        {gaps, Success::whole, "39 of 39 track points received"},
+        {report(Kind::waypoints, Ending::complete, {}, 7), Success::whole, "7 waypoints received"},
+        {report(Kind::waypoints, Ending::nothingThere, 0, 0), Success::whole,
          "no waypoints received: there is nothing"},
-        {report(Kind::tracks, Ending::interrupted, 39, 12), kIncomplete,
+        {report(Kind::tracks, Ending::interrupted, 39, 12), Success::partly,
          "12 of 39 track points received: the receiver fell silent"},
-        {report(Kind::tracks, Ending::interrupted, 39, 0), kFailed,
+        {report(Kind::tracks, Ending::interrupted, 39, 0), Success::none,
          "0 of 39 track points received: the receiver fell silent"},
-        {report(Kind::waypoints, Ending::complete, 8, 7), kIncomplete,
+        {report(Kind::waypoints, Ending::complete, 8, 7), Success::partly,
          "7 of 8 waypoints received: fewer came than were announced"},
-        {misread, kIncomplete, "4 of 5 route records received: 1 could not be decoded"},
-        {report(Kind::waypoints, Ending::refused, {}, 0), kFailed,
+        {misread, Success::partly, "4 of 5 route records received: 1 could not be decoded"},
+        {report(Kind::waypoints, Ending::refused, {}, 0), Success::none,
          "no waypoints received: the receiver refused"},
-        {report(Kind::realTime, Ending::cancelled, {}, 9), kDone, "9 positions received: stopped"},
-        {upload(8, 8, 8, 0), kDone, "8 of 8 waypoints sent"},
-        {upload(8, 8, 0, 0), kDone, "8 of 8 waypoints sent"},  // nobody acknowledges
-        {upload(8, 8, 0, 8), kFailed, "0 of 8 waypoints sent: the receiver did not acknowledge 8"},
-        {cut, kIncomplete,
+        {report(Kind::realTime, Ending::cancelled, {}, 9), Success::whole,
+         "9 positions received: stopped"},
+        {upload(8, 8, 8, 0), Success::whole, "8 of 8 waypoints sent"},
+        {upload(8, 8, 0, 0), Success::whole, "8 of 8 waypoints sent"},  // nobody acknowledges
+        {upload(8, 8, 0, 8), Success::none,
+         "0 of 8 waypoints sent: the receiver did not acknowledge 8"},
+        {cut, Success::partly,
          "1 of 3 waypoints sent: line 2 of the file cannot be read, which left out 2"},
-        {missing, kFailed, "no waypoints sent: the file holds none that can be read"},
+        {missing, Success::none, "no waypoints sent: the file holds none that can be read"},
     };
     for (const auto& c : cases) {
         const Verdict verdict = judge(c.report, Speech());
         EXPECT_EQ(verdict.text, c.text);
-        EXPECT_EQ(verdict.status, c.status) << c.text;
+        EXPECT_EQ(verdict.success, c.success) << c.text;
     }
     EXPECT_EQ(judge(cases[4].report, Speech(Language::french)).text,
               "12 points de trace reçus sur 39 : le récepteur s'est tu");
 }
 
-TEST(Visible, LeavesNoControlCharacterToATerminal) {
-    EXPECT_EQ(visible("Évian \x1B[2J\r\x7F \xC2\x9B"
-                      "1A\n\xC2\xA0-"),
-              "Évian ^[[2J^M^? ?1A\n\xC2\xA0-");
-}
-
 }  // namespace
-}  // namespace marlune::cli
+}  // namespace marlune::words

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace marlune::cli {
+namespace marlune::words {
 
 enum class Language { english, french };
 
@@ -30,4 +30,4 @@ private:
     Language language_;
 };
 
-}  // namespace marlune::cli
+}  // namespace marlune::words

@@ -1,4 +1,4 @@
-#include "cli/UploadFile.h"
+#include "words/UploadFile.h"
 
 #include <unistd.h>
 
@@ -14,9 +14,9 @@
 #include <vector>
 
 #include "base/CodePage.h"
-#include "cli/Phrases.h"
+#include "words/Phrases.h"
 
-namespace marlune::cli {
+namespace marlune::words {
 namespace {
 
 // The format of a file that is no upload file yet.
@@ -199,4 +199,4 @@ void UploadFile::write(const std::function<void(std::ostream&)>& writeText) {
     }
 }
 
-}  // namespace marlune::cli
+}  // namespace marlune::words

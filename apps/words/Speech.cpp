@@ -1,8 +1,8 @@
-#include "cli/Speech.h"
+#include "words/Speech.h"
 
 #include <cstdlib>
 
-namespace marlune::cli {
+namespace marlune::words {
 
 Language userLanguage() {
     for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
@@ -31,4 +31,4 @@ std::string Speech::operator()(const Phrase& phrase,
     return out;
 }
 
-}  // namespace marlune::cli
+}  // namespace marlune::words
