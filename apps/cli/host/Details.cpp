@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "control/ToldRecord.h"
 #include "garmin/values/NumberText.h"
 #include "marlune/RecordFiles.h"
 
@@ -104,6 +105,10 @@ Json jsonOf(const RouteRecord& record) {
     return {{"number", record.number}, {"name", record.name}};
 }
 
+Json jsonOf(const RoutePointRecord& record) {
+    return jsonOf(record.point);
+}
+
 Json jsonOf(const RouteLinkRecord& record) {
     return {{"class", record.linkClass}, {"subclass", record.subclass}, {"name", record.name}};
 }
@@ -122,44 +127,11 @@ Json jsonOf(const FixRecord& record) {
     return object;
 }
 
-template <class Record>
-Json lastOf(const std::vector<Record>& records) {
-    return records.empty() ? Json() : jsonOf(records.back());
-}
-
-Json lastPoint(const Records& records) {
-    return records.tracks.empty() ? Json() : lastOf(records.tracks.back().points);
-}
-
-const RoutePointRecord* lastRoutePoint(const Records& records) {
-    return records.routes.empty() || records.routes.back().points.empty()
-               ? nullptr
-               : &records.routes.back().points.back();
-}
-
 // What the event is about; null when that is none of the records.
 Json recordOf(surface::Tells about, const Records& records) {
-    const RoutePointRecord* const routePoint = lastRoutePoint(records);
-    switch (about) {
-        case surface::Tells::waypoint:
-            return lastOf(records.waypoints);
-        case surface::Tells::proximity:
-            return lastOf(records.proximities);
-        case surface::Tells::track:
-            return lastOf(records.tracks);
-        case surface::Tells::trackPoint:
-            return lastPoint(records);
-        case surface::Tells::route:
-            return lastOf(records.routes);
-        case surface::Tells::routePoint:
-            return routePoint == nullptr ? Json() : jsonOf(routePoint->point);
-        case surface::Tells::routeLink:
-            return routePoint == nullptr || !routePoint->link ? Json() : jsonOf(*routePoint->link);
-        case surface::Tells::fix:
-            return records.fix ? jsonOf(*records.fix) : Json();
-        default:
-            return {};
-    }
+    Json object;
+    surface::visitTold(about, records, [&](const auto& record) { object = jsonOf(record); });
+    return object;
 }
 
 // The names of the enumerations, in their order.

@@ -20,6 +20,7 @@
 #include <QtCore/QVariant>
 #include <QtWidgets/QWidget>
 #include <memory>
+#include <optional>
 
 #include "marlune/Records.h"
 #include "marlune/Report.h"
@@ -79,7 +80,7 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
-public slots:
+public Q_SLOTS:
     // The 22 members under their own names; GpsControl.h is their manual.
     void GetTime();
     void SetDebug(const QString& value);
@@ -112,7 +113,7 @@ public slots:
     // for their turn: these end with an invalid result.
     void stop();
 
-signals:
+Q_SIGNALS:
     // The sixteen events under their own names; GpsControlEvents.h is their manual.
     void StartDownload(const QString& DataType, int nbitem, const QString& Entete);
     void StartUpload(const QString& DataType, int nbitem, const QString& Entete);
