@@ -28,7 +28,7 @@ struct Unit {
     const char* name;
 };
 constexpr Unit kUnits[] = {{"GRM", "map162"}, {"GRM", "gps12cx"}, {"GRM", "map60"}, {"GRM", "gps3"},
-                           {"MGN", ""},       {"MLR", "sp24"},    {"MLR", "valsat"}};
+                           {"MGN", "gps315"}, {"MLR", "sp24"},    {"MLR", "valsat"}};
 
 using Service = void (*)(GpsControl&, const std::string& file);
 constexpr Service kServices[] = {
@@ -173,12 +173,18 @@ bool isPartOfList(const Outcome& faulty, const Outcome& clean) {
             std::equal(came.begin(), came.end(), sent.begin() + 1, isSameRecord));
 }
 
+// And that a whole sentence is missing: nobody counts them.
+bool isWithoutASentence(const std::string& unit, const std::string& fault) {
+    return (unit == "gps315" || unit == "valsat") && fault.starts_with("short") &&
+           fault.ends_with(",keep=0");
+}
+
 // And what has changed in a block, which carries no checksum.
 bool isBeyondTelling(const Choice& choice, const std::string& fault, const Outcome& faulty,
                      const Outcome& clean) {
     const std::string unit = kUnits[choice.unit].name;
     return (unit == "sp24" && fault.starts_with("garble")) ||
-           (unit == "valsat" && isPartOfList(faulty, clean));
+           (unit == "valsat" && isPartOfList(faulty, clean)) || isWithoutASentence(unit, fault);
 }
 
 }  // namespace

@@ -48,7 +48,7 @@ public:
 // together.
 void onAPty(const std::string& family, const std::function<void(GpsControl&)>& use) {
     receivers::ReceiverOptions options;
-    options.rate = 50;
+    options.rate = 20;
     receivers::PtyRunner device(receivers::receiverFamily(family).make(options), {});
     device.start();
     const TempFolder folder;
@@ -99,6 +99,7 @@ void onADrive() {
     Stage stage(Line::usbInterrupt);
     Drive drive;
     drive.isReady = true;
+    drive.volumeName = "GARMIN";
     drive.rootFolder = folder.path().string();
     stage.host.driveList = {drive};
     stage.usb().path.clear();
