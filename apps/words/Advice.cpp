@@ -13,6 +13,7 @@
 #include <optional>
 #include <system_error>
 
+#include "control/Families.h"
 #include "words/Phrases.h"
 
 namespace marlune::words {
@@ -156,11 +157,22 @@ std::vector<std::string> causesOf(int error, const std::string& device, const Sp
     }
 }
 
+namespace {
+
+bool isDrive(std::string_view protocolCode) {
+    const auto families = familyTraits();
+    return std::any_of(families.begin(), families.end(), [&](const FamilyTraits& family) {
+        return family.isDrive && family.code == protocolCode;
+    });
+}
+
+}  // namespace
+
 std::vector<std::string> adviceOn(const ConnectionReport& report, const std::string& mark,
                                   const Speech& say) {
     const bool mute = report.outcome == ConnectionOutcome::silent ||
                       report.outcome == ConnectionOutcome::otherLanguage;
-    if (mute && report.protocolCode == "GRM_USB_GPX") {
+    if (mute && isDrive(report.protocolCode)) {
         return {say(phrase::kNoDescription, {report.device})};
     }
     std::vector<std::string> advice;

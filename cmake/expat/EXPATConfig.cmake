@@ -3,7 +3,8 @@
 include_guard(GLOBAL)
 enable_language(C)
 set(source ${CMAKE_SOURCE_DIR}/build/expat)  # shared by both bitnesses
-execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/fetch.sh ${source} COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/../fetch-source.sh expat xmlparse.c ${source}
+                COMMAND_ERROR_IS_FATAL ANY)
 file(WRITE ${CMAKE_BINARY_DIR}/expat/expat_config.h
      "#define BYTEORDER 1234\n#define XML_NS 1\n#define XML_DTD 1\n#define XML_GE 1\n"
      "#define XML_CONTEXT_BYTES 1024\n")

@@ -11,7 +11,7 @@ namespace marlune {
 class DriveGarmin : public Family {
 public:
     static constexpr FamilyTraits kTraits = {
-        .code = "GRM_USB_GPX", .isChosen = false, .isOnUsb = true};
+        .code = "GRM_USB_GPX", .isChosen = false, .isOnUsb = true, .isDrive = true};
 
     using Family::Family;
 
