@@ -56,6 +56,7 @@ struct Choice {
 // What a host application, and the receiver's user, know afterwards.
 struct Outcome {
     std::vector<std::string> records;
+    std::vector<std::string> before;  // of an upload: what the receiver held
     std::vector<std::string> boxes;
     CapabilitySource capabilities = CapabilitySource::none;
     bool allWell = true;  // as the reports tell it
@@ -90,6 +91,7 @@ public:
     }
 
     Outcome outcome() {
+        outcome_.before = receiver_->lines();
         outcome_.allWell = control_->gpsConnect();
         outcome_.capabilities = control_->lastConnection().capabilities;
         if (outcome_.allWell) {
@@ -179,12 +181,19 @@ bool isWithoutASentence(const std::string& unit, const std::string& fault) {
            fault.ends_with(",keep=0");
 }
 
+// And that the end of an upload was lost, whose acknowledgement nobody waits for: a receiver then
+// keeps nothing of it.
+bool isWithoutItsEnd(const Choice& choice, const Outcome& faulty) {
+    return choice.isUpload() && faulty.records == faulty.before;
+}
+
 // And what has changed in a block, which carries no checksum.
 bool isBeyondTelling(const Choice& choice, const std::string& fault, const Outcome& faulty,
                      const Outcome& clean) {
     const std::string unit = kUnits[choice.unit].name;
     return (unit == "sp24" && fault.starts_with("garble")) ||
-           (unit == "valsat" && isPartOfList(faulty, clean)) || isWithoutASentence(unit, fault);
+           (unit == "valsat" && isPartOfList(faulty, clean)) || isWithoutASentence(unit, fault) ||
+           isWithoutItsEnd(choice, faulty);
 }
 
 }  // namespace
