@@ -18,8 +18,8 @@ namespace {
 namespace fs = std::filesystem;
 
 bool isStandardOutput(const std::string& path) {
-    struct stat file {};
-    struct stat output {};
+    struct stat file = {};
+    struct stat output = {};
     return path == "-" || (stat(path.c_str(), &file) == 0 && fstat(STDOUT_FILENO, &output) == 0 &&
                            file.st_dev == output.st_dev && file.st_ino == output.st_ino);
 }

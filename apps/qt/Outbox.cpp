@@ -48,8 +48,8 @@ void Outbox::add(Delivery delivery) {
 
 void Outbox::schedule() {
     if (!std::exchange(scheduled_, true)) {
-        QMetaObject::invokeMethod(
-            &receiver_, [this] { deliver(); }, Qt::QueuedConnection);
+        const auto later = [this] { deliver(); };
+        QMetaObject::invokeMethod(&receiver_, later, Qt::QueuedConnection);
     }
 }
 

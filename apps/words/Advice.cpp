@@ -50,7 +50,7 @@ std::string userName(uid_t id) {
 
 std::string denial(const std::string& device, const Speech& say) {
     constexpr mode_t kGroupMay = S_IRGRP | S_IWGRP;
-    struct stat status {};
+    struct stat status = {};
     if (stat(device.c_str(), &status) != 0) {
         return {};
     }

@@ -132,20 +132,17 @@ public:
                 [&] { kept_.records.waypoints.push_back(waypoint); });
     }
     void route(const RouteRecord& head) override {
-        deliver([&] { return routeEventLine(head.number, head.name); },
-                [&] {
-                    kept_.records.routes.push_back({head.number, head.name, {}});
-                });
+        const auto line = [&] { return routeEventLine(head.number, head.name); };
+        deliver(line, [&] { kept_.records.routes.push_back({head.number, head.name, {}}); });
     }
     void routePoint(const RoutePointRecord& point) override {
         deliver([&] { return eventLine(point.point, separator()); },
                 [&] { kept_.records.routes.back().points.push_back(point); });
     }
     void track(const TrackRecord& head) override {
+        const TrackRecord track = {head.name, head.display, head.colour, {}};
         deliver([&] { return trackEventLine(head.name); },
-                [&] {
-                    kept_.records.tracks.push_back({head.name, head.display, head.colour, {}});
-                });
+                [&] { kept_.records.tracks.push_back(track); });
     }
     void trackPoint(const TrackPointRecord& point) override {
         deliver([&] { return eventLine(point, separator()); },
