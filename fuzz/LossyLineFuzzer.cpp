@@ -187,11 +187,21 @@ bool isWithoutItsEnd(const Choice& choice, const Outcome& faulty) {
     return choice.isUpload() && faulty.records == faulty.before;
 }
 
+// And that the block which begins a list has swallowed the next one, whose seam was lost: it is
+// passed over whatever it holds. The first point that comes begins a segment in any case.
+bool isWithoutItsFirstBlock(const Outcome& faulty, const Outcome& clean) {
+    const auto& came = faulty.records;
+    const auto& sent = clean.records;
+    return !came.empty() && came.size() < sent.size() &&
+           std::equal(came.rbegin(), std::prev(came.rend()), sent.rbegin(), isSameRecord);
+}
+
 // And what has changed in a block, which carries no checksum.
 bool isBeyondTelling(const Choice& choice, const std::string& fault, const Outcome& faulty,
                      const Outcome& clean) {
     const std::string unit = kUnits[choice.unit].name;
-    return (unit == "sp24" && fault.starts_with("garble")) ||
+    return (unit == "sp24" &&
+            (fault.starts_with("garble") || isWithoutItsFirstBlock(faulty, clean))) ||
            (unit == "valsat" && isPartOfList(faulty, clean)) || isWithoutASentence(unit, fault) ||
            isWithoutItsEnd(choice, faulty);
 }
