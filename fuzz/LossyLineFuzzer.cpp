@@ -165,14 +165,16 @@ std::string faultOf(FuzzInput& input) {
     return name + ":packet=" + std::to_string(1 + place % 256) + keep;
 }
 
-// What nobody can tell of sentences that nobody asked for: whether their list begins with the end
-// of one that was under way, and whether more were to come when they fell silent.
-bool isPartOfList(const Outcome& faulty, const Outcome& clean) {
+// What nobody can tell of an MLR receiver's lists: that they lack their first records, or their
+// last. Sentences that nobody asked for begin and end as the unit's user pleases. A block that has
+// lost its seam is swallowed by the one that begins or closes the list, which is passed over
+// whatever it holds. The first point that comes begins a segment in any case.
+bool isHeadOrTail(const Outcome& faulty, const Outcome& clean) {
     const auto& came = faulty.records;
     const auto& sent = clean.records;
-    return (came.size() < sent.size() && std::equal(came.begin(), came.end(), sent.begin())) ||
-           (came.size() + 1 == sent.size() &&
-            std::equal(came.begin(), came.end(), sent.begin() + 1, isSameRecord));
+    return came.size() < sent.size() &&
+           (std::equal(came.begin(), came.end(), sent.begin()) ||
+            std::equal(came.rbegin(), std::prev(came.rend()), sent.rbegin(), isSameRecord));
 }
 
 // And that a whole sentence is missing: nobody counts them.
@@ -187,23 +189,13 @@ bool isWithoutItsEnd(const Choice& choice, const Outcome& faulty) {
     return choice.isUpload() && faulty.records == faulty.before;
 }
 
-// And that the block which begins a list has swallowed the next one, whose seam was lost: it is
-// passed over whatever it holds. The first point that comes begins a segment in any case.
-bool isWithoutItsFirstBlock(const Outcome& faulty, const Outcome& clean) {
-    const auto& came = faulty.records;
-    const auto& sent = clean.records;
-    return !came.empty() && came.size() < sent.size() &&
-           std::equal(came.rbegin(), std::prev(came.rend()), sent.rbegin(), isSameRecord);
-}
-
 // And what has changed in a block, which carries no checksum.
 bool isBeyondTelling(const Choice& choice, const std::string& fault, const Outcome& faulty,
                      const Outcome& clean) {
     const std::string unit = kUnits[choice.unit].name;
-    return (unit == "sp24" &&
-            (fault.starts_with("garble") || isWithoutItsFirstBlock(faulty, clean))) ||
-           (unit == "valsat" && isPartOfList(faulty, clean)) || isWithoutASentence(unit, fault) ||
-           isWithoutItsEnd(choice, faulty);
+    return (unit == "sp24" && fault.starts_with("garble")) ||
+           (kUnits[choice.unit].family == std::string("MLR") && isHeadOrTail(faulty, clean)) ||
+           isWithoutASentence(unit, fault) || isWithoutItsEnd(choice, faulty);
 }
 
 }  // namespace
