@@ -41,6 +41,36 @@ TEST_F(GarminTest, WaypointsComeAsEvents) {
     EXPECT_EQ(record_.count("WayptData"), count);
 }
 
+TEST_F(GarminTest, RecordsOfEveryKindComeAsEvents) {
+    const struct {
+        const wchar_t* member;
+        std::vector<std::string> events;
+    } cases[] = {
+        {L"getTracks", {"StartDownload(T, ", "TrackHeader(1, N;", "TrackData(2, T;"}},
+        {L"GetRoutes",
+         {"StartDownload(R, ", "RouteHeader(1, R;", "RouteData(2, W;", "RouteLink(3, L;"}},
+        {L"getProximites", {"StartDownload(P, ", "ProxData(1, P;"}},
+    };
+    for (const auto& [member, events] : cases) {
+        record_.lines.clear();
+        control_.call(member);
+        for (std::size_t i = 0; i < events.size(); ++i) {
+            ASSERT_GT(record_.lines.size(), i);
+            EXPECT_THAT(record_.lines[i], StartsWith(events[i]));
+        }
+        EXPECT_THAT(record_.lines.back(), StartsWith("EndDownload("));
+    }
+}
+
+TEST_F(GarminTest, PositionsComeUntilTheHostStops) {
+    record_.when("PvtData", 2, [&] { control_.call(L"StopPvtData"); });
+    control_.call(L"StartPvtData");
+    ASSERT_GE(record_.lines.size(), 4U);
+    EXPECT_THAT(record_.lines[0], StartsWith("Startpvt("));
+    EXPECT_THAT(record_.lines[1], StartsWith("PvtData("));
+    EXPECT_EQ(record_.lines.back(), "EndPvt()");
+}
+
 TEST_F(GarminTest, WhatIsSentComesBack) {
     const std::wstring path = buildFile(L"tests\\windows\\Repères.txt");
     const std::vector<std::string> sent = {"W;ESSAI1;48.5;2.25;La maison;120;18;0",

@@ -1,4 +1,4 @@
-// With a virtual receiver on COM3 that streams sentences.
+// With virtual receivers: one on COM3 that streams sentences, a Magellan on COM4.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -22,6 +22,17 @@ TEST(NmeaTest, SentencesComeUntilTheHostStops) {
     MSG left{};
     EXPECT_FALSE(PeekMessageW(&left, nullptr, WM_APP, WM_APP, PM_NOREMOVE))
         << "the host's messages are processed meanwhile";
+}
+
+TEST(NmeaTest, StatusTextsComeAsEvents) {
+    Control control;
+    Record record(control);
+    control.put(L"setNumPort", 4);
+    control.put(L"SetGpsMark", "MGN");
+    ASSERT_EQ(control.call(L"gpsConnect").value.text(), "bool true");
+    control.call(L"getWaypts");
+    EXPECT_THAT(record.lines, testing::Contains(testing::StartsWith("WayptData(100, W;")));
+    EXPECT_THAT(record.lines, testing::Contains("GpsInfo(Download en cours...1)"));
 }
 
 }  // namespace

@@ -214,6 +214,7 @@ test_kind() {
 
     step "$kind bits: the control and a stream of sentences"
     receiver com3 --family nmea --rate 20
+    receiver com4 --family magellan
     googletest "ocx_test, NMEA" "$ocx_test" --gtest_filter=Nmea*
     stop_receivers
 
