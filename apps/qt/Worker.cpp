@@ -1,5 +1,6 @@
 #include "Worker.h"
 
+#include <chrono>
 #include <utility>
 
 #include "control/ToldRecord.h"
@@ -59,29 +60,48 @@ void Worker::run() {
     while (const auto command = commands_.next()) {
         perform(*command);
     }
+    // The receiver's last words must not meet whoever opens its line next: they are heard as the
+    // control goes, if they are short.
+    constexpr std::chrono::milliseconds kFarewell(100);
+    farewell_ = std::chrono::steady_clock::now() + kFarewell;
 }
 
 void Worker::perform(const Command& command) {
     if (command.setting) {
         command.setting(*this);
     } else if (command.forgotten) {
-        tellEnd(*command.member, {});
+        tell(endOf(*command.member, {}));
     } else {
         performMember(command);
     }
 }
 
-// A stream of sentences may be silent for as long as its listener was told to wait.
 void Worker::performMember(const Command& command) {
+    outbox_.waitForReader(!commands_.isStopped());
+    hearOut(*command.member);
     running_ = command.member->transfer;
     receiverStopped_ = false;
-    outbox_.waitForReader(!commands_.isStopped());
+    // A stream of sentences may be silent for as long as its listener was told to wait.
     setPatience(running_ == TransferKind::sentences ? 0 : membersPatience_);
     callMember(command);
 }
 
+// A receiver that was stopped ends the record that it is at: the next transfer would meet it in
+// the middle. Connecting hears the line out by itself.
+void Worker::hearOut(const surface::Member& member) {
+    constexpr double kRecord = 0.5;  // the longest takes about this long at 9600 baud
+    const bool talks = connected_ && control_->lastTransfer().ending == Ending::cancelled;
+    if (talks && member.role == surface::Role::transfers) {
+        pause(kRecord);
+        control_->ResetComBuffers();
+    }
+}
+
 void Worker::callMember(const Command& command) {
     const surface::Result result = command.member->call(*control_, command.arguments);
+    if (commands_.isStopped() && command.member->role == surface::Role::transfers) {
+        stopReceiver();
+    }
     keepConnection(*command.member, result);
     tellEnd(*command.member, result);
 }
@@ -98,17 +118,26 @@ void Worker::keepConnection(const surface::Member& member, const surface::Result
     }
 }
 
-void Worker::tellEnd(const surface::Member& member, const surface::Result& result) {
+MemberEnd Worker::endOf(const surface::Member& member, const surface::Result& result) const {
     MemberEnd end;
     end.member = &member;
     end.result = variantOf(result);
     end.connected = connected_;
+    return end;
+}
+
+void Worker::tellEnd(const surface::Member& member, const surface::Result& result) {
+    MemberEnd end = endOf(member, result);
     if (member.role == surface::Role::transfers) {
         end.records = std::make_shared<const Records>(control_->records());
         end.transfer = control_->lastTransfer();
     } else if (member.role == surface::Role::connects) {
         end.connection = control_->lastConnection();
     }
+    tell(std::move(end));
+}
+
+void Worker::tell(MemberEnd end) {
     outbox_.put([this, end = std::move(end)] { form_.memberEnded(end); });
 }
 
@@ -123,8 +152,8 @@ void Worker::yield() {
     }
 }
 
-// In the receiver's own terms, so that it answers the next member. The listener's never heard
-// anything of us.
+// In the receiver's own terms, so that it answers the next member; once, and not to whom the
+// listener listens.
 void Worker::stopReceiver() {
     if (std::exchange(receiverStopped_, true)) {
         return;
@@ -168,6 +197,9 @@ void Worker::setMousePointer(MousePointer pointer) {
 }
 
 bool Worker::stopRequested() {
+    if (farewell_) {
+        return std::chrono::steady_clock::now() >= *farewell_;
+    }
     return commands_.isToEnd() || SystemHost::stopRequested();
 }
 

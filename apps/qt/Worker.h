@@ -5,7 +5,9 @@
 #include <QtCore/QString>
 #include <QtCore/QVariant>
 #include <atomic>
+#include <chrono>
 #include <memory>
+#include <optional>
 #include <thread>
 #include <variant>
 
@@ -83,8 +85,12 @@ private:
     void run();
     void perform(const Command& command);
     void performMember(const Command& command);
+    void hearOut(const surface::Member& member);
     void callMember(const Command& command);
+    [[nodiscard]] MemberEnd endOf(const surface::Member& member,
+                                  const surface::Result& result) const;
     void tellEnd(const surface::Member& member, const surface::Result& result);
+    void tell(MemberEnd end);
     void keepConnection(const surface::Member& member, const surface::Result& result);
     void yield();
     void stopReceiver();
@@ -106,8 +112,9 @@ private:
     double membersPatience_ = 0;
     bool connected_ = false;
     TransferKind running_ = TransferKind::none;
-    bool receiverStopped_ = false;  // since the member began
-    std::thread thread_;            // from the first command on
+    bool receiverStopped_ = false;                                   // since the member began
+    std::optional<std::chrono::steady_clock::time_point> farewell_;  // ends then
+    std::thread thread_;                                             // from the first command on
 };
 
 }  // namespace marlune::qt
