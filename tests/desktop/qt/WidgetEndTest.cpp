@@ -3,6 +3,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryFile>
 #include <QtWidgets/QMessageBox>
+#include <cerrno>
 
 #include "Gps.h"
 #include "Metronome.h"
@@ -44,6 +45,13 @@ void atTrackPoint(Gps& gps, int number, Action action) {
             action();
         }
     });
+}
+
+// Of a family that asks nobody: boxes tell at once that there is no such port.
+void connectToNowhere(GpsControlWidget& widget) {
+    widget.SetGpsMark("ANY");
+    widget.setDevice("/nowhere");
+    widget.gpsConnect();
 }
 
 QMessageBox* boxOf(GpsControlWidget& widget) {
@@ -230,9 +238,8 @@ void WidgetEndTest::isDestroyedInAnEventLoopOfAHandler() {
 
 void WidgetEndTest::waitsForTheAnswerToABox() {
     GpsControlWidget widget;
-    QSignalSpy ended(&widget, &GpsControlWidget::memberEnded);
-    widget.setDevice("/nowhere");
-    widget.gpsConnect();
+    QSignalSpy ended(&widget, &GpsControlWidget::connectionChanged);
+    connectToNowhere(widget);
     QMessageBox* const box = boxOf(widget);
     QVERIFY(box != nullptr);
     QCOMPARE(box->text(), "No such file or directory");
@@ -250,15 +257,13 @@ void WidgetEndTest::waitsForTheAnswerToABox() {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     QVERIFY(texts.contains("Connexion Impossible"));
-    QCOMPARE(ended[0][1], false);
-    QCOMPARE(widget.lastConnection().outcome, ConnectionOutcome::notOpened);
+    QCOMPARE(widget.lastConnection().systemError, ENOENT);
 }
 
 void WidgetEndTest::closesABoxThatIsStopped() {
     GpsControlWidget widget;
-    QSignalSpy ended(&widget, &GpsControlWidget::memberEnded);
-    widget.setDevice("/nowhere");
-    widget.gpsConnect();
+    QSignalSpy ended(&widget, &GpsControlWidget::connectionChanged);
+    connectToNowhere(widget);
     const QPointer<QMessageBox> box(boxOf(widget));
     QVERIFY(!box.isNull());
     widget.stop();
@@ -268,8 +273,7 @@ void WidgetEndTest::closesABoxThatIsStopped() {
 
 void WidgetEndTest::isDestroyedWithABox() {
     auto widget = std::make_unique<GpsControlWidget>();
-    widget->setDevice("/nowhere");
-    widget->gpsConnect();
+    connectToNowhere(*widget);
     const QPointer<QMessageBox> box(boxOf(*widget));
     QVERIFY(!box.isNull());
     widget.reset();
@@ -279,9 +283,8 @@ void WidgetEndTest::isDestroyedWithABox() {
 void WidgetEndTest::handsBoxesToTheForm() {
     GpsControlWidget widget;
     QSignalSpy boxes(&widget, &GpsControlWidget::messageBox);
-    QSignalSpy ended(&widget, &GpsControlWidget::memberEnded);
-    widget.setDevice("/nowhere");
-    widget.gpsConnect();
+    QSignalSpy ended(&widget, &GpsControlWidget::connectionChanged);
+    connectToNowhere(widget);
     QTRY_VERIFY(!ended.isEmpty());
     QVERIFY(boxes.size() >= 2);
     QCOMPARE(boxes[1][0].toString(), "Connexion Impossible");
