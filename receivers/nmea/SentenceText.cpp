@@ -199,9 +199,13 @@ std::string heldText(std::string_view wire) {
 }
 
 std::string padded(std::int64_t number, int digits) {
-    const std::string text = std::to_string(std::abs(number));
+    std::string text = std::to_string(std::abs(number));
     const auto width = static_cast<std::size_t>(std::max(digits, 0));
-    return (number < 0 ? "-" : "") + std::string(width - std::min(width, text.size()), '0') + text;
+    text.insert(0, width - std::min(width, text.size()), '0');
+    if (number < 0) {
+        text.insert(text.begin(), '-');
+    }
+    return text;
 }
 
 }  // namespace marlune::receivers::nmea
