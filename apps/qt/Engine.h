@@ -24,7 +24,7 @@ struct CalledMember {
     const surface::Member& row;
 };
 
-class GpsControlWidget::Engine : private Form {
+class Q_DECL_HIDDEN GpsControlWidget::Engine : private Form {
 public:
     explicit Engine(GpsControlWidget& widget);
 

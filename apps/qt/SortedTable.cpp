@@ -53,7 +53,7 @@ int placeIn(const std::vector<int>& places, int index) {
 
 }  // namespace
 
-struct SortedTable::Order {
+struct Q_DECL_HIDDEN SortedTable::Order {
     int column = -1;
     Qt::SortOrder direction = Qt::AscendingOrder;
     std::vector<int> records;  // of the rows

@@ -54,9 +54,6 @@ void Worker::answer(Box& box) {
 }
 
 void Worker::run() {
-    GpsControl control(*this, *this);
-    control_ = &control;
-    control.setNumPort(numPort::Comm1);
     while (const auto command = commands_.next()) {
         perform(*command);
     }
@@ -64,6 +61,17 @@ void Worker::run() {
     // control goes, if they are short.
     constexpr std::chrono::milliseconds kFarewell(100);
     farewell_ = std::chrono::steady_clock::now() + kFarewell;
+    control_.reset();
+}
+
+GpsControl& Worker::control() {
+    if (!control_) {
+        Host& host = *this;
+        GpsControlEvents& events = *this;
+        control_ = std::make_unique<GpsControl>(host, events);
+        control_->setNumPort(numPort::Comm1);
+    }
+    return *control_;
 }
 
 void Worker::perform(const Command& command) {
@@ -98,7 +106,7 @@ void Worker::hearOut(const surface::Member& member) {
 }
 
 void Worker::callMember(const Command& command) {
-    const surface::Result result = command.member->call(*control_, command.arguments);
+    const surface::Result result = command.member->call(control(), command.arguments);
     if (commands_.isStopped() && command.member->role == surface::Role::transfers) {
         stopReceiver();
     }

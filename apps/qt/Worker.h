@@ -74,7 +74,8 @@ public:
 
     using SystemHost::addDriveFolder;
     using SystemHost::setDocumentsFolder;
-    GpsControl& control() { return *control_; }
+    // Made when it is asked for first: what the host says of folders until then holds for it.
+    GpsControl& control();
     // What every number means; empty for the system's own meaning.
     void setDevice(std::string device) { device_ = std::move(device); }
     // 0 for the locale's.
@@ -106,7 +107,7 @@ private:
     Form& form_;
     Outbox& outbox_;
     Commands commands_;
-    GpsControl* control_ = nullptr;
+    std::unique_ptr<GpsControl> control_;
     std::string device_;
     char separator_ = 0;
     double membersPatience_ = 0;

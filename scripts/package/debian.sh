@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# The packages for Debian: library, programs, device rules, Python module.
+# The packages for Debian: libraries, programs, device rules, Python module.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 . scripts/install-packages.sh
-install_packages packages.txt packages-debian.txt
+install_packages packages.txt packages-debian.txt packages-desktop.txt
 
 # Packages are built from what git has, in a folder of their own: debian/ fills up while they are.
 out=$PWD/build/packages

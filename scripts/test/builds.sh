@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 . scripts/install-packages.sh
-install_packages packages.txt packages-test.txt packages-lint.txt
+install_packages packages.txt packages-test.txt packages-lint.txt packages-desktop.txt
 
 root=$PWD/build/builds
 log=$root/log
@@ -26,12 +26,13 @@ check() {
 }
 
 # build FOLDER OPTION...: what earlier combinations compiled in the folder is not compiled again. A
-# library that is linked but no target of this combination is told when it is configured.
+# library that is linked but no target of this combination is told when it is configured. What stands
+# on Qt is built where an option says so.
 build() {
     local folder=$root/$1
     shift
     cmake -S . -B "$folder" -G Ninja -DMARLUNE_WERROR=ON -DCMAKE_LINK_LIBRARIES_ONLY_TARGETS=ON \
-        -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 "$@" &&
+        -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 -DMARLUNE_QT=OFF "$@" &&
         cmake --build "$folder"
 }
 
@@ -81,12 +82,23 @@ for compiler in g++ clang++; do
     done
 done
 
-# As the README has it: file by file, and nothing but what packages.txt brings.
+for shared in OFF ON; do
+    for compiler in g++ clang++; do
+        check "Qt, BUILD_SHARED_LIBS=$shared, $compiler" build "qt-$shared-$compiler" \
+            -DCMAKE_CXX_COMPILER=$compiler -DBUILD_SHARED_LIBS=$shared -DMARLUNE_QT=ON
+    done
+done
+
+# As the README has it: file by file, with nothing but what packages.txt brings, and with Qt, which
+# is found where it is.
 plain() {
-    cmake -S . -B "$root/plain" -DCMAKE_BUILD_TYPE=Release -DMARLUNE_RECEIVER=OFF &&
-        cmake --build "$root/plain" -j "$(nproc)" && ! grep -i 'warning:' "$log"
+    local folder=$root/$1
+    shift
+    cmake -S . -B "$folder" -DCMAKE_BUILD_TYPE=Release -DMARLUNE_RECEIVER=OFF "$@" &&
+        cmake --build "$folder" -j "$(nproc)" && ! grep -i 'warning:' "$log"
 }
-check "cmake -DCMAKE_BUILD_TYPE=Release" plain
+check "cmake -DCMAKE_BUILD_TYPE=Release" plain plain -DMARLUNE_QT=OFF
+check "cmake -DCMAKE_BUILD_TYPE=Release, with Qt" plain plain-qt
 
 # A program of somebody else's, whose compiler may warn: nothing but the library is built.
 embedded() {

@@ -64,7 +64,7 @@ expect "completion" 'send-waypoints' inside cat /usr/share/bash-completion/compl
 expect "device rules" '091e' inside cat /usr/lib/udev/rules.d/60-marlune.rules
 
 # A program's author: the library.
-inside sh -c 'apt-get install -y -qq --no-install-recommends /packages/libmarlune*.deb g++ pkgconf >/dev/null'
+inside sh -c 'apt-get install -y -qq --no-install-recommends /packages/libmarlune1_*.deb /packages/libmarlune-dev_*.deb g++ pkgconf >/dev/null'
 expect "pkg-config --libs marlune" '-lmarlune' inside pkg-config --libs marlune
 inside sh -c 'cp /usr/share/doc/libmarlune-dev/examples/minimal/main.cpp /tmp/ && cd /tmp && g++ -std=c++20 main.cpp $(pkg-config --cflags --libs marlune) -o minimal'
 expect "the example, compiled against the shared library" 'libmarlune.so.1' inside ldd /tmp/minimal
@@ -74,8 +74,14 @@ inside sh -c 'apt-get install -y -qq --no-install-recommends /packages/python3-m
 expect "import marlune" 'CHAMX' inside python3 -c \
     'import marlune; print(marlune.__version__, [w.name for w in marlune.open("virtual").waypoints()])'
 
+# A form's author: the Qt widget.
+inside sh -c 'apt-get install -y -qq --no-install-recommends /packages/libmarlune-qt1_*.deb /packages/marlune-qt-dev_*.deb cmake >/dev/null'
+inside sh -c 'cp -r /usr/share/doc/libmarlune-dev/examples/qt-form /tmp/ && cd /tmp && cmake -S qt-form -B form && cmake --build form >/dev/null'
+expect "the form, compiled against the shared library" 'libmarlune-qt.so.1' inside ldd /tmp/form/qt-form
+expect "the plugin for Designer" 'marlune-qt-designer.so' inside sh -c 'ls "$(qtpaths6 --query QT_INSTALL_PLUGINS)"/designer'
+
 # Removed and purged, nothing of ours is left.
-inside sh -c 'apt-get purge -y -qq marlune marlune-udev libmarlune1 libmarlune-dev python3-marlune >/dev/null'
+inside sh -c 'apt-get purge -y -qq marlune marlune-udev libmarlune1 libmarlune-dev python3-marlune libmarlune-qt1 marlune-qt-dev >/dev/null'
 left=$(files | grep -i marlune || true)
 [ -z "$left" ] || { echo "$left"; echo "FAILED: files are left"; exit 1; }
 say "purged: no file is left"

@@ -72,7 +72,8 @@ public:
 
     // A folder that counts as a mounted drive: see SystemHost::addDriveFolder.
     void addDriveFolder(const QString& folder);
-    // Where the trace file is written: its folder Palimor must exist.
+    // Where the trace file is written: its folder Palimor must exist. To be called before the first
+    // member and the first property.
     void setDocumentsFolder(const QString& folder);
     // See GpsControl::setDateReference, seconds since 1970-01-01 00:00:00 UTC.
     void setDateReference(std::optional<double> reference);
