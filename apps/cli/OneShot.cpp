@@ -131,6 +131,9 @@ void OneShot::explainFailure() {
 }
 
 void OneShot::tellCapabilities() {
+    if (control_.lastConnection().damaged > 0) {
+        say(speech_(words::phrase::kDamagedIdentity));
+    }
     switch (control_.lastConnection().capabilities) {
         case CapabilitySource::announced:
             if (options_.action == Action::ident) {
@@ -150,7 +153,8 @@ void OneShot::tellCapabilities() {
 
 // What is sent in the wrong record type may spoil what a receiver holds.
 bool OneShot::maySend() {
-    const bool guessed = control_.lastConnection().capabilities == CapabilitySource::generic;
+    const ConnectionReport& report = control_.lastConnection();
+    const bool guessed = report.capabilities == CapabilitySource::generic || report.damaged > 0;
     if (uploadFile_ != nullptr && guessed && !options_.trustTable) {
         say(speech_(words::phrase::kNotOnAGuess));
         return false;

@@ -298,6 +298,7 @@ void bindReports(py::module_& module) {
         .def_readonly("system_error", &ConnectionReport::systemError)
         .def_readonly("detail", &ConnectionReport::detail)
         .def_readonly("pid", &ConnectionReport::pid)
+        .def_readonly("damaged", &ConnectionReport::damaged)
         .def_readonly("capabilities", &ConnectionReport::capabilities)
         .def_property_readonly("is_connected", &ConnectionReport::isConnected);
 }

@@ -86,6 +86,12 @@ inline constexpr Phrase kGeneric = {
     "records may be misread",
     "le récepteur n'a pas annoncé de protocoles et son modèle est inconnu ; ils sont supposés, et "
     "ses données peuvent être mal lues"};
+inline constexpr Phrase kDamagedIdentity = {
+    "what the receiver told of itself was damaged on its way (wrong checksum), and its records may "
+    "be misread; try again",
+    "ce que le récepteur a dit de lui-même a été abîmé en chemin (somme de contrôle fausse), et "
+    "ses "
+    "données peuvent être mal lues ; réessayez"};
 inline constexpr Phrase kNotOnAGuess = {
     "nothing is sent on a guess, which could spoil what the receiver holds; try again, or send "
     "with --trust-table",

@@ -112,6 +112,9 @@ struct ConnectionReport {
     std::int32_t systemError = 0;  // 0 when the system refused nothing
     std::string detail;            // its words
     std::uint16_t pid = 0;         // of the packet that was not expected
+    // Frames of the identification whose checksum was wrong, and which the protocol takes as they
+    // stand: with one, what the unit is and speaks may be misread.
+    int damaged = 0;
     CapabilitySource capabilities = CapabilitySource::none;
 
     [[nodiscard]] bool isConnected() const {

@@ -46,6 +46,7 @@ bool GarminIdentification::grmGetAttributes() {
         }
         return fail(ConnectionOutcome::protocolError, product.pid);
     }
+    noteDamage(product);
     takeProductData(product.data);
     skipExtendedData();
     link_.acknowledge(pid::kProductData);
@@ -142,6 +143,10 @@ bool GarminIdentification::fail(ConnectionOutcome outcome, std::uint16_t pid) {
     return false;
 }
 
+void GarminIdentification::noteDamage(const LinkPacket& packet) {
+    services_.reports.connection.damaged += packet.damaged ? 1 : 0;
+}
+
 void GarminIdentification::takeProductData(std::span<const std::uint8_t> data) {
     constexpr std::size_t kDescription = 4;
     productId_ = wordAt(data, 0);
@@ -180,6 +185,7 @@ bool GarminIdentification::takeCapabilities(const LinkPacket& packet) {
     }
     GpsCapability capability;
     if (packet.pid == pid::kProtocolArray) {
+        noteDamage(packet);
         services_.trace.traceLine("Protocole trouvé ....");
         capability.takeProtocolArray(packet.data);
         link_.acknowledge(pid::kProtocolArray);

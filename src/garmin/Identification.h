@@ -33,6 +33,7 @@ private:
     // Reports why there is no identified unit; always false.
     bool failSilently();
     bool fail(ConnectionOutcome outcome, std::uint16_t pid = 0);
+    void noteDamage(const LinkPacket& packet);
     void takeProductData(std::span<const std::uint8_t> data);
     void skipExtendedData();
     bool takeCapabilities(const LinkPacket& packet);

@@ -225,5 +225,14 @@ TEST_F(OneShotTest, SendsNothingOnAGuess) {
     EXPECT_THAT(program.errors(), HasSubstr("--trust-table"));
 }
 
+TEST_F(OneShotTest, SendsNothingToAUnitThatItMayHaveMisheard) {
+    Program program = start({"send-waypoints", folder.write("lines.txt", kPlace)});
+    play({sends(10, {0, 0}), answers(6, {10, 0}), sends(254, {0}), answers(6, {254, 0}),
+          answersBytes({16, 255, 5, 197, 0, 6, 1, 0, 0, 16, 3}), sends(6, {255, 0}),
+          answers(253, protocolArray("A100 D108")), sends(6, {253, 0})});
+    EXPECT_EQ(program.wait(), 1);
+    EXPECT_THAT(program.errors(), HasSubstr("was damaged on its way"));
+}
+
 }  // namespace
 }  // namespace marlune::cli

@@ -171,6 +171,21 @@ TEST(Handshake, KnowsWhereTheProtocolsComeFrom) {
     }
 }
 
+// The protocol takes a frame as it stands, so that the unit may be misread from here on.
+TEST(Handshake, CountsWhatWasDamagedOnItsWay) {
+    Stage stage;
+    constexpr std::uint8_t kWrongSum = 99;
+    stage.play(
+        kAsked + Script{answers(6), answers(255, productData(77, 310, "X")), sends(6, {255, 0}),
+                        answersBytes({16, 253, 3, 'A', 101, 0, kWrongSum, 16, 3}),
+                        sends(6, {253, 0})},
+        [&] { EXPECT_TRUE(stage.control().gpsConnect()); });
+    EXPECT_EQ(stage.control().getProtocoles(), "A101");
+    EXPECT_EQ(stage.control().lastConnection().damaged, 1);
+    stage.connectGarmin("A100 D108");
+    EXPECT_EQ(stage.control().lastConnection().damaged, 0);
+}
+
 TEST(Handshake, TellsWhatAnswersWrongly) {
     const std::vector<std::pair<Script, const char*>> cases = {
         {{answersText("$GPGGA,1*00\r\n")},

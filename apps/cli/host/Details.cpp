@@ -181,6 +181,7 @@ Json jsonOf(const ConnectionReport& report) {
             {"systemError", report.systemError},
             {"detail", report.detail},
             {"pid", report.pid},
+            {"damaged", report.damaged},
             {"capabilities", nameOf(kSources, report.capabilities)}};
 }
 

@@ -56,6 +56,7 @@ class ConnectionReport:
     system_error: int
     detail: str
     pid: int
+    damaged: int
     capabilities: CapabilitySource
     is_connected: bool
 
