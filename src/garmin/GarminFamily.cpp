@@ -23,13 +23,7 @@ bool GarminFamily::offers(Member member) const {
 }
 
 UploadFormat GarminFamily::uploadFormat() const {
-    const GpsCapability& capability = unit_.capabilities();
-    UploadFormat format = Family::uploadFormat();
-    format.waypointType = capability.waypointType;
-    format.routeWaypointType = capability.d106;
-    format.trackProtocol = capability.trackProtocol;
-    format.trackHeaderType = capability.trackHeaderType;
-    return format;
+    return unit_.capabilities().uploadFormat(Family::uploadFormat());
 }
 
 }  // namespace marlune

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "base/CodePage.h"
 #include "garmin/values/LineFields.h"
@@ -138,6 +139,14 @@ std::string GpsCapability::getProtocoles() const {
         text += tag;
     }
     return text;
+}
+
+UploadFormat GpsCapability::uploadFormat(UploadFormat format) const {
+    format.waypointType = waypointType;
+    format.routeWaypointType = d106;
+    format.trackProtocol = trackProtocol;
+    format.trackHeaderType = trackHeaderType;
+    return format;
 }
 
 }  // namespace marlune

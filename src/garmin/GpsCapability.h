@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "family/UploadFormat.h"
 #include "host/DebugTrace.h"
 #include "marlune/Report.h"
 
@@ -67,6 +68,9 @@ public:
     [[nodiscard]] const std::string& routePointType() const {
         return d106.empty() ? waypointType : d106;
     }
+
+    // How upload files are read for the unit: the connection's format with the unit's types.
+    [[nodiscard]] UploadFormat uploadFormat(UploadFormat format) const;
 
 private:
     bool takeProductRows(int productId, int softwareVersion);

@@ -145,22 +145,11 @@ bool isGarmin(const UploadFormat& format) {
     return format.protocolCode.find("GRM") != std::string::npos;
 }
 
-// The type that decides what the idents of route points keep.
-std::string_view routePointType(const UploadFormat& format) {
-    if (!isGarmin(format)) {
-        return "D108";
-    }
-    return format.routeWaypointType.empty() ? format.waypointType : format.routeWaypointType;
-}
-
 // What the points of a track file have in common until the next header.
 class TrackReader {
 public:
     TrackReader(const UploadFormat& format, std::vector<TrackItem>& items)
-        : format_(format),
-          keepsHeaders_(isGarmin(format) &&
-                        (format.trackProtocol == "A301" || format.trackProtocol == "A302")),
-          items_(items) {}
+        : format_(format), keepsHeaders_(keepsTrackHeaders(format)), items_(items) {}
 
     void takeHeader(std::string_view line) {
         TrkHeader header;
@@ -193,10 +182,25 @@ private:
 
 }  // namespace
 
+std::string_view waypointType(const UploadFormat& format) {
+    return isGarmin(format) ? format.waypointType : format.protocolCode;
+}
+
+std::string_view routePointType(const UploadFormat& format) {
+    if (!isGarmin(format)) {
+        return "D108";
+    }
+    return format.routeWaypointType.empty() ? format.waypointType : format.routeWaypointType;
+}
+
+bool keepsTrackHeaders(const UploadFormat& format) {
+    return isGarmin(format) && (format.trackProtocol == "A301" || format.trackProtocol == "A302");
+}
+
 FileReading readWaypointFile(Host& host, std::string_view path, const UploadFormat& format,
                              std::vector<Waypoint>& waypoints) {
     waypoints.clear();
-    const std::string& type = isGarmin(format) ? format.waypointType : format.protocolCode;
+    const std::string_view type = waypointType(format);
     FileReading reading = readRecords(host, path, format, "W", [&](std::string_view line) {
         Waypoint waypoint;
         waypoint.SetAttributes(type, line);

@@ -22,6 +22,12 @@
 
 namespace marlune {
 
+// The type that decides what the idents of waypoints and of route points keep.
+[[nodiscard]] std::string_view waypointType(const UploadFormat& format);
+[[nodiscard]] std::string_view routePointType(const UploadFormat& format);
+// Whether the headers of tracks are sent.
+[[nodiscard]] bool keepsTrackHeaders(const UploadFormat& format);
+
 // Empty the collection, then fill it from the file.
 
 // Lines "W". Good when at least one waypoint was gathered.
