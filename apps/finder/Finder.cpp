@@ -12,15 +12,10 @@
 #include "receivers/BuiltIn.h"
 
 namespace marlune::finder {
-namespace {
-
-// "GPSId: ... Version: ... - ..." of what getIdent says of itself and the receiver.
 std::string aboutReceiver(const std::string& ident) {
     const std::size_t at = ident.find("GPSId:");
     return at == std::string::npos ? ident : ident.substr(at);
 }
-
-}  // namespace
 
 std::string Found::options() const {
     std::string text;

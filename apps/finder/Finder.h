@@ -23,6 +23,9 @@ struct Found {
     [[nodiscard]] std::string options() const;
 };
 
+// "GPSId: ... Version: ... - ...": the receiver's part of what the control's getIdent tells.
+std::string aboutReceiver(const std::string& ident);
+
 class Finder {
 public:
     // The host gives drives and folders; its boxes are not shown. It must outlive the finder.
