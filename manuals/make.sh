@@ -30,6 +30,9 @@ page() {
 part command-line.md "" "The scriptable host" |
     page marlune 1 "exchanges data with GPS receivers" \
         "**marlune-receiver**(1), **marlune-lines**(5), **marlune-host**(7)"
+part desktop.md "" "The widget" |
+    page marlune-desktop 1 "exchanges data with GPS receivers in a window" \
+        "**marlune**(1), **marlune-receiver**(1)"
 part receivers.md "" "" |
     page marlune-receiver 1 "plays a GPS receiver on a pseudo terminal" \
         "**marlune**(1), **marlune-lines**(5)"
