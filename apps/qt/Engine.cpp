@@ -74,7 +74,7 @@ private:
 }  // namespace
 
 GpsControlWidget::Engine::Engine(GpsControlWidget& widget)
-    : widget_(widget), outbox_(widget), worker_(*this, outbox_) {
+    : widget_(widget), worker_(*this, outbox_) {
     worker_.setMembersPatience(patience);
 }
 

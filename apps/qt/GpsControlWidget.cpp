@@ -14,16 +14,18 @@ static void findPicture() {
 namespace marlune::qt {
 namespace {
 
+constexpr QSize kSize(32, 32);  // the picture's
+
 QPixmap picture() {
     findPicture();
-    return QPixmap(":/marlune/qt/picture.bmp");
+    return {":/marlune/qt/picture.bmp"};
 }
 
 }  // namespace
 
 GpsControlWidget::GpsControlWidget(QWidget* parent)
     : QWidget(parent), engine_(std::make_unique<Engine>(*this)) {
-    setFixedSize(sizeHint());
+    setFixedSize(kSize);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
@@ -95,17 +97,17 @@ void GpsControlWidget::setDateReference(std::optional<double> reference) {
 }
 
 QSize GpsControlWidget::sizeHint() const {
-    return {32, 32};
+    return kSize;
 }
 
 QSize GpsControlWidget::minimumSizeHint() const {
-    return sizeHint();
+    return kSize;
 }
 
 void GpsControlWidget::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawPixmap(QRect(QPoint(0, 0), sizeHint()), picture());
+    painter.drawPixmap(QRect(QPoint(0, 0), kSize), picture());
 }
 
 void GpsControlWidget::GetTime() {

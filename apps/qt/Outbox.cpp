@@ -1,7 +1,8 @@
 #include "Outbox.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
-#include <QtCore/QMetaObject>
+#include <QtCore/QEvent>
 #include <QtCore/QPointer>
 #include <utility>
 
@@ -48,13 +49,20 @@ void Outbox::add(Delivery delivery) {
 
 void Outbox::schedule() {
     if (!std::exchange(scheduled_, true)) {
-        const auto later = [this] { deliver(); };
-        QMetaObject::invokeMethod(&receiver_, later, Qt::QueuedConnection);
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
     }
 }
 
+bool Outbox::event(QEvent* event) {
+    if (event->type() != QEvent::User) {
+        return QObject::event(event);
+    }
+    deliver();
+    return true;
+}
+
 void Outbox::deliver() {
-    const QPointer<QObject> receiver(&receiver_);
+    const QPointer<Outbox> alive(this);
     const QDeadlineTimer end(kLongestBatch);
     {
         const std::lock_guard lock(mutex_);
@@ -62,7 +70,7 @@ void Outbox::deliver() {
     }
     while (const auto delivery = next()) {
         (*delivery)();
-        if (receiver.isNull() || end.hasExpired()) {
+        if (alive.isNull() || end.hasExpired()) {
             return;
         }
     }

@@ -1,5 +1,5 @@
-// What one thread has to tell an object of another, in order and in batches: however much is told,
-// one event of Qt's is on its way, and a batch lasts no longer than its reader's timers may slip.
+// What another thread has to tell this one, in order and in batches: however much is told, one
+// event of Qt's is on its way, and a batch lasts no longer than its reader's timers may slip.
 #pragma once
 
 #include <QtCore/QObject>
@@ -11,17 +11,15 @@
 
 namespace marlune::qt {
 
-class Outbox {
+// Deliveries are made on the thread that this object lives on. One of them may destroy it, once
+// close() was called and nobody is inside put() any more.
+class Outbox : public QObject {
 public:
     using Delivery = std::function<void()>;
 
-    // Deliveries are made on the receiver's thread, which may destroy the receiver and this object
-    // in one of them. Nobody may be inside put() when that happens, unless close() was called.
-    explicit Outbox(QObject& receiver) : receiver_(receiver) {}
-
     // Waits while the reader lags behind, unless it is not to be waited for.
     void put(Delivery delivery);
-    // As put(), but never waits: for the receiver's own thread.
+    // As put(), but never waits: for the reader's own thread.
     void post(Delivery delivery);
 
     // Whether put() waits for a reader that lags; at first it does.
@@ -29,13 +27,14 @@ public:
     // Nothing is delivered any more, and nobody waits.
     void close();
 
+    bool event(QEvent* event) override;
+
 private:
     void add(Delivery delivery);
     void schedule();
     void deliver();
     std::optional<Delivery> next();
 
-    QObject& receiver_;
     std::mutex mutex_;
     std::condition_variable room_;
     std::deque<Delivery> deliveries_;

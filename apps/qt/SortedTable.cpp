@@ -110,7 +110,8 @@ QVariant SortedTable::data(const QModelIndex& index, int role) const {
         case Qt::TextAlignmentRole: {
             const bool isText =
                 std::holds_alternative<QString>(cells_->key(record, index.column()));
-            return QVariant(Qt::AlignVCenter | (isText ? Qt::AlignLeading : Qt::AlignTrailing));
+            const Qt::Alignment side = isText ? Qt::AlignLeading : Qt::AlignTrailing;
+            return static_cast<int>(side | Qt::AlignVCenter);
         }
         default:
             return {};

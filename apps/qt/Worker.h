@@ -57,7 +57,7 @@ public:
 
 class Worker : private SystemHost, private NamedEvents {
 public:
-    // The form lives on the thread of the outbox's receiver, and longer than the outbox delivers.
+    // The form lives on the outbox's thread, and longer than the outbox delivers.
     Worker(Form& form, Outbox& outbox) : form_(form), outbox_(outbox) {}
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;

@@ -34,7 +34,7 @@ QIcon DesignerPlugin::icon() const {
 
 // A form's first one is called gps.
 QString DesignerPlugin::domXml() const {
-    return "<ui language=\"c++\"><widget class=\"" + name() + "\" name=\"gps\"/></ui>";
+    return QString(R"(<ui language="c++"><widget class="%1" name="gps"/></ui>)").arg(name());
 }
 
 QWidget* DesignerPlugin::createWidget(QWidget* parent) {

@@ -244,7 +244,7 @@ void WidgetEndTest::waitsForTheAnswerToABox() {
     QVERIFY(box != nullptr);
     QCOMPARE(box->text(), "No such file or directory");
     QCOMPARE(box->icon(), QMessageBox::Critical);
-    QVERIFY(ended.size() == 0);
+    QVERIFY(ended.isEmpty());
     QVERIFY(widget.isBusy());
     box->accept();
     QStringList texts;  // of the boxes behind it

@@ -121,7 +121,7 @@ void WidgetTest::downloads() {
     const QSignalSpy points(&gps, &GpsControlWidget::trackPointReceived);
     gps.run("getTracks");
     QVERIFY(gps.lastTransfer().isWhole());
-    QVERIFY(points.size() > 0);
+    QVERIFY(!points.isEmpty());
 
     const QSignalSpy routes(&gps, &GpsControlWidget::routeReceived);
     gps.run("GetRoutes");
