@@ -106,10 +106,11 @@ TEST_F(MagellanTest, ReportsPiecesOfAListThatAreNoSentences) {
     renamed[5] = 'X';
     expect(kStop);
     expect(kAskWaypoints, "the rest of one before" + wpl("B") + renamed + wpl("C").substr(1) +
-                              sentence("$GPGLL,4830.000,N") + wpl("D") + kEnd);
+                              sentence("$GPGLL,4830.000,N") + wpl("D") + wpl("E").substr(0, 20) +
+                              kEnd);
     EXPECT_TRUE(device.mgnGetWaypoints());
     EXPECT_EQ(services.reports.transfer.transferred, 2);
-    EXPECT_EQ(services.reports.transfer.wrongChecksum, 2);
+    EXPECT_EQ(services.reports.transfer.wrongChecksum, 3);
 }
 
 TEST_F(MagellanTest, ListsThatDoNotEndProperlyAreFalse) {

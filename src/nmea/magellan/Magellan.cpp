@@ -127,13 +127,14 @@ void Magellan::waitOneSecond() {
 
 Ending Magellan::readList(std::string_view prefix, const TakeSentence& take, TransferLog& log) {
     reader_.beginList();
-    const Ending ending = readSentences(prefix, take);
+    const Ending ending = readSentences(prefix, take, log);
     log->wrongChecksum += reader_.brokenPieces();
     return ending;
 }
 
 // Complete when the receiver ended its list itself; a refusal ends it like a silence.
-Ending Magellan::readSentences(std::string_view prefix, const TakeSentence& take) {
+Ending Magellan::readSentences(std::string_view prefix, const TakeSentence& take,
+                               TransferLog& log) {
     for (;;) {
         const std::string sentence = reader_.mgnGet(prefix, kSentenceTimeOut);
         if (sentence.empty()) {
@@ -143,6 +144,8 @@ Ending Magellan::readSentences(std::string_view prefix, const TakeSentence& take
             return endingOfSilence(port_, services_.host);
         }
         if (contains(sentence, "$PMGNCMD,END")) {
+            // A sentence that has lost its end runs into the next one.
+            log->wrongChecksum += sentence.starts_with("$PMGNCMD,END") ? 0 : 1;
             state_.lastChecksum = lastTwo(sentence);
             return Ending::complete;
         }

@@ -70,7 +70,7 @@ private:
     void waitOneSecond();
 
     Ending readList(std::string_view prefix, const TakeSentence& take, TransferLog& log);
-    Ending readSentences(std::string_view prefix, const TakeSentence& take);
+    Ending readSentences(std::string_view prefix, const TakeSentence& take, TransferLog& log);
     bool accepts(std::string_view sentence, std::string_view checksum, TransferLog& log);
     // True when the receiver ended its list itself.
     static bool endList(Ending ending, TransferLog& log);
