@@ -6,11 +6,13 @@
 #include <QtCore/QMimeData>
 #include <QtCore/QSettings>
 #include <QtCore/QStandardPaths>
+#include <QtGui/QActionGroup>
 #include <QtGui/QCloseEvent>
 #include <QtGui/QDragEnterEvent>
 #include <QtWidgets/QDockWidget>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QProgressBar>
 #include <QtWidgets/QPushButton>
@@ -18,6 +20,7 @@
 #include <QtWidgets/QStatusBar>
 #include <QtWidgets/QVBoxLayout>
 #include <exception>
+#include <utility>
 
 #include "desktop/NoticeBar.h"
 #include "desktop/log/LogPanel.h"

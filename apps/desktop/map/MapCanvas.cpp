@@ -318,9 +318,9 @@ void MapCanvas::paintGraticule(QPainter& painter, const MapColours& colours) con
 }
 
 void MapCanvas::paintPaths(QPainter& painter, const MapColours& colours) const {
-    for (std::size_t i = 0; i < shapes_.routes.size(); ++i) {
-        painter.setPen(QPen(colours.faintText(), 1.5, Qt::DashLine));
-        paintPath(painter, shapes_.routes[i]);
+    painter.setPen(QPen(colours.faintText(), 1.5, Qt::DashLine));
+    for (const Path& route : shapes_.routes) {
+        paintPath(painter, route);
     }
     for (std::size_t i = 0; i < shapes_.tracks.size(); ++i) {
         painter.setPen(QPen(colours.track(i), 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));

@@ -4,12 +4,13 @@
 #include <QtGui/QColor>
 #include <QtGui/QPalette>
 #include <cstddef>
+#include <utility>
 
 namespace marlune::desktop {
 
 class MapColours {
 public:
-    explicit MapColours(const QPalette& palette) : palette_(palette) {}
+    explicit MapColours(QPalette palette) : palette_(std::move(palette)) {}
 
     [[nodiscard]] QColor ground() const { return palette_.color(QPalette::Base); }
     [[nodiscard]] QColor text() const { return palette_.color(QPalette::Text); }

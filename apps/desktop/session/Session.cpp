@@ -92,7 +92,8 @@ Rehearsal Session::rehearsal() const {
 }
 
 bool Session::isGuess() const {
-    return control_.lastConnection().capabilities == CapabilitySource::generic;
+    const ConnectionReport report = control_.lastConnection();
+    return report.capabilities == CapabilitySource::generic || report.damaged > 0;
 }
 
 void Session::plugIn(const Receiver& receiver) {

@@ -53,7 +53,7 @@ public:
     [[nodiscard]] QString name() const;
     // What it keeps of records; to be asked while it is connected.
     [[nodiscard]] Rehearsal rehearsal() const;
-    // Its protocols are a guess, so that sending may spoil what it holds.
+    // Its protocols are a guess, or may be misread, so that sending may spoil what it holds.
     [[nodiscard]] bool isGuess() const;
 
     void connectTo(const Receiver& receiver);
