@@ -105,8 +105,8 @@ public:
             outcome_.records = receiver_->lines();
         }
         outcome_.boxes = host_.boxTexts();
-        outcome_.allWell = outcome_.allWell && control_->lastConnection().damaged == 0 &&
-                           !host_.stopRequested();
+        outcome_.allWell =
+            outcome_.allWell && control_->lastConnection().damaged == 0 && !host_.stopRequested();
         return std::move(outcome_);
     }
 

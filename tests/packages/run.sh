@@ -75,13 +75,20 @@ expect "import marlune" 'CHAMX' inside python3 -c \
     'import marlune; print(marlune.__version__, [w.name for w in marlune.open("virtual").waypoints()])'
 
 # A form's author: the Qt widget.
-inside sh -c 'apt-get install -y -qq --no-install-recommends /packages/libmarlune-qt1_*.deb /packages/marlune-qt-dev_*.deb cmake >/dev/null'
+inside sh -c 'apt-get install -y -qq --no-install-recommends /packages/libmarlune-qt1_*.deb /packages/marlune-qt-dev_*.deb cmake make >/dev/null'
 inside sh -c 'cp -r /usr/share/doc/libmarlune-dev/examples/qt-form /tmp/ && cd /tmp && cmake -S qt-form -B form && cmake --build form >/dev/null'
 expect "the form, compiled against the shared library" 'libmarlune-qt.so.1' inside ldd /tmp/form/qt-form
 expect "the plugin for Designer" 'marlune-qt-designer.so' inside sh -c 'ls "$(qtpaths6 --query QT_INSTALL_PLUGINS)"/designer'
 
+# Somebody without a terminal: the program in the menu.
+inside sh -c 'apt-get install -y -qq --no-install-recommends /packages/marlune-desktop_*.deb desktop-file-utils appstream >/dev/null'
+expect "marlune-desktop --version" '1.0.0' inside env QT_QPA_PLATFORM=offscreen marlune-desktop --version
+expect "man marlune-desktop" 'window' inside man -P cat marlune-desktop
+expect "its entry in the menu" '' inside sh -c 'desktop-file-validate /usr/share/applications/*marlune*.desktop'
+expect "its page in the program centre" '' inside sh -c 'appstreamcli validate --no-net /usr/share/metainfo/*marlune*.xml'
+
 # Removed and purged, nothing of ours is left.
-inside sh -c 'apt-get purge -y -qq marlune marlune-udev libmarlune1 libmarlune-dev python3-marlune libmarlune-qt1 marlune-qt-dev >/dev/null'
+inside sh -c 'apt-get purge -y -qq marlune marlune-udev libmarlune1 libmarlune-dev python3-marlune libmarlune-qt1 marlune-qt-dev marlune-desktop >/dev/null'
 left=$(files | grep -i marlune || true)
 [ -z "$left" ] || { echo "$left"; echo "FAILED: files are left"; exit 1; }
 say "purged: no file is left"
