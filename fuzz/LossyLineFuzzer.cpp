@@ -166,16 +166,23 @@ std::string faultOf(FuzzInput& input) {
     return name + ":packet=" + std::to_string(1 + place % 256) + keep;
 }
 
-// What nobody can tell of an MLR receiver's lists: that they lack their first records, or their
-// last. Sentences that nobody asked for begin and end as the unit's user pleases. A block that has
-// lost its seam is swallowed by the one that begins or closes the list, which is passed over
-// whatever it holds. The first point that comes begins a segment in any case.
-bool isHeadOrTail(const Outcome& faulty, const Outcome& clean) {
+// What nobody can tell of lists of sentences and blocks: that they lack their first records. What
+// came before may have swallowed them: a sentence that was under way when the list began, or the
+// block that begins it and has lost its seam. The first point that comes begins a segment in any
+// case.
+bool isTail(const Outcome& faulty, const Outcome& clean) {
     const auto& came = faulty.records;
     const auto& sent = clean.records;
-    return came.size() < sent.size() &&
-           (std::equal(came.begin(), came.end(), sent.begin()) ||
-            std::equal(came.rbegin(), std::prev(came.rend()), sent.rbegin(), isSameRecord));
+    return !came.empty() && came.size() < sent.size() &&
+           std::equal(came.rbegin(), std::prev(came.rend()), sent.rbegin(), isSameRecord);
+}
+
+// Of an MLR receiver's also that they lack their last. Sentences that nobody asked for end as the
+// unit's user pleases; the block that closes a list is not looked at, whatever it swallowed.
+bool isHead(const Outcome& faulty, const Outcome& clean) {
+    const auto& came = faulty.records;
+    const auto& sent = clean.records;
+    return came.size() < sent.size() && std::equal(came.begin(), came.end(), sent.begin());
 }
 
 // And that a whole sentence is missing: nobody counts them.
@@ -194,9 +201,11 @@ bool isWithoutItsEnd(const Choice& choice, const Outcome& faulty) {
 bool isBeyondTelling(const Choice& choice, const std::string& fault, const Outcome& faulty,
                      const Outcome& clean) {
     const std::string unit = kUnits[choice.unit].name;
+    const std::string family = kUnits[choice.unit].family;
     return (unit == "sp24" && fault.starts_with("garble")) ||
-           (kUnits[choice.unit].family == std::string("MLR") && isHeadOrTail(faulty, clean)) ||
-           isWithoutASentence(unit, fault) || isWithoutItsEnd(choice, faulty);
+           (family != "GRM" && isTail(faulty, clean)) ||
+           (family == "MLR" && isHead(faulty, clean)) || isWithoutASentence(unit, fault) ||
+           isWithoutItsEnd(choice, faulty);
 }
 
 }  // namespace
