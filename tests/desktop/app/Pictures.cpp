@@ -82,7 +82,7 @@ QPalette darkPalette() {
 
 class Photographer {
 public:
-    explicit Photographer(QDir folder) : folder_(std::move(folder)) {}
+    explicit Photographer(const QDir& folder) : folder_(folder) {}
 
     void take(QWidget& window, const char* name) const {
         QTest::qWait(150);  // what is under way on the screen comes to rest

@@ -1,6 +1,5 @@
 // The whole window, driven as its user does it, against virtual receivers of every family.
 #include <fcntl.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <QtCore/QElapsedTimer>
@@ -20,6 +19,7 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTableView>
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 
 #include "desktop/MainWindow.h"
